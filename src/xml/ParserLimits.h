@@ -1,0 +1,83 @@
+// What keeps a hostile document from taking the process's time and memory, and from reading anything else.
+//
+// No external entity or DTD is fetched.  Entities, nested or not, in content or in attribute values, may be
+// expanded at most kMaxEntityExpansions times, and may grow to at most kMaxExpandedCharacters; the parser
+// reports anything beyond as a fatal error.  Attribute values that the DTD supplies count too.
+//
+//   LimitedDOMParser parser;
+//   ParseErrorRecorder errors;
+//   parser.setErrorHandler(&errors);
+//   parser.parse(source);
+//   if (errors.HasFatalError()) ...   // without an error handler a malformed document is not noticed
+
+#ifndef VEYRA_XML_PARSERLIMITS_H_
+#define VEYRA_XML_PARSERLIMITS_H_
+
+#include <string>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/sax/ErrorHandler.hpp>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+#include "veyra/Export.h"
+
+namespace KxXML_940 {
+
+inline constexpr XMLSize_t kMaxEntityExpansions = 10000;
+inline constexpr XMLSize_t kMaxExpandedCharacters = XMLSize_t{8} << 20;
+
+// How often entities may be expanded in a document whose longest entity has `longest` characters.
+VEYRA_API XMLSize_t ExpansionLimit(XMLSize_t longest);
+
+// A DOM parser with the limits above.  It is used like its base class; all other settings are the caller's.
+class VEYRA_API LimitedDOMParser : public xercesc::XercesDOMParser {
+ public:
+  LimitedDOMParser();
+  ~LimitedDOMParser() override;
+
+  void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameterEntity, bool isIgnored) override;
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
+                    const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attributeCount,
+                    bool isEmpty, bool isRoot) override;
+  void resetDocument() override;
+
+ private:
+  void LimitExpansions(XMLSize_t longest);
+
+  xercesc::SecurityManager fLimits;
+  XMLSize_t fLongestEntity = 0;        // characters
+  XMLSize_t fDefaultedCharacters = 0;  // in attribute values that the DTD supplied
+};
+
+// The same limits for a SAX reader: no fetching, and ExpansionLimit of the longest entity that the caller
+// admits. `limits` is lent and outlives the reader's use.
+VEYRA_API void LimitReader(xercesc::SAX2XMLReader& reader, xercesc::SecurityManager& limits,
+                           XMLSize_t longest);
+
+// Keeps the first fatal error of a parse.  It never throws; warnings and errors are not counted.
+class VEYRA_API ParseErrorRecorder : public xercesc::ErrorHandler {
+ public:
+  ParseErrorRecorder();
+  ~ParseErrorRecorder() override;
+
+  void warning(const xercesc::SAXParseException& exception) override;
+  void error(const xercesc::SAXParseException& exception) override;
+  void fatalError(const xercesc::SAXParseException& exception) override;
+  void resetErrors() override;
+
+  bool HasFatalError() const { return fCount > 0; }
+  int GetFatalErrorCount() const { return fCount; }
+  const std::string& GetText() const { return fText; }  // UTF-8, the parser's own words
+  unsigned long long GetLine() const { return fLine; }  // counted from 1; 0 while there is no error
+  unsigned long long GetColumn() const { return fColumn; }
+
+ private:
+  int fCount = 0;
+  std::string fText;
+  unsigned long long fLine = 0;
+  unsigned long long fColumn = 0;
+};
+
+}  // namespace KxXML_940
+
+#endif  // VEYRA_XML_PARSERLIMITS_H_
