@@ -38,7 +38,6 @@ class VEYRA_API ScoreSAX2Handlers : public xercesc::DefaultHandler, public xerce
 
  private:
   std::string fModelType;
-  std::u16string fModelTypeUTF16;
 };
 
 }  // namespace KxVeyra_940
