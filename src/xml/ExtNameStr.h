@@ -25,9 +25,9 @@ class VEYRA_API ExtNameStr {
   const std::string& GetU8() const;
   const std::u16string& GetU16() const;
   // The name in the encoding of the default converter; made again when that converter has changed.
-  const std::string& GetCP();
+  const std::string& GetCP() const;
   // The name in the encoding of `converter` (an ICU UConverter*; null means the default one), made now.
-  std::string GetCP(void* converter);
+  std::string GetCP(void* converter) const;
 
   bool Empty() const;
   void Clear();
@@ -40,7 +40,7 @@ class VEYRA_API ExtNameStr {
   std::unique_ptr<Data> fData;
 
   void Refresh();
-  void RefreshCodePage();
+  void RefreshCodePage() const;
 };
 
 }  // namespace KxXML_940

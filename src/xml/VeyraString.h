@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "veyra/Export.h"
 
@@ -69,6 +70,8 @@ class VEYRA_API VeyraString {
   unsigned convertToInteger() const;
 
  private:
+  void Set(std::u16string_view head, std::u16string_view tail);
+
   std::unique_ptr<char16_t[]> fText;
 };
 

@@ -1,0 +1,61 @@
+#include "xml/ExtNameStr.h"
+
+#include "xml/Multibyte.h"
+
+namespace KxXML_940 {
+
+struct ExtNameStr::Data {
+  std::string utf8;  // the master copy
+  std::string codePage;
+  int converterId = -1;  // the default converter that made the code-page text
+  int error = 0;
+  std::u16string utf16;
+};
+
+ExtNameStr::ExtNameStr() : fData(std::make_unique<Data>()) {}
+
+ExtNameStr::ExtNameStr(const ExtNameStr& other) : fData(std::make_unique<Data>(*other.fData)) {}
+
+ExtNameStr& ExtNameStr::operator=(const ExtNameStr& other) {
+  *fData = *other.fData;
+  return *this;
+}
+
+ExtNameStr::~ExtNameStr() = default;
+
+void ExtNameStr::SetU8(const std::string& text) {
+  fData->utf8 = text;
+  Refresh();
+}
+
+void ExtNameStr::Clear() { SetU8({}); }
+
+void ExtNameStr::Refresh() {
+  RefreshCodePage();
+  fData->error = ZENTMBU8ToU16(fData->utf16, fData->utf8);
+}
+
+void ExtNameStr::RefreshCodePage() const {
+  ZENTMBGetDefaultConverter();  // the first one gets its number now
+  fData->converterId = ZENTMBDefaultConverterID();
+  fData->error = ZENTMBU8ToCodePage(nullptr, fData->codePage, fData->utf8);
+}
+
+const std::string& ExtNameStr::GetU8() const { return fData->utf8; }
+const std::u16string& ExtNameStr::GetU16() const { return fData->utf16; }
+
+const std::string& ExtNameStr::GetCP() const {
+  if (fData->converterId != ZENTMBDefaultConverterID()) RefreshCodePage();
+  return fData->codePage;
+}
+
+std::string ExtNameStr::GetCP(void* converter) const {
+  std::string text;
+  fData->error = ZENTMBU8ToCodePage(converter, text, fData->utf8);
+  return text;
+}
+
+bool ExtNameStr::Empty() const { return fData->utf8.empty(); }
+int ExtNameStr::ErrorCode() const { return fData->error; }
+
+}  // namespace KxXML_940
