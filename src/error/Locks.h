@@ -14,7 +14,7 @@ namespace KxVeyra_940 {
 // A recursive mutex: the thread that holds it may lock it again and unlocks it as often.
 class VEYRA_API sfMutex {
  public:
-  enum LockType { kTryLock = 0, kWaitLock = 1 };
+  enum LockType : int { kTryLock = 0, kWaitLock = 1 };
 
   sfMutex();
   sfMutex(const sfMutex&) = delete;

@@ -1,0 +1,179 @@
+// Names in several encodings, the default converter and the process's locale.  Each test has its own process.
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <thread>
+#include <vector>
+
+#include "xml/ExtNameStr.h"
+#include "xml/Multibyte.h"
+#include "xml/PlatformLocale.h"
+#include "xml/SystemLocale.h"
+
+namespace {
+
+using namespace KxXML_940;
+
+void SetUserLocale(const char* name) { setenv("LC_ALL", name, 1); }
+
+TEST(Names, KeepTheirForms) {
+  SetUserLocale("C");
+  ExtNameStr name;
+  EXPECT_TRUE(name.Empty());
+  EXPECT_EQ(name.GetCP(), "");
+  name.SetU8("gr\u00f6\u00dfe\U0001F600");
+  EXPECT_EQ(name.GetU8(), "gr\u00f6\u00dfe\U0001F600");
+  EXPECT_EQ(name.GetU16(), u"gr\u00f6\u00dfe\U0001F600");
+  EXPECT_EQ(name.GetCP(), name.GetU8()) << "a file name was damaged in the C locale";
+  EXPECT_EQ(name.ErrorCode(), 0);
+  const ExtNameStr copy(name);
+  name.SetU8("a\xFF");
+  EXPECT_EQ(name.ErrorCode(), 3);
+  name.Clear();
+  EXPECT_TRUE(name.Empty() && name.GetU16().empty() && name.GetCP().empty());
+  EXPECT_EQ(copy.GetU16(), u"gr\u00f6\u00dfe\U0001F600");
+}
+
+TEST(Names, FollowTheDefaultConverter) {
+  SetUserLocale("C");
+  ExtNameStr name;
+  name.SetU8("\u00e4\u20ac");
+  UConverter* const latin = ZENTMBConverterNew_C("ISO-8859-1");
+  EXPECT_EQ(name.GetCP(latin), "\xE4?");
+  EXPECT_EQ(name.ErrorCode(), 3);
+  const int id = ZENTMBDefaultConverterID();
+  ZENTMBSetDefaultConverter(latin);
+  EXPECT_EQ(ZENTMBDefaultConverterID(), id + 1);
+  EXPECT_EQ(name.GetCP(), "\xE4?");
+  ASSERT_EQ(ZENTMBGetDefaultConverter(), latin);
+  std::string back;
+  EXPECT_EQ(ZENTMBCodePageToU8(nullptr, back, "\xE4"), 0);
+  EXPECT_EQ(back, "\u00e4");
+  ZENTMBSetDefaultConverter(nullptr);
+  ucnv_close(latin);
+}
+
+TEST(DefaultConverter, IsTheUsersEncodingWhenItIsKnown) {
+  SetUserLocale("ja_JP.SJIS");
+  std::string bytes;
+  EXPECT_EQ(ZENTMBU8ToCodePage(nullptr, bytes, "\u65e5"), 0);
+  EXPECT_EQ(bytes, "\x93\xFA");
+}
+
+TEST(DefaultConverter, IsUTF8Otherwise) {
+  SetUserLocale("de_DE.NONE");
+  EnableLocale();  // changes the environment, and must not change the encoding with it
+  std::string bytes;
+  EXPECT_EQ(ZENTMBU8ToCodePage(nullptr, bytes, "\u65e5"), 0);
+  EXPECT_EQ(bytes, "\u65e5");
+}
+
+TEST(DefaultConverter, MayBeFirstNeededBySeveralThreads) {
+  SetUserLocale("C");
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 4; ++i)
+    threads.emplace_back([] {
+      ExtNameStr name;
+      name.SetU8("\u00e4");
+      EXPECT_EQ(name.GetCP(), "\u00e4");
+    });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(ZENTMBDefaultConverterID(), 1);
+}
+
+TEST(Converters, AreNamed) {
+  const std::pair<unsigned, const char*> kNumbers[] = {
+      {1252, "windows-1252"}, {28591, "ISO-8859-1"}, {65001, "UTF-8"}, {932, "Windows-31J"},
+      {437, "IBM437"},        {99999, ""},           {0, ""}};
+  for (const auto& [number, want] : kNumbers) {
+    char name[UCNV_MAX_CONVERTER_NAME_LENGTH];
+    EXPECT_EQ(ZENTMBCpNameFromNum_C(name, number), *want == '\0' ? 0 : 1) << number;
+    EXPECT_STRCASEEQ(name, want);
+  }
+  const std::pair<const char*, bool> kNames[] = {{"1252", true},   {"cp1252", true}, {"Windows-28591", true},
+                                                 {"99999", false}, {"none", false},  {"123456", false}};
+  for (const auto& [name, isKnown] : kNames) {
+    UConverter* const converter = ZENTMBConverterNew_C(name);
+    EXPECT_EQ(converter != nullptr, isKnown) << name;
+    if (converter != nullptr) ucnv_close(converter);
+  }
+}
+
+TEST(Converters, SubstituteAndSaySo) {
+  UConverter* const ascii = ZENTMBConverterNew_C("US-ASCII");
+  std::string text;
+  EXPECT_EQ(ZENTMBU8ToCodePage(ascii, text, "a\u00e4\U0001F600z"), 3);
+  EXPECT_EQ(text, "a??z");
+  EXPECT_EQ(ZENTMBCodePageToU8(ascii, text, "a\xE4z"), 3);
+  EXPECT_EQ(text, "a?z");
+  EXPECT_EQ(ZENTMBCodePageToU8(ascii, text, "az"), 0);
+  ucnv_close(ascii);
+}
+
+TEST(Mode, IsOneOrZero) {
+  EXPECT_EQ(qUTF8mode(), 1);
+  SetUTF8mode(0);
+  EXPECT_EQ(qUTF8mode(), 0);
+  SetUTF8mode(-7);
+  EXPECT_EQ(qUTF8mode(), 1);
+}
+
+TEST(Locale, HasItsParts) {
+  const struct {
+    const char *name, *identifier, *charset, *locale;
+  } kRows[] = {
+      {"de_DE.UTF-8", "de_DE", "UTF-8", "de_DE.ISO8859-15"},
+      {"de_DE.ISO8859-15@euro", "de_DE", "ISO8859-15", "de_DE.ISO8859-15"},
+      {"de_DE@euro", "de_DE", "", "de_DE.ISO8859-15"},
+      {"ca_ES@a.b", "ca_ES", "", "ca_ES.ISO8859-15"},
+      {"en_GB", "en_GB", "", "en_GB.ISO8859-1"},
+      {"en", "en", "", "en.ISO8859-1"},
+      {"enm_GB", "enm_GB", "", "enm_GB.ISO8859-15"},
+      {"", "en_US", "", "en_US.ISO8859-1"},
+      {"C", "en_US", "", "en_US.ISO8859-1"},
+      {"C.UTF-8", "en_US", "UTF-8", "en_US.ISO8859-1"},
+      {"POSIX", "en_US", "", "en_US.ISO8859-1"},
+      {"ja_JP.eucJP", "ja_JP", "eucJP", "ja_JP.SJIS"},
+      {"ko_KR", "ko_KR", "", "ko_KR.cp949"},
+      {"zh_CN", "zh_CN", "", "zh_CN.GBK"},
+      {"zh_TW", "zh_TW", "", "zh_TW.BIG5"},
+      {"ru_RU", "ru_RU", "", "ru_RU.ISO8859-5"},
+      {"nb_NO", "nb_NO", "", "no_NO.ISO8859-15"},
+      {"abcdefghijklmnopqrstuvwxyz", "abcdefghijklmnopqr", "", "abcdefghijklmnopqr.ISO8859-15"},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.name);
+    const UserLocale locale = ParseLocaleName(row.name);
+    EXPECT_EQ(locale.identifier, row.identifier);
+    EXPECT_EQ(locale.charset, row.charset);
+    EXPECT_EQ(LocaleName(locale.identifier), row.locale);
+  }
+}
+
+TEST(Locale, IsSetOnceWhileItIsC) {
+  SetUserLocale("de_DE.UTF-8");
+  EXPECT_EQ(SystemEncoding(), "UTF-8");
+  EXPECT_STREQ(getenv("LC_ALL"), "de_DE.ISO8859-15");
+  SetUserLocale("x");
+  EnableLocale();
+  EXPECT_STREQ(getenv("LC_ALL"), "x");
+}
+
+TEST(Locale, OfTheHostIsLeftAlone) {
+  ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+  SetUserLocale("de_DE.UTF-8");
+  EnableLocale();
+  EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "C.UTF-8");
+  EXPECT_STREQ(getenv("LC_ALL"), "de_DE.UTF-8");
+}
+
+TEST(Locale, IsTheFirstVariableThatIsSet) {
+  setenv("LC_ALL", "", 1);
+  setenv("LC_CTYPE", "fr_FR", 1);
+  setenv("LANG", "it_IT", 1);
+  EXPECT_EQ(GetUserLocale().identifier, "fr_FR");
+}
+
+}  // namespace

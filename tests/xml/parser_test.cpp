@@ -1,0 +1,277 @@
+// The parser guard, the stream input, the pre-scan and the limits against hostile documents.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <sstream>
+#include <thread>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "error/ProcessState.h"
+#include "xml/KxXInputSource.h"
+#include "xml/ParserLimits.h"
+#include "xml/ScoreSax2Parser.h"
+#include "xml/XercesWrapper.h"
+#include "xml/XmlText.h"
+
+namespace {
+
+using namespace KxVeyra_940;
+using namespace KxXML_940;
+
+bool LockIsFree() {
+  bool locked = false;
+  std::thread([&] {
+    locked = XercesLock.trylock("", 0);
+    if (locked) XercesLock.unlock("", 0);
+  }).join();
+  return locked;
+}
+
+bool PlatformIsUp() { return xercesc::XMLPlatformUtils::fgTransService != nullptr; }
+
+TEST(Guard, HoldsPlatformAndLock) {
+  {
+    const XercesWrapper outer(false);
+    const XercesWrapper inner(false);
+    EXPECT_TRUE(PlatformIsUp());
+    EXPECT_FALSE(LockIsFree());
+  }
+  EXPECT_FALSE(PlatformIsUp());
+  EXPECT_TRUE(LockIsFree());
+}
+
+TEST(Guard, DoesNothingWhenTheFactoryIsInitialised) {
+  const XercesWrapper guard(true);
+  EXPECT_FALSE(PlatformIsUp());
+  EXPECT_TRUE(LockIsFree());
+}
+
+bool Contains(const std::string& document, const std::string& modelType = "NearestNeighborModel") {
+  std::istringstream in(document);
+  return ScoreSax2Parser::IsModelType(modelType, in);
+}
+
+std::string Repeat(const std::string& text, int count) {
+  std::string result;
+  while (count-- > 0) result += text;
+  return result;
+}
+
+std::string WithDtd(const std::string& declarations, const std::string& content) {
+  std::ostringstream text;
+  text << "<!DOCTYPE PMML [" << declarations << "]><PMML>" << content << "<NearestNeighborModel/></PMML>";
+  return text.str();
+}
+
+TEST(PreScan, FindsTheElement) {
+  const XercesWrapper guard(false);
+  const struct {
+    const char* what;
+    std::string document;
+    bool want;
+  } kRows[] = {
+      {"a child of the root", "<PMML><NearestNeighborModel/></PMML>", true},
+      {"at any depth", "<PMML><a><NearestNeighborModel/></a></PMML>", true},
+      {"the root itself", "<NearestNeighborModel/>", true},
+      {"before the error behind it", "<PMML><NearestNeighborModel><", true},
+      {"in a default namespace", "<PMML xmlns='urn:x'><NearestNeighborModel/></PMML>", true},
+      {"behind a DTD that nobody has",
+       "<!DOCTYPE PMML SYSTEM 'none.dtd'><PMML><NearestNeighborModel/></PMML>", true},
+      {"behind a DTD that does not know it", WithDtd("<!ELEMENT PMML EMPTY>", ""), true},
+      {"UTF-16", "\xFF\xFE<\0P\0/\0>\0", false},
+      {"with a prefix", "<PMML xmlns:p='urn:x'><p:NearestNeighborModel/></PMML>", false},
+      {"in another case", "<PMML><nearestNeighborModel/></PMML>", false},
+      {"a longer name", "<PMML><NearestNeighborModels/></PMML>", false},
+      {"as text and attribute", "<PMML a='NearestNeighborModel'>NearestNeighborModel</PMML>", false},
+      {"behind the end of PMML", "<a><PMML></PMML><NearestNeighborModel/></a>", false},
+      {"another root is read to its end", "<zent-ml><a/></zent-ml>", false},
+      {"malformed before it", "<PMML><a></b><NearestNeighborModel/></PMML>", false},
+      {"an undeclared prefix", "<PMML><q:a/><NearestNeighborModel/></PMML>", false},
+      {"an undeclared entity", "<PMML>&x;<NearestNeighborModel/></PMML>", false},
+      {"an external entity", WithDtd("<!ENTITY x SYSTEM '/etc/passwd'>", "&x;"), false},
+      {"an unknown encoding", "<?xml version='1.0' encoding='none'?><PMML><NearestNeighborModel/></PMML>",
+       false},
+      {"empty", "", false},
+      {"no XML", "x", false},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(Contains(row.document), row.want);
+  }
+  EXPECT_TRUE(Contains("<PMML><größe/></PMML>", "größe"));
+}
+
+TEST(PreScan, StopsAtTheMatchAndOnBrokenStreams) {
+  const XercesWrapper guard(false);
+  std::istringstream in("<PMML><NearestNeighborModel/>" + std::string(1 << 20, ' ') + "</PMML>");
+  EXPECT_TRUE(ScoreSax2Parser::IsModelType("NearestNeighborModel", in));
+  EXPECT_LT(in.tellg(), 1 << 19);
+  in.setstate(std::ios::badbit);
+  EXPECT_FALSE(ScoreSax2Parser::IsModelType("NearestNeighborModel", in));
+}
+
+// What one document does to the pre-scan and to the DOM parser.
+struct HostileRow {
+  const char* what;
+  std::string document;
+  bool isFound;
+  bool isParsed;
+};
+
+std::string Entity(const std::string& name, const std::string& value) {
+  std::ostringstream text;
+  text << "<!ENTITY " << name << " '" << value << "'>";
+  return text.str();
+}
+
+std::string Default(const std::string& attribute, const std::string& value) {
+  std::ostringstream text;
+  text << "<!ATTLIST a " << attribute << " CDATA '" << value << "'>";
+  return text.str();
+}
+
+std::string Laughs() {
+  std::string declarations = Entity("l0", "lol");
+  for (char level = '1'; level <= '9'; ++level)
+    declarations += Entity({'l', level}, Repeat({'&', 'l', static_cast<char>(level - 1), ';'}, 10));
+  return declarations;
+}
+
+std::string LongEntity(std::size_t length) { return Entity("x", std::string(length, 'x')); }
+
+// Each entity is a little longer than the one before, and each is used before the next is declared.
+std::string CreepingEntities() {
+  std::string declarations;
+  for (std::size_t i = 1; i <= 300; ++i) {
+    const std::string name = std::string(i, 'e');
+    declarations += Entity(name, std::string(1000 + i, 'x'));
+    declarations += Default(name, Repeat(std::string("&").append(name).append(";"), 1000));
+  }
+  return declarations;
+}
+
+const HostileRow kHostileRows[] = {
+    {"short entities, often", WithDtd("<!ENTITY x '1.0'>", Repeat("&x;", 9999)), true, true},
+    {"a long entity, once", WithDtd(LongEntity(1 << 20), "&x;"), true, true},
+    {"entities of growing length", WithDtd(Entity("a", std::string(900, 'a')) + LongEntity(50000), "&a;&x;"),
+     true, true},
+    {"nested entities", WithDtd(Laughs(), "&l9;"), false, false},
+    {"nested entities in an attribute", WithDtd(Laughs(), "<a b='&l9;'/>"), false, false},
+    {"nested entities in a default value", WithDtd(Laughs() + "<!ATTLIST a b CDATA '&l9;'>", "<a/>"), false,
+     false},
+    {"one long entity, often", WithDtd(LongEntity(1 << 20), Repeat("&x;", 100000)), false, false},
+    {"one long entity, often, in attributes", WithDtd(LongEntity(1 << 20), Repeat("<a b='&x;'/>", 100000)),
+     false, false},
+    {"an entity within itself", WithDtd("<!ENTITY x '&y;'><!ENTITY y '&x;'>", "&x;"), false, false},
+    {"a long default value, often", WithDtd(Default("b", std::string(1 << 20, 'x')), Repeat("<a/>", 100000)),
+     false, false},
+    {"entities that creep up", WithDtd(CreepingEntities(), "<a/>"), false, false},
+    {"parameter entities within themselves", WithDtd("<!ENTITY % a '&#37;b;'><!ENTITY % b '&#37;a;'>%a;", ""),
+     false, false},
+    {"an external parameter entity", WithDtd("<!ENTITY % a SYSTEM '/etc/passwd'>%a;", ""), false, false},
+    {"an external entity", WithDtd("<!ENTITY x SYSTEM '/etc/passwd'>", "&x;"), false, false},
+    {"elements nested 100,000 deep",
+     "<PMML>" + Repeat("<a>", 100000) + "<NearestNeighborModel/>" + Repeat("</a>", 100000) + "</PMML>", true,
+     true},
+};
+
+class Stopwatch {
+ public:
+  double Seconds() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - fStart).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point fStart = std::chrono::steady_clock::now();
+};
+
+constexpr double kPatience =
+    5;  // seconds, with sanitizers and a busy machine; without limits it would be hours
+
+TEST(PreScan, SurvivesHostileDocuments) {
+  const XercesWrapper guard(false);
+  for (const HostileRow& row : kHostileRows) {
+    SCOPED_TRACE(row.what);
+    const Stopwatch watch;
+    EXPECT_EQ(Contains(row.document), row.isFound);
+    EXPECT_LT(watch.Seconds(), kPatience);
+  }
+}
+
+TEST(DomParser, SurvivesHostileDocuments) {
+  const XercesWrapper guard(false);
+  for (const HostileRow& row : kHostileRows) {
+    SCOPED_TRACE(row.what);
+    const Stopwatch watch;
+    std::istringstream in(row.document);
+    LimitedDOMParser parser;
+    ParseErrorRecorder errors;
+    parser.setErrorHandler(&errors);
+    parser.parse(KxXInputSource(in));
+    EXPECT_EQ(!errors.HasFatalError(), row.isParsed) << errors.GetText();
+    EXPECT_LT(watch.Seconds(), kPatience);
+  }
+}
+
+TEST(DomParser, StartsEachDocumentWithFreshLimits) {
+  const XercesWrapper guard(false);
+  LimitedDOMParser parser;
+  ParseErrorRecorder errors;
+  parser.setErrorHandler(&errors);
+  for (const std::string& document :
+       {WithDtd(LongEntity(1 << 20), "&x;"), WithDtd("<!ENTITY x '1'>", Repeat("&x;", 9999)),
+        WithDtd(Default("b", std::string(5 << 20, 'x')), "<a/>"),
+        WithDtd(Default("b", std::string(5 << 20, 'x')), "<a/>")}) {
+    std::istringstream in(document);
+    parser.parse(KxXInputSource(in));
+    EXPECT_FALSE(errors.HasFatalError()) << errors.GetText();
+  }
+}
+
+TEST(DomParser, IgnoresAnExternalDtd) {
+  const XercesWrapper guard(false);
+  std::istringstream in("<!DOCTYPE PMML SYSTEM 'none.dtd'><PMML/>");
+  LimitedDOMParser parser;
+  ParseErrorRecorder errors;
+  parser.setErrorHandler(&errors);
+  parser.parse(KxXInputSource(in));
+  EXPECT_FALSE(errors.HasFatalError()) << errors.GetText();
+  EXPECT_TRUE(EqualsAscii(parser.getDocument()->getDocumentElement()->getTagName(), "PMML"));
+}
+
+TEST(ErrorRecorder, KeepsTheFirstFatalError) {
+  const XercesWrapper guard(false);
+  LimitedDOMParser parser;
+  ParseErrorRecorder errors;
+  parser.setErrorHandler(&errors);
+  std::istringstream in("<PMML>\n <a></b>\n</PMML>");
+  parser.parse(KxXInputSource(in));
+  EXPECT_EQ(errors.GetFatalErrorCount(), 1);
+  EXPECT_EQ(errors.GetLine(), 2u);
+  EXPECT_EQ(errors.GetColumn(), 8u);
+  EXPECT_NE(errors.GetText().find("'a'"), std::string::npos) << errors.GetText();
+  errors.resetErrors();
+  EXPECT_FALSE(errors.HasFatalError());
+  EXPECT_EQ(errors.GetText(), "");
+}
+
+TEST(StreamInput, ReadsOnFromWhereTheStreamStands) {
+  const XercesWrapper guard(false);
+  std::istringstream in("0123456789");
+  in.seekg(2);
+  const KxXInputSource source(in);
+  EXPECT_TRUE(EqualsAscii(source.getSystemId(), "istream"));
+  const std::unique_ptr<xercesc::BinInputStream> stream(source.makeStream());
+  XMLByte buffer[6];
+  EXPECT_EQ(stream->getContentType(), nullptr);
+  EXPECT_EQ(stream->readBytes(buffer, 6), 6u);
+  EXPECT_EQ(std::string(buffer, buffer + 6), "234567");
+  EXPECT_EQ(stream->curPos(), 8u);
+  EXPECT_EQ(stream->readBytes(buffer, 6), 2u);
+  EXPECT_EQ(stream->readBytes(buffer, 6), 0u);
+}
+
+}  // namespace
