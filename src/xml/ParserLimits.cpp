@@ -21,6 +21,14 @@ void LimitReader(xercesc::SAX2XMLReader& reader, xercesc::SecurityManager& limit
   reader.setProperty(xercesc::XMLUni::fgXercesSecurityManager, &limits);
 }
 
+bool DtdLimits::AdmitsEntity(const xercesc::DTDEntityDecl& entity, bool isParameterEntity) {
+  const std::u16string_view value(entity.getValue(), entity.getValueLen());
+  if (isParameterEntity) return value.size() <= kShortEntity && value.find(u'%') == value.npos;
+  fLongestEntity = std::max(fLongestEntity, value.size());
+  fIsNested = fIsNested || value.find(u'&') != value.npos;
+  return true;
+}
+
 LimitedDOMParser::LimitedDOMParser() {
   setDisableDefaultEntityResolution(true);
   setLoadExternalDTD(false);
@@ -31,21 +39,34 @@ LimitedDOMParser::~LimitedDOMParser() = default;
 
 // Every change starts the parser's count of expansions anew, hence the steps: there are few powers of two.
 void LimitedDOMParser::LimitExpansions(XMLSize_t longest) {
-  fLongestEntity = std::bit_ceil(longest);
-  fLimits.setEntityExpansionLimit(ExpansionLimit(fLongestEntity));
+  fLimitedTo = std::bit_ceil(longest);
+  fLimits.setEntityExpansionLimit(ExpansionLimit(fLimitedTo));
   getScanner()->setSecurityManager(&fLimits);
+}
+
+// Reports a fatal error, which ends the parse.
+void LimitedDOMParser::Refuse() {
+  getScanner()->emitError(xercesc::XMLErrs::EntityExpansionLimitExceeded,
+                          std::to_string(kMaxEntityExpansions).c_str());
 }
 
 void LimitedDOMParser::resetDocument() {
   XercesDOMParser::resetDocument();
   LimitExpansions(0);
+  fDtd = {};
   fDefaultedCharacters = 0;
 }
 
 void LimitedDOMParser::entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameterEntity,
                                   const bool isIgnored) {
-  if (entity.getValueLen() > fLongestEntity) LimitExpansions(entity.getValueLen());
+  if (!fDtd.AdmitsEntity(entity, isParameterEntity)) Refuse();
+  if (fDtd.GetLongestEntity() > fLimitedTo) LimitExpansions(fDtd.GetLongestEntity());
   XercesDOMParser::entityDecl(entity, isParameterEntity, isIgnored);
+}
+
+void LimitedDOMParser::startAttList(const xercesc::DTDElementDecl& element) {
+  if (!fDtd.AdmitsDefaults()) Refuse();
+  XercesDOMParser::startAttList(element);
 }
 
 void LimitedDOMParser::startElement(const xercesc::XMLElementDecl& declaration, const unsigned int uriId,
@@ -56,11 +77,7 @@ void LimitedDOMParser::startElement(const xercesc::XMLElementDecl& declaration, 
     const xercesc::XMLAttr& attribute = *attributes.elementAt(i);
     if (!attribute.getSpecified()) fDefaultedCharacters += View(attribute.getValue()).size();
   }
-  if (fDefaultedCharacters > kMaxExpandedCharacters) {
-    fDefaultedCharacters = 0;
-    getScanner()->emitError(xercesc::XMLErrs::EntityExpansionLimitExceeded,
-                            std::to_string(kMaxExpandedCharacters).c_str());
-  }
+  if (fDefaultedCharacters > kMaxExpandedCharacters) Refuse();
   XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
 

@@ -1,8 +1,9 @@
 // What keeps a hostile document from taking the process's time and memory, and from reading anything else.
 //
 // No external entity or DTD is fetched.  Entities, nested or not, in content or in attribute values, may be
-// expanded at most kMaxEntityExpansions times, and may grow to at most kMaxExpandedCharacters; the parser
-// reports anything beyond as a fatal error.  Attribute values that the DTD supplies count too.
+// expanded at most kMaxEntityExpansions times, and may grow to at most kMaxExpandedCharacters; so may
+// attribute values that the DTD supplies.  What the parser itself does not limit, DtdLimits does.  Anything
+// beyond is a fatal error of the document.
 //
 //   LimitedDOMParser parser;
 //   ParseErrorRecorder errors;
@@ -26,8 +27,27 @@ namespace KxXML_940 {
 inline constexpr XMLSize_t kMaxEntityExpansions = 10000;
 inline constexpr XMLSize_t kMaxExpandedCharacters = XMLSize_t{8} << 20;
 
+// Entities of up to this length may be expanded as often as any.
+inline constexpr XMLSize_t kShortEntity = kMaxExpandedCharacters / kMaxEntityExpansions;
+
 // How often entities may be expanded in a document whose longest entity has `longest` characters.
 VEYRA_API XMLSize_t ExpansionLimit(XMLSize_t longest);
+
+// Inside the DTD the parser expands without counting: parameter entities, and general entities in the default
+// values of attributes.  There only short entities that refer to no others are admitted, so that the text
+// grows by a bounded factor.
+class VEYRA_API DtdLimits {
+ public:
+  // Takes note of a declaration.  False when the document is to be refused.
+  bool AdmitsEntity(const xercesc::DTDEntityDecl& entity, bool isParameterEntity);
+  // Whether default values may follow, which may use the entities declared so far.
+  bool AdmitsDefaults() const { return !fIsNested && fLongestEntity <= kShortEntity; }
+  XMLSize_t GetLongestEntity() const { return fLongestEntity; }  // characters; general entities only
+
+ private:
+  XMLSize_t fLongestEntity = 0;
+  bool fIsNested = false;
+};
 
 // A DOM parser with the limits above.  It is used like its base class; all other settings are the caller's.
 class VEYRA_API LimitedDOMParser : public xercesc::XercesDOMParser {
@@ -36,6 +56,7 @@ class VEYRA_API LimitedDOMParser : public xercesc::XercesDOMParser {
   ~LimitedDOMParser() override;
 
   void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameterEntity, bool isIgnored) override;
+  void startAttList(const xercesc::DTDElementDecl& element) override;
   void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId, const XMLCh* prefix,
                     const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, XMLSize_t attributeCount,
                     bool isEmpty, bool isRoot) override;
@@ -43,9 +64,11 @@ class VEYRA_API LimitedDOMParser : public xercesc::XercesDOMParser {
 
  private:
   void LimitExpansions(XMLSize_t longest);
+  void Refuse();
 
   xercesc::SecurityManager fLimits;
-  XMLSize_t fLongestEntity = 0;        // characters
+  DtdLimits fDtd;
+  XMLSize_t fLimitedTo = 0;            // the entity length that fLimits reckons with
   XMLSize_t fDefaultedCharacters = 0;  // in attribute values that the DTD supplied
 };
 

@@ -1,9 +1,9 @@
 #include "xml/ScoreSax2Parser.h"
 
 #include <algorithm>
-#include <memory>
+#include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/Attributes.hpp>
-#include <xercesc/sax2/XMLReaderFactory.hpp>
+
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -24,23 +24,41 @@ struct Feature {
   bool value;
 };
 
-// Entities of up to this length may be expanded as often as any.
-constexpr XMLSize_t kShortEntity = KxXML_940::kMaxExpandedCharacters / KxXML_940::kMaxEntityExpansions;
-
 // Thrown when the document declares an entity that is longer than the scan has reckoned with.
 struct LongEntity {
   XMLSize_t length;
 };
 
-// Watches what the document's own DTD lets it grow to.
+// A SAX2 reader, as the parser's factory makes them, that watches the document's DTD.
+class LimitedReader final : public xercesc::SAX2XMLReaderImpl {
+ public:
+  explicit LimitedReader(XMLSize_t longest) : fLongest(longest) {}
+
+  void entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameterEntity,
+                  const bool isIgnored) override {
+    if (!fDtd.AdmitsEntity(entity, isParameterEntity)) throw ScoreSAX2Handlers::kFatalError;
+    if (fDtd.GetLongestEntity() > fLongest) throw LongEntity{fDtd.GetLongestEntity()};
+    SAX2XMLReaderImpl::entityDecl(entity, isParameterEntity, isIgnored);
+  }
+
+  void startAttList(const xercesc::DTDElementDecl& element) override {
+    if (!fDtd.AdmitsDefaults()) throw ScoreSAX2Handlers::kFatalError;
+    SAX2XMLReaderImpl::startAttList(element);
+  }
+
+ private:
+  XMLSize_t fLongest;
+  KxXML_940::DtdLimits fDtd;
+};
+
+// With namespaces on, every start tag costs the parser a walk through the elements around it: a document
+// nested ten thousands deep would take minutes.  No model stands this deep.
+constexpr int kMaxDepth = 1000;
+
+// Watches the depth, and what attribute values that the DTD supplies let the document grow to.
 class ScanHandlers final : public ScoreSAX2Handlers {
  public:
-  ScanHandlers(const char* modelType, XMLSize_t longest) : ScoreSAX2Handlers(modelType), fLongest(longest) {}
-
-  void internalEntityDecl(const XMLCh*, const XMLCh* value) override {
-    const XMLSize_t length = KxXML_940::View(value).size();
-    if (length > fLongest) throw LongEntity{length};
-  }
+  using ScoreSAX2Handlers::ScoreSAX2Handlers;
 
   void attributeDecl(const XMLCh*, const XMLCh*, const XMLCh*, const XMLCh*, const XMLCh* value) override {
     fDefaults += KxXML_940::View(value).size();
@@ -49,19 +67,25 @@ class ScanHandlers final : public ScoreSAX2Handlers {
   void startElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname,
                     const xercesc::Attributes& attributes) override {
     ScoreSAX2Handlers::startElement(uri, localname, qname, attributes);
-    if (fDefaults <= kShortEntity) return;
+    if (++fDepth > kMaxDepth) throw kFatalError;
+    if (fDefaults <= KxXML_940::kShortEntity) return;
     for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
       fCharacters += KxXML_940::View(attributes.getValue(i)).size();
     if (fCharacters > KxXML_940::kMaxExpandedCharacters) throw kFatalError;
   }
 
+  void endElement(const XMLCh* uri, const XMLCh* localname, const XMLCh* qname) override {
+    ScoreSAX2Handlers::endElement(uri, localname, qname);
+    --fDepth;
+  }
+
  private:
-  XMLSize_t fLongest;
+  int fDepth = 0;
   XMLSize_t fDefaults = 0;    // characters of all attribute values that the DTD supplies
   XMLSize_t fCharacters = 0;  // characters of all attribute values so far, when the DTD supplies long ones
 };
 
-std::unique_ptr<xercesc::SAX2XMLReader> MakeReader() {
+void SetFeatures(xercesc::SAX2XMLReader& reader) {
   const Feature kFeatures[] = {
       {XMLUni::fgSAX2CoreValidation, false},
       {XMLUni::fgXercesLoadExternalDTD, false},
@@ -71,22 +95,21 @@ std::unique_ptr<xercesc::SAX2XMLReader> MakeReader() {
       {XMLUni::fgXercesSchemaFullChecking, false},
       {XMLUni::fgSAX2CoreNameSpacePrefixes, false},
   };
-  std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
-  for (const Feature& feature : kFeatures) reader->setFeature(feature.name, feature.value);
-  return reader;
+  for (const Feature& feature : kFeatures) reader.setFeature(feature.name, feature.value);
 }
 
 // One scan that reckons with entities of up to `longest` characters.
 bool Scan(const std::string& modelType, std::istream& in, XMLSize_t longest) {
   xercesc::SecurityManager limits;
-  ScanHandlers handlers(modelType.c_str(), longest);
-  const std::unique_ptr<xercesc::SAX2XMLReader> reader = MakeReader();
-  KxXML_940::LimitReader(*reader, limits, longest);
-  reader->setContentHandler(&handlers);
-  reader->setErrorHandler(&handlers);
-  reader->setDeclarationHandler(&handlers);
+  ScanHandlers handlers(modelType.c_str());
+  LimitedReader reader(longest);
+  SetFeatures(reader);
+  KxXML_940::LimitReader(reader, limits, longest);
+  reader.setContentHandler(&handlers);
+  reader.setErrorHandler(&handlers);
+  reader.setDeclarationHandler(&handlers);
   try {
-    reader->parse(KxXML_940::KxXInputSource(in));
+    reader.parse(KxXML_940::KxXInputSource(in));
   } catch (const ScoreSAX2Handlers::HandlerState state) {
     return state == ScoreSAX2Handlers::kFoundModel;
   } catch (const xercesc::OutOfMemoryException&) {
@@ -107,7 +130,7 @@ ScoreSax2Parser::~ScoreSax2Parser() = default;
 // it.
 bool ScoreSax2Parser::IsModelType(const std::string& modelType, std::istream& in) {
   const std::istream::pos_type start = in.tellg();
-  for (XMLSize_t longest = kShortEntity; longest <= KxXML_940::kMaxExpandedCharacters;) {
+  for (XMLSize_t longest = KxXML_940::kShortEntity; longest <= KxXML_940::kMaxExpandedCharacters;) {
     try {
       return Scan(modelType, in, longest);
     } catch (const LongEntity& entity) {

@@ -18,9 +18,9 @@ class VEYRA_API ScoreSax2Parser {
   ~ScoreSax2Parser();
 
   // True when an element of exactly that qualified name starts before the end tag "PMML" (or before the end
-  // of a document with another root).  False for everything that cannot be parsed.  The stream is left where
-  // the scan stopped.  Nothing is fetched for the document, and the text that its entities may grow to is
-  // bounded. REQUIRES: the parser platform is up.
+  // of a document with another root).  False for everything that cannot be parsed, and for elements more than
+  // 1000 deep.  The stream is left where the scan stopped.  Nothing is fetched for the document, and the text
+  // that its entities may grow to is bounded. REQUIRES: the parser platform is up.
   static bool IsModelType(const std::string& modelType, std::istream& in);
 };
 

@@ -84,9 +84,13 @@ TEST(DefaultConverter, MayBeFirstNeededBySeveralThreads) {
 }
 
 TEST(Converters, AreNamed) {
-  const std::pair<unsigned, const char*> kNumbers[] = {
-      {1252, "windows-1252"}, {28591, "ISO-8859-1"}, {65001, "UTF-8"}, {932, "Windows-31J"},
-      {437, "IBM437"},        {99999, ""},           {0, ""}};
+  const std::pair<unsigned, const char*> kNumbers[] = {{1252, "windows-1252"},
+                                                       {28591, "ISO_8859-1:1987"},
+                                                       {65001, "UTF-8"},
+                                                       {936, "GBK"},
+                                                       {437, "IBM437"},
+                                                       {99999, ""},
+                                                       {0, ""}};
   for (const auto& [number, want] : kNumbers) {
     char name[UCNV_MAX_CONVERTER_NAME_LENGTH];
     EXPECT_EQ(ZENTMBCpNameFromNum_C(name, number), *want == '\0' ? 0 : 1) << number;

@@ -267,7 +267,7 @@ TEST(Transcoder, LosesNothingBetweenChunks) {
 TEST(Transcoder, ConvertsNothingWhenUnknown) {
   EXPECT_FALSE(VeyraTranscoder("UTF-8").IsKnown()) << "the parser platform is down";
   const XercesWrapper guard(false);
-  for (const char* const encoding : {"", "none", "\xE4", "UTF-8 "}) {
+  for (const char* const encoding : {"", "none", "\xE4"}) {
     const VeyraTranscoder transcoder(encoding);
     EXPECT_FALSE(transcoder.IsKnown()) << encoding;
     EXPECT_EQ(transcoder.transcodeTo(u"a"), "");
