@@ -1,5 +1,7 @@
 #include "xml/XercesWrapper.h"
 
+#include <optional>
+#include <string>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -12,14 +14,22 @@ namespace KxVeyra_940 {
 
 namespace {
 
-void StartPlatform() {
+// Returns the parser's words when it did not start.
+std::optional<std::string> Initialize() {
   try {
     xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, nullptr, nullptr);
   } catch (const xercesc::XMLException& exception) {
-    const std::string detail = KxXML_940::ToUTF8(exception.getMessage());
-    xercesc::XMLPlatformUtils::Terminate();
-    RaiseWithDetail(MessageId::kParserPlatformFailed, {}, detail);
+    return KxXML_940::ToUTF8(exception.getMessage());
   }
+  return std::nullopt;
+}
+
+// The exception needs the platform's memory manager until it is gone: only then is the platform stopped.
+void StartPlatform() {
+  const std::optional<std::string> failure = Initialize();
+  if (!failure) return;
+  xercesc::XMLPlatformUtils::Terminate();
+  RaiseWithDetail(MessageId::kParserPlatformFailed, {}, *failure);
 }
 
 }  // namespace

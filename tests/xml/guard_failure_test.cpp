@@ -1,0 +1,76 @@
+// What the guard does when the parser platform does not start.  The program's own Initialize stands before
+// the parser's: it starts the platform and then fails in the way that the test asks for.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/RuntimeException.hpp>
+
+#include "error/ProcessState.h"
+#include "veyra/VYException.h"
+#include "xml/XercesWrapper.h"
+
+namespace {
+
+enum class Failure { kNone, kOfTheParser, kOther };
+Failure gFailure = Failure::kNone;
+
+}  // namespace
+
+XERCES_CPP_NAMESPACE_BEGIN
+
+void XMLPlatformUtils::Initialize(const char* const locale, const char* const nlsHome,
+                                  PanicHandler* const panicHandler, MemoryManager* const memoryManager) {
+  using Start = void (*)(const char*, const char*, PanicHandler*, MemoryManager*);
+  static const auto start = reinterpret_cast<Start>(
+      dlsym(RTLD_NEXT,
+            "_ZN11xercesc_3_216XMLPlatformUtils10InitializeEPKcS2_PNS_12PanicHandlerEPNS_13MemoryManagerE"));
+  start(locale, nlsHome, panicHandler, memoryManager);
+  if (gFailure == Failure::kOfTheParser)
+    throw RuntimeException(__FILE__, __LINE__, XMLExcepts::Gen_CouldNotOpenExtEntity, u"gr\u00f6\u00dfe");
+  if (gFailure == Failure::kOther) throw 5;
+}
+
+XERCES_CPP_NAMESPACE_END
+
+namespace {
+
+using namespace KxVeyra_940;
+
+bool LockIsFree() {
+  bool locked = false;
+  std::thread([&] {
+    locked = XercesLock.trylock("", 0);
+    if (locked) XercesLock.unlock("", 0);
+  }).join();
+  return locked;
+}
+
+TEST(GuardFailure, OfTheParserIsReported) {
+  gFailure = Failure::kOfTheParser;
+  try {
+    const XercesWrapper guard(false);
+    ADD_FAILURE() << "no exception";
+  } catch (const VYException& exception) {
+    EXPECT_EQ(exception.GetErrorCode(), 260102);
+    EXPECT_NE(exception.GetDetail().find("gr\u00f6\u00dfe"), std::string::npos) << exception.GetDetail();
+  }
+  EXPECT_EQ(xercesc::XMLPlatformUtils::fgTransService, nullptr) << "the platform was left running";
+  EXPECT_TRUE(LockIsFree());
+}
+
+TEST(GuardFailure, OfAnotherKindPasses) {
+  gFailure = Failure::kOther;
+  EXPECT_THROW(const XercesWrapper guard(false), int);
+  EXPECT_TRUE(LockIsFree());
+  xercesc::XMLPlatformUtils::Terminate();
+}
+
+TEST(GuardFailure, IsNotSeenByAnInitialisedFactory) {
+  gFailure = Failure::kOfTheParser;
+  EXPECT_NO_THROW(const XercesWrapper guard(true));
+}
+
+}  // namespace
