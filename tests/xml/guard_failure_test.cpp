@@ -4,12 +4,11 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
-#include "error/ProcessState.h"
 #include "veyra/VYException.h"
+#include "xml/LockIsFree.h"
 #include "xml/XercesWrapper.h"
 
 namespace {
@@ -38,15 +37,6 @@ XERCES_CPP_NAMESPACE_END
 namespace {
 
 using namespace KxVeyra_940;
-
-bool LockIsFree() {
-  bool locked = false;
-  std::thread([&] {
-    locked = XercesLock.trylock("", 0);
-    if (locked) XercesLock.unlock("", 0);
-  }).join();
-  return locked;
-}
 
 TEST(GuardFailure, OfTheParserIsReported) {
   gFailure = Failure::kOfTheParser;

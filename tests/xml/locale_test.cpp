@@ -43,6 +43,7 @@ TEST(Names, FollowTheDefaultConverter) {
   UConverter* const latin = ZENTMBConverterNew_C("ISO-8859-1");
   EXPECT_EQ(name.GetCP(latin), "\xE4?");
   EXPECT_EQ(name.ErrorCode(), 3);
+  UConverter* const first = ZENTMBGetDefaultConverter();
   const int id = ZENTMBDefaultConverterID();
   ZENTMBSetDefaultConverter(latin);
   EXPECT_EQ(ZENTMBDefaultConverterID(), id + 1);
@@ -51,7 +52,7 @@ TEST(Names, FollowTheDefaultConverter) {
   std::string back;
   EXPECT_EQ(ZENTMBCodePageToU8(nullptr, back, "\xE4"), 0);
   EXPECT_EQ(back, "\u00e4");
-  ZENTMBSetDefaultConverter(nullptr);
+  ZENTMBSetDefaultConverter(first);
   ucnv_close(latin);
 }
 

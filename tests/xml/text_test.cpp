@@ -124,7 +124,8 @@ TEST(VeyraStringTest, AppendsAndAssigns) {
   text = text.xc_str() + 5;
   EXPECT_TRUE(text.equals(u"abcd\u00e4")) << "a part of a text may be assigned to it";
   VeyraString copy(text);
-  text = text;
+  const VeyraString& same = text;
+  text = same;
   copy.append(u'!');
   EXPECT_EQ(text.toUTF8(), "abcd\u00e4");
   EXPECT_FALSE(copy == text);
