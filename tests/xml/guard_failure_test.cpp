@@ -38,7 +38,12 @@ namespace {
 
 using namespace KxVeyra_940;
 
-TEST(GuardFailure, OfTheParserIsReported) {
+class GuardFailure : public testing::Test {
+ protected:
+  ~GuardFailure() override { gFailure = Failure::kNone; }
+};
+
+TEST_F(GuardFailure, OfTheParserIsReported) {
   gFailure = Failure::kOfTheParser;
   try {
     const XercesWrapper guard(false);
@@ -51,14 +56,14 @@ TEST(GuardFailure, OfTheParserIsReported) {
   EXPECT_TRUE(LockIsFree());
 }
 
-TEST(GuardFailure, OfAnotherKindPasses) {
+TEST_F(GuardFailure, OfAnotherKindPasses) {
   gFailure = Failure::kOther;
   EXPECT_THROW(const XercesWrapper guard(false), int);
   EXPECT_TRUE(LockIsFree());
   xercesc::XMLPlatformUtils::Terminate();
 }
 
-TEST(GuardFailure, IsNotSeenByAnInitialisedFactory) {
+TEST_F(GuardFailure, IsNotSeenByAnInitialisedFactory) {
   gFailure = Failure::kOfTheParser;
   EXPECT_NO_THROW(const XercesWrapper guard(true));
 }
