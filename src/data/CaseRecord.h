@@ -1,0 +1,76 @@
+// One row of data: named slots, each empty or holding one value.
+//
+//   CaseRecord record(2);
+//   record.Add("age", nullptr);                 // slot 0
+//   record.Add("name", nullptr);                // slot 1
+//   for each case: record.SetValue(0, 42.0); record.SetText(1, "Ann");
+//
+// Once every slot has held a value of its kind and texts have reached their length, no setter allocates;
+// Clear and Remove put the value aside for the next one of its kind.  Add deletes the value that it replaces,
+// keeps the one that the slot holds already, and clones one that another slot holds. Threads: a record
+// belongs to one scoring call at a time.  Nothing throws.
+
+#ifndef VEYRA_DATA_CASERECORD_H_
+#define VEYRA_DATA_CASERECORD_H_
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/Owned.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreCaseRecord.h"
+
+namespace KxVeyra_940 {
+
+class VEYRA_API CaseRecord : public ScoreCaseRecord {
+ public:
+  // Reserves room for that many slots; there are none yet.
+  explicit CaseRecord(int capacity = 0);
+  // Copies clone every value; assignment deletes the own ones.
+  CaseRecord(const CaseRecord& other) = default;
+  CaseRecord& operator=(const CaseRecord& other) = default;
+  ~CaseRecord() override;
+
+  void Add(const std::string& name, ScoreValue* value) override;
+  bool SetValue(const std::string& name, double value) override;
+  bool SetValue(int index, double value) override;
+  bool SetValue(const std::string& name, double value, ScoreDictVar::DateTimeType type) override;
+  bool SetValue(int index, double value, ScoreDictVar::DateTimeType type) override;
+  // The declared length of the text becomes its number of bytes.
+  bool SetValue(const std::string& name, const std::string& text) override;
+  bool SetValue(int index, const std::string& text) override;
+  bool SetMissingValue(const std::string& name) override;
+  bool SetMissingValue(int index) override;
+  void Remove(const std::string& name) override;
+  ScoreValue* Get(const std::string& name) const override;
+  ScoreValue* Get(int index) const override;
+  void SetUpNameIndexMap(const std::vector<ScoreDictVar*>& vars) override;
+  void SetUpNameIndexMap(const std::vector<std::string>& names) override;
+  bool HasMap() const override;
+  int GetIndex(const std::string& name) const override;
+  int Size() const override;
+  std::vector<std::string> GetVarNames(bool bySlot) const override;
+  const std::vector<ScoreValue*>& GetAllValues() const override;
+  void Display(std::ostream& out) const override;
+
+  // As SetValue with a text, for a text that is no std::string.
+  bool SetText(int index, std::string_view text);
+  // Empties a slot; an index outside the slots is ignored.
+  void Clear(int index);
+
+ private:
+  bool IsSlot(int index) const { return index >= 0 && index < Size(); }
+  void Reserve(std::size_t size);
+  template <class Value>
+  Value* Slot(int index, ScoreValue::ValueType type);
+
+  std::map<std::string, int> fIndexes;
+  OwnedList<ScoreValue> fSlots;
+  OwnedList<ScoreValue> fParked;  // by slot: a value for reuse, only where the slot is empty
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_DATA_CASERECORD_H_

@@ -1,0 +1,41 @@
+// The ranges of values that count as missing for one variable.
+//
+// Threads: const operations may be called by several threads.  Nothing throws.
+
+#ifndef VEYRA_DATA_MISSINGVALUESET_H_
+#define VEYRA_DATA_MISSINGVALUESET_H_
+
+#include "data/Owned.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreMissingValueSet.h"
+
+namespace KxVeyra_940 {
+
+class VEYRA_API MissingValueSet : public ScoreMissingValueSet {
+ public:
+  MissingValueSet() = default;
+  MissingValueSet(const MissingValueSet& other) = default;
+  MissingValueSet& operator=(const MissingValueSet& other) = default;
+  ~MissingValueSet() override;
+
+  ScoreMissingValueSet* Clone() const override;
+  // A range held already, or one equal to it, is refused and stays whose it was.
+  bool Add(ScoreValueRange* range) override;
+  bool Remove(const ScoreValueRange* range) override;
+  int Size() const override;
+  bool Contains(const ScoreValueRange* range) const override;
+  std::vector<ScoreValueRange*> GetMissingValues() const override;
+  void Display(std::ostream& out) const override;
+
+  // Whether some range contains the value.  Allocates nothing.
+  bool Covers(const ScoreValue* value) const;
+
+ private:
+  int Find(const ScoreValueRange* range) const;  // -1 when absent
+
+  OwnedList<ScoreValueRange> fRanges;
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_DATA_MISSINGVALUESET_H_

@@ -1,0 +1,45 @@
+// The listed categories of a variable, with their labels, in order.
+//
+// Look-ups go through an index, so a set may hold many categories.  The value of a held label must not change
+// while the set holds it; its label text may.
+// Threads: const operations may be called by several threads.  Nothing throws.
+
+#ifndef VEYRA_DATA_VALUELABELSET_H_
+#define VEYRA_DATA_VALUELABELSET_H_
+
+#include "data/Owned.h"
+#include "data/ValueIndex.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreValueLabel.h"
+
+namespace KxVeyra_940 {
+
+class VEYRA_API ValueLabelSet : public ScoreValueLabelSet {
+ public:
+  ValueLabelSet() = default;
+  ValueLabelSet(const ValueLabelSet& other) = default;
+  ValueLabelSet& operator=(const ValueLabelSet& other) = default;
+  ~ValueLabelSet() override;
+
+  ScoreValueLabelSet* Clone() const override;
+  bool Add(ScoreValueLabel* label) override;
+  bool Remove(const ScoreValueLabel* label) override;
+  int Size() const override;
+  const std::vector<ScoreValueLabel*>& GetAllValueLabels() const override;
+  std::string GetLabelOfValue(const ScoreValue* value) const override;
+  bool Contains(const ScoreValue* value) const override;
+  void Display(std::ostream& out) const override;
+
+  // The position of the first held label whose value equals `value`, by operator== or with the options of a
+  // string variable; -1 when there is none and for null.  Allocate nothing.
+  int Find(const ScoreValue* value) const;
+  int FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const;
+
+ private:
+  OwnedList<ScoreValueLabel> fLabels;
+  ValueIndex fIndex;
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_DATA_VALUELABELSET_H_

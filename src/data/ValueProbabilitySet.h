@@ -1,0 +1,42 @@
+// The prior probabilities of a variable's categories, in order.
+//
+// The value of a held entry must not change while the set holds it; its probability may.
+// Threads: const operations may be called by several threads.  Nothing throws.
+
+#ifndef VEYRA_DATA_VALUEPROBABILITYSET_H_
+#define VEYRA_DATA_VALUEPROBABILITYSET_H_
+
+#include "data/Owned.h"
+#include "data/ValueIndex.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreValueProbability.h"
+
+namespace KxVeyra_940 {
+
+class VEYRA_API ValueProbabilitySet : public ScoreValueProbabilitySet {
+ public:
+  ValueProbabilitySet() = default;
+  ValueProbabilitySet(const ValueProbabilitySet& other) = default;
+  ValueProbabilitySet& operator=(const ValueProbabilitySet& other) = default;
+  ~ValueProbabilitySet() override;
+
+  ScoreValueProbabilitySet* Clone() const override;
+  bool Add(ScoreValueProbability* probability) override;
+  bool Remove(const ScoreValueProbability* probability) override;
+  int Size() const override;
+  const std::vector<ScoreValueProbability*>& GetAllValueProbabilities() const override;
+  double GetProbabilityOfValue(const ScoreValue* value) const override;
+  bool Contains(const ScoreValue* value) const override;
+  void Display(std::ostream& out) const override;
+
+  // The position of the first held entry whose value equals `value`; -1 when there is none and for null.
+  int Find(const ScoreValue* value) const;
+
+ private:
+  OwnedList<ScoreValueProbability> fEntries;
+  ValueIndex fIndex;
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_DATA_VALUEPROBABILITYSET_H_
