@@ -1,5 +1,8 @@
 // One datum: a number, a text, or a date and time.
 //
+// A value's type names its class: NumericValue, StringValue or DateTimeValue, or a class derived from it.
+// Nothing else implements this interface.
+//
 // Threads: const operations may be called by several threads; a value that changes belongs to one.
 // Nothing here throws.
 

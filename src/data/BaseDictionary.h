@@ -40,7 +40,7 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
 
  private:
   ScoreDictVar* Find(const std::string& name) const;
-  void Swap(BaseDictionary& other);
+  void Take(const std::string& name, ScoreDictVar* var);
 
   std::map<std::string, std::unique_ptr<ScoreDictVar>> fVars;
   std::unordered_set<const ScoreDictVar*> fHeld;  // the variables of fVars

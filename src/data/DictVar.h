@@ -93,8 +93,7 @@ class VEYRA_API DictVar : public ScoreDictVar {
   bool IsString() const { return fVarType == STRING_VAR; }
 
  private:
-  bool HasLabel(const ScoreValue* value) const;
-  bool IsListed(const ScoreValue* value) const;
+  bool IsCategorical() const { return fMLevel == kOrdinal || fMLevel == kNominal; }
 
   std::string fName;
   std::string fLabel;

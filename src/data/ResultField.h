@@ -30,6 +30,7 @@ class VEYRA_API ResultField : public ScoreResultField {
   // An entry takes the content of a number or a text of its own kind; without an entry a clone is stored.
   bool SetResultValue(const std::string& name, const ScoreValue* value) override;
   int GetResultType(const std::string& name) const override;
+  // A value held under another name stays where it is.
   void AddResultField(const std::string& name, ScoreValue* value) override;
   std::vector<std::string> GetResultFields() const override;
   int GetResultSize() const override;

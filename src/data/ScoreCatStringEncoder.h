@@ -54,8 +54,8 @@ class VEYRA_API ScoreCatStringEncoder : public ScoreCatEncoder {
   using Codes = std::unordered_map<std::string, int, TextHash, std::equal_to<>>;
 
   std::string_view Normalised(std::string_view text) const;
-  int Find(std::string_view text) const;  // -1 when absent
-  int Look(std::string_view text) const;  // -1 when absent under the flags
+  int Find(std::string_view text) const;         // -1 when absent as it stands
+  int FindByRules(std::string_view text) const;  // -1 when absent under the flags too
   int FindOrAdd(std::string_view text);
   void RebuildLinks();
 

@@ -7,8 +7,7 @@
 #ifndef VEYRA_DATA_VALUELABELSET_H_
 #define VEYRA_DATA_VALUELABELSET_H_
 
-#include "data/Owned.h"
-#include "data/ValueIndex.h"
+#include "data/IndexedList.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueLabel.h"
 
@@ -34,10 +33,11 @@ class VEYRA_API ValueLabelSet : public ScoreValueLabelSet {
   // string variable; -1 when there is none and for null.  Allocate nothing.
   int Find(const ScoreValue* value) const;
   int FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const;
+  // Whether some label holds this very object.
+  bool HoldsObject(const ScoreValue* value) const;
 
  private:
-  OwnedList<ScoreValueLabel> fLabels;
-  ValueIndex fIndex;
+  IndexedList<ScoreValueLabel> fLabels;
 };
 
 }  // namespace KxVeyra_940

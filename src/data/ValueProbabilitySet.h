@@ -6,8 +6,7 @@
 #ifndef VEYRA_DATA_VALUEPROBABILITYSET_H_
 #define VEYRA_DATA_VALUEPROBABILITYSET_H_
 
-#include "data/Owned.h"
-#include "data/ValueIndex.h"
+#include "data/IndexedList.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueProbability.h"
 
@@ -33,8 +32,7 @@ class VEYRA_API ValueProbabilitySet : public ScoreValueProbabilitySet {
   int Find(const ScoreValue* value) const;
 
  private:
-  OwnedList<ScoreValueProbability> fEntries;
-  ValueIndex fIndex;
+  IndexedList<ScoreValueProbability> fEntries;
 };
 
 }  // namespace KxVeyra_940

@@ -1,0 +1,148 @@
+#include "data/CaseRecord.h"
+
+#include <algorithm>
+#include <ostream>
+
+#include "data/DateTimeValue.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+
+namespace KxVeyra_940 {
+
+CaseRecord::CaseRecord(int capacity) { Reserve(static_cast<std::size_t>(std::max(capacity, 0))); }
+
+CaseRecord::~CaseRecord() = default;
+
+void CaseRecord::Add(const std::string& name, ScoreValue* value) {
+  const auto [entry, isNew] = fIndexes.try_emplace(name, Size());
+  const auto slot = static_cast<std::size_t>(entry->second);
+  const bool isElsewhere = value != nullptr && (fSlots.Holds(value) || fParked.Holds(value)) &&
+                           (isNew || fSlots.At(slot) != value);
+  ScoreValue* const content = isElsewhere ? value->Clone() : value;
+  if (isNew) {
+    fSlots.Append(content);
+    fParked.Append(nullptr);
+    return;
+  }
+  fSlots.Replace(slot, content);
+  if (content != nullptr) fParked.Replace(slot, nullptr);
+}
+
+// The value of a slot as `Value`, whose kind is `type`: the one in it, or for an empty slot the one put aside
+// or a new one.  Null for an index outside the slots and for another kind.
+template <class Value>
+Value* CaseRecord::Slot(int index, ScoreValue::ValueType type) {
+  if (!IsSlot(index)) return nullptr;
+  const auto slot = static_cast<std::size_t>(index);
+  const ScoreValue* const content = fSlots.At(slot);
+  if (content == nullptr) {
+    ScoreValue* reused = fParked.At(slot);
+    if (reused != nullptr && reused->GetType() == type) {
+      fParked.Release(slot);
+    } else {
+      fParked.Replace(slot, nullptr);
+      reused = new Value;
+    }
+    fSlots.Replace(slot, reused);
+  } else if (content->GetType() != type) {
+    return nullptr;
+  }
+  return static_cast<Value*>(fSlots.At(slot));
+}
+
+bool CaseRecord::SetValue(const std::string& name, double value) { return SetValue(GetIndex(name), value); }
+
+bool CaseRecord::SetValue(int index, double value) {
+  auto* const slot = Slot<NumericValue>(index, ScoreValue::kNumericValueType);
+  if (slot == nullptr) return false;
+  slot->SetDoubleValue(value);
+  return true;
+}
+
+bool CaseRecord::SetValue(const std::string& name, double value, ScoreDictVar::DateTimeType type) {
+  return SetValue(GetIndex(name), value, type);
+}
+
+bool CaseRecord::SetValue(int index, double value, ScoreDictVar::DateTimeType type) {
+  auto* const slot = Slot<DateTimeValue>(index, ScoreValue::kDateTimeValueType);
+  if (slot == nullptr) return false;
+  slot->SetDateTimeValue(value, type);
+  return true;
+}
+
+bool CaseRecord::SetValue(const std::string& name, const std::string& text) {
+  return SetText(GetIndex(name), text);
+}
+
+bool CaseRecord::SetValue(int index, const std::string& text) { return SetText(index, text); }
+
+bool CaseRecord::SetText(int index, std::string_view text) {
+  auto* const slot = Slot<StringValue>(index, ScoreValue::kStringValueType);
+  if (slot == nullptr) return false;
+  slot->SetString(text);
+  slot->SetLength(static_cast<int>(text.size()));
+  return true;
+}
+
+bool CaseRecord::SetMissingValue(const std::string& name) { return SetMissingValue(GetIndex(name)); }
+
+bool CaseRecord::SetMissingValue(int index) {
+  ScoreValue* const value = Get(index);
+  if (value == nullptr) return false;
+  if (value->GetType() == ScoreValue::kStringValueType) return SetText(index, std::string_view());
+  static_cast<NumericValue*>(value)->SetDoubleValue(NumericValue::gSysmisValue);
+  return true;
+}
+
+void CaseRecord::Remove(const std::string& name) { Clear(GetIndex(name)); }
+
+void CaseRecord::Clear(int index) {
+  if (Get(index) == nullptr) return;
+  const auto slot = static_cast<std::size_t>(index);
+  fParked.Replace(slot, fSlots.Release(slot));
+}
+
+ScoreValue* CaseRecord::Get(const std::string& name) const { return Get(GetIndex(name)); }
+
+ScoreValue* CaseRecord::Get(int index) const {
+  return IsSlot(index) ? fSlots.At(static_cast<std::size_t>(index)) : nullptr;
+}
+
+void CaseRecord::SetUpNameIndexMap(const std::vector<ScoreDictVar*>& vars) { Reserve(vars.size()); }
+
+void CaseRecord::SetUpNameIndexMap(const std::vector<std::string>& names) { Reserve(names.size()); }
+
+void CaseRecord::Reserve(std::size_t size) {
+  fSlots.Reserve(size);
+  fParked.Reserve(size);
+}
+
+bool CaseRecord::HasMap() const { return true; }
+
+int CaseRecord::GetIndex(const std::string& name) const {
+  const auto entry = fIndexes.find(name);
+  return entry == fIndexes.end() ? -1 : entry->second;
+}
+
+int CaseRecord::Size() const { return static_cast<int>(fSlots.Size()); }
+
+std::vector<std::string> CaseRecord::GetVarNames(bool bySlot) const {
+  std::vector<std::string> names(fSlots.Size());
+  std::size_t sorted = 0;
+  for (const auto& [name, slot] : fIndexes) names[bySlot ? static_cast<std::size_t>(slot) : sorted++] = name;
+  return names;
+}
+
+const std::vector<ScoreValue*>& CaseRecord::GetAllValues() const { return fSlots.All(); }
+
+void CaseRecord::Display(std::ostream& out) const {
+  out << "Start ScoreCaseRecord Display:\n";
+  for (const auto& [name, slot] : fIndexes) {
+    out << "Var Name: " << name;
+    if (const ScoreValue* const value = Get(slot)) out << "; Var Value: " << value->GetString();
+    out << '\n';
+  }
+  out << "End of ScoreCaseRecord Display.\n\n";
+}
+
+}  // namespace KxVeyra_940

@@ -1,0 +1,80 @@
+#include "data/ValueIndex.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string_view>
+
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+#include "data/TextRules.h"
+
+namespace KxVeyra_940 {
+
+namespace {
+
+// A bucket of numbers spans 2^10 neighbouring doubles, at least 1.1e-13 of their size.  The tolerance of
+// equality, widened a little against rounding, reaches less far, so from a number at most one border is
+// crossed.
+constexpr int kBucketBits = 10;
+constexpr double kReach = 3e-14;
+static_assert(kReach > NumericValue::fEpsilon && 2 * kReach < 1.1e-13);
+
+// The multiplier of a Weyl sequence spreads neighbouring buckets over the table.
+constexpr std::uint64_t kSpread = 0x9e3779b97f4a7c15;
+
+std::uint64_t KeyOfNumber(double number) {
+  if (number == 0) number = 0;  // -0 equals 0
+  return (std::bit_cast<std::uint64_t>(number) >> kBucketBits) * kSpread;
+}
+
+// Of numeric and date-time values.
+double NumberOf(const ScoreValue& value) { return static_cast<const NumericValue&>(value).GetNumber(); }
+
+std::uint64_t KeyOfText(const StringValue& text) {
+  return std::hash<std::string_view>()(TrimTrailingBlanks(text.GetText()));
+}
+
+}  // namespace
+
+std::uint64_t ValueIndex::KeyOf(const ScoreValue& value) {
+  const StringValue* const text = AsString(&value);
+  return text != nullptr ? KeyOfText(*text) : KeyOfNumber(NumberOf(value));
+}
+
+ValueIndex::Keys ValueIndex::KeysOf(const ScoreValue& value) {
+  if (const StringValue* const text = AsString(&value)) {
+    const std::uint64_t key = KeyOfText(*text);
+    return {key, key};
+  }
+  // Infinities and NaN stay what they are; nothing finite equals them.
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const double number = NumberOf(value);
+  if (!std::isfinite(number)) return {KeyOfNumber(number), KeyOfNumber(number)};
+  return {KeyOfNumber(number * (1 - kReach)),
+          KeyOfNumber(std::clamp(number * (1 + kReach), -kLargest, kLargest))};
+}
+
+void ValueIndex::Append(const ScoreValue* value) {
+  const int position = static_cast<int>(fNext.size());
+  fNext.push_back(-1);
+  if (value == nullptr) return;
+  const auto [chain, isNew] = fChains.try_emplace(KeyOf(*value), Chain{position, position});
+  if (isNew) return;
+  fNext[static_cast<std::size_t>(chain->second.last)] = position;
+  chain->second.last = position;
+}
+
+void ValueIndex::Clear() {
+  fChains.clear();
+  fNext.clear();
+}
+
+void ValueIndex::Reserve(std::size_t size) {
+  fChains.reserve(size);
+  fNext.reserve(size);
+}
+
+}  // namespace KxVeyra_940

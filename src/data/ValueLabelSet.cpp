@@ -1,0 +1,45 @@
+#include "data/ValueLabelSet.h"
+
+#include <ostream>
+
+namespace KxVeyra_940 {
+
+ValueLabelSet::~ValueLabelSet() = default;
+
+ScoreValueLabelSet* ValueLabelSet::Clone() const { return new ValueLabelSet(*this); }
+
+bool ValueLabelSet::Add(ScoreValueLabel* label) { return fLabels.Add(label); }
+
+bool ValueLabelSet::Remove(const ScoreValueLabel* label) {
+  return label != nullptr && fLabels.Remove(label->GetValue());
+}
+
+int ValueLabelSet::Size() const { return fLabels.Size(); }
+
+const std::vector<ScoreValueLabel*>& ValueLabelSet::GetAllValueLabels() const { return fLabels.All(); }
+
+std::string ValueLabelSet::GetLabelOfValue(const ScoreValue* value) const {
+  const int position = Find(value);
+  return position < 0 ? std::string() : fLabels.At(position).GetLabel();
+}
+
+bool ValueLabelSet::Contains(const ScoreValue* value) const { return Find(value) >= 0; }
+
+void ValueLabelSet::Display(std::ostream& out) const {
+  out << "Start ScoreValueLabelSet Display:\n";
+  for (const ScoreValueLabel* label : fLabels.All()) label->Display(out);
+  out << "End of ScoreValueLabelSet Display.\n\n";
+}
+
+int ValueLabelSet::Find(const ScoreValue* value) const { return fLabels.Find(value); }
+
+int ValueLabelSet::FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const {
+  return fLabels.FindFirst(
+      value, [=](const ScoreValue& held) { return held.Equal(value, noSpaceTrim, emptyStringOK); });
+}
+
+bool ValueLabelSet::HoldsObject(const ScoreValue* value) const {
+  return fLabels.FindFirst(value, [value](const ScoreValue& held) { return &held == value; }) >= 0;
+}
+
+}  // namespace KxVeyra_940
