@@ -1,0 +1,155 @@
+#include "data/CaseRecord.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+
+#include "AllocationCounter.h"
+#include "data/CountedValue.h"
+#include "data/DateTimeValue.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+
+namespace KxVeyra_940 {
+namespace {
+
+using Names = std::vector<std::string>;
+
+// Slots: 0 "n" a number, 1 "t" a text, 2 "d" a date, 3 "e" empty.
+CaseRecord MakeRecord() {
+  CaseRecord record(4);
+  record.Add("n", new NumericValue(1.0));
+  record.Add("t", new StringValue("abc"));
+  record.Add("d", new DateTimeValue(1.0, ScoreDictVar::kDateDaysSince1970));
+  record.Add("e", nullptr);
+  return record;
+}
+
+TEST(CaseRecord, ASlotKeepsItsKind) {
+  const struct {
+    const char* what;
+    int slot;
+    bool number;
+    bool date;
+    bool text;
+    bool missing;
+  } kRows[] = {
+      {"a number", 0, true, false, false, true}, {"a text", 1, false, false, true, true},
+      {"a date", 2, false, true, false, true},   {"an empty slot", 3, true, true, true, false},
+      {"below", -1, false, false, false, false}, {"above", 4, false, false, false, false},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    const Names names = {"n", "t", "d", "e"};
+    const std::string name =
+        row.slot >= 0 && row.slot < 4 ? names[static_cast<std::size_t>(row.slot)] : "none";
+    for (const bool byName : {true, false}) {
+      CaseRecord a = MakeRecord(), b = MakeRecord(), c = MakeRecord(), d = MakeRecord();
+      EXPECT_EQ(byName ? a.SetValue(name, 7.0) : a.SetValue(row.slot, 7.0), row.number);
+      EXPECT_EQ(byName ? b.SetValue(name, 7.0, ScoreDictVar::kDateDaysSince1970)
+                       : b.SetValue(row.slot, 7.0, ScoreDictVar::kDateDaysSince1970),
+                row.date);
+      EXPECT_EQ(byName ? c.SetValue(name, "text") : c.SetValue(row.slot, "text"), row.text);
+      EXPECT_EQ(byName ? d.SetMissingValue(name) : d.SetMissingValue(row.slot), row.missing);
+      if (row.number) {
+        EXPECT_EQ(a.Get(row.slot)->GetDouble(), 7);
+      }
+      if (row.date) {
+        EXPECT_EQ(b.Get(name)->GetString(), "1970-1-8");
+      }
+      if (row.text) {
+        EXPECT_EQ(static_cast<StringValue*>(c.Get(row.slot))->GetLength(), 4);
+      }
+      if (row.missing) {
+        EXPECT_TRUE(d.Get(name)->IsSystemMissingValue() || d.Get(name)->GetString().empty());
+      }
+    }
+  }
+  CaseRecord record = MakeRecord();
+  EXPECT_FALSE(record.SetValue("t", 3.0));
+  EXPECT_EQ(record.Get("t")->GetString(), "abc");
+  EXPECT_TRUE(record.SetMissingValue("t"));
+  EXPECT_EQ(static_cast<StringValue*>(record.Get("t"))->GetLength(), 0);
+}
+
+TEST(CaseRecord, NamesAndSlots) {
+  CaseRecord record;
+  record.SetUpNameIndexMap(Names{"x", "y"});
+  EXPECT_EQ(record.Size(), 0);
+  EXPECT_TRUE(record.HasMap());
+  record.Add("b", new NumericValue(2.0));
+  record.Add("a", new NumericValue(1.0));
+  EXPECT_TRUE(record.GetIndex("b") == 0 && record.GetIndex("a") == 1 && record.GetIndex("c") == -1);
+  EXPECT_EQ(record.GetVarNames(false), (Names{"a", "b"}));
+  EXPECT_EQ(record.GetVarNames(true), (Names{"b", "a"}));
+  record.Remove("a");
+  record.Remove("unknown");
+  EXPECT_EQ(record.Get("a"), nullptr);
+  EXPECT_EQ(record.GetIndex("a"), 1);
+  EXPECT_EQ(record.GetAllValues()[1], nullptr);
+  std::ostringstream out;
+  record.Display(out);
+  EXPECT_EQ(out.str(),
+            "Start ScoreCaseRecord Display:\nVar Name: a\nVar Name: b; Var Value: 2\nEnd of ScoreCaseRecord "
+            "Display.\n\n");
+  EXPECT_FALSE(record.SetMissingValue("a"));
+  // An empty slot takes any kind, not only the one that it held.
+  EXPECT_TRUE(record.SetValue("a", "text"));
+  EXPECT_EQ(record.Get(1)->GetType(), ScoreValue::kStringValueType);
+}
+
+TEST(CaseRecord, OwnsItsValues) {
+  {
+    CaseRecord record;
+    auto* const first = new CountedValue(1);
+    record.Add("a", first);
+    record.Add("a", first);  // the same object again
+    record.Add("b", first);  // an object is in one slot only
+    EXPECT_EQ(record.Get("a"), first);
+    EXPECT_NE(record.Get("b"), first);
+    EXPECT_EQ(record.Get("b")->GetDouble(), 1);
+    EXPECT_EQ(CountedValue::gLiving, 2);
+    record.Add("a", new CountedValue(2));
+    EXPECT_EQ(CountedValue::gLiving, 2);
+    record.Add("b", nullptr);
+    EXPECT_EQ(CountedValue::gLiving, 1);
+
+    CaseRecord copy(record);
+    copy = record;
+    copy = *&copy;
+    EXPECT_EQ(CountedValue::gLiving, 2);
+    EXPECT_EQ(copy.Get("a")->GetDouble(), 2);
+    EXPECT_EQ(copy.Get("b"), nullptr);
+    EXPECT_EQ(copy.GetIndex("b"), 1);
+    copy.Clear(0);
+    copy.Clear(0);
+    copy.Clear(7);
+    EXPECT_TRUE(copy.SetValue("a", "another kind"));
+    EXPECT_EQ(record.Get("a")->GetDouble(), 2);
+  }
+  EXPECT_EQ(CountedValue::gLiving, 0);
+}
+
+TEST(CaseRecord, AllocatesNothingOnceWarm) {
+  CaseRecord record = MakeRecord();
+  const std::string longText(300, 'x');
+  const std::string name = "t";
+  const auto oneCase = [&] {
+    record.SetValue(0, 5.0);
+    record.SetValue(name, longText);
+    record.SetText(1, "a text that is too long for the small buffer");
+    record.SetValue(2, 5.0, ScoreDictVar::kDateTime);
+    for (int slot = 0; slot < 3; ++slot) record.Clear(slot);
+    record.Remove(name);
+    EXPECT_TRUE(record.SetValue(0, 6.0) && record.SetText(1, longText));
+    EXPECT_TRUE(record.SetValue(2, 6.0, ScoreDictVar::kDate) && record.SetMissingValue(1));
+  };
+  oneCase();
+  const AllocationCounter counter;
+  oneCase();
+  EXPECT_EQ(counter.Count(), 0);
+}
+
+}  // namespace
+}  // namespace KxVeyra_940

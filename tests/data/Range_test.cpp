@@ -1,0 +1,153 @@
+#include "data/Range.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <sstream>
+
+#include "data/CountedValue.h"
+#include "data/DateTimeValue.h"
+#include "data/MissingValueSet.h"
+#include "data/StringValue.h"
+
+namespace KxVeyra_940 {
+namespace {
+
+constexpr double kInfinity = NumericValue::gInfinity;
+constexpr double kSysmis = NumericValue::gSysmisValue;
+
+TEST(Range, Membership) {
+  const Range open(0.0, 10.0, false, false);
+  const Range closed(0.0, 10.0, true, true);
+  const Range below(-kInfinity, 5.0, false, true);
+  const Range fromMissing(new NumericValue, nullptr, true, true);
+  const Range nine(new NumericValue(9.0));
+  const Range text(new StringValue("N/A"));
+  const Range texts(new StringValue("1"), new StringValue("9"), true, true);
+  const Range days(new DateTimeValue(5.0, DateTimeValue::kDateTimeVal));
+  const NumericValue minus1(-1.0), zero(0.0), small(1e-20), ten(10.0), nearTen(10 - 1e-13), missing;
+  const NumericValue nearNine(9 + 1e-15), far(-1e300), five(5.0), above5(5.0000001), infinity(kInfinity);
+  const StringValue na("N/A  "), naLater(" N/A"), textFive("5");
+  const DateTimeValue fiveDays(5.0 * 86400, DateTimeValue::kDateVal), five5(5.0, DateTimeValue::kDateTimeVal);
+  const struct {
+    const char* what;
+    const Range& range;
+    const ScoreValue* value;
+    bool want;
+  } kRows[] = {
+      {"an open low end", open, &zero, false},
+      {"an open high end", open, &ten, false},
+      {"just inside", open, &small, true},
+      {"just inside above", open, &nearTen, true},
+      {"a closed low end", closed, &zero, true},
+      {"a closed high end", closed, &ten, true},
+      {"outside", closed, &minus1, false},
+      {"null", closed, nullptr, false},
+      {"missing is in no interval", below, &missing, false},
+      {"a long way down", below, &far, true},
+      {"the closed bound", below, &five, true},
+      {"just above it", below, &above5, false},
+      {"a missing minimum is open", fromMissing, &far, true},
+      {"infinity reaches no end, not even a closed one", fromMissing, &infinity, false},
+      {"a single value has a tolerance", nine, &nearNine, true},
+      {"a single value", nine, &ten, false},
+      {"a single text", text, &na, true},
+      {"leading blanks count", text, &naLater, false},
+      {"a text is in no interval", closed, &textFive, false},
+      {"nor between texts", texts, &textFive, false},
+      {"a date counts in days", closed, &fiveDays, true},
+      {"a single date-time", days, &five5, true},
+      {"of the same kind", days, &five, false},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(row.range.IsInRange(row.value), row.want);
+  }
+  EXPECT_TRUE(Range(kSysmis, kSysmis, true, true).IsInRange(kSysmis));
+  EXPECT_FALSE(Range(kSysmis, 5.0, true, true).IsInRange(kSysmis));
+}
+
+TEST(Range, EqualityComparesBoundsAndEnds) {
+  const Range range(-kInfinity, 5.0, false, true);
+  EXPECT_TRUE(range == static_cast<const ScoreValueRange&>(Range(-kInfinity, 5.0 + 1e-15, false, true)));
+  EXPECT_TRUE(range == static_cast<const ScoreValueRange&>(Range(kSysmis, 5.0, false, true)));
+  const Range kOthers[] = {Range(-kInfinity, 5.1, false, true), Range(-kInfinity, 5.0, true, true),
+                           Range(-kInfinity, 5.0, false, false), Range(-1.0, 5.0, false, true),
+                           Range(nullptr, new StringValue("5"), false, true)};
+  for (const ScoreValueRange& other : kOthers) EXPECT_FALSE(range == other);
+}
+
+TEST(Range, OwnsItsBounds) {
+  {
+    auto* const shared = new CountedValue(3);
+    Range range(shared, shared, false, false);
+    EXPECT_TRUE(range.IsSingleValue());
+    EXPECT_NE(range.GetMin(), range.GetMax());
+    EXPECT_EQ(CountedValue::gLiving, 2);
+
+    range.SetMin(shared);  // the bound held already
+    range.SetMin(nullptr);
+    EXPECT_EQ(range.GetMin(), shared);
+    range.SetMax(new CountedValue(8));
+    EXPECT_EQ(CountedValue::gLiving, 2);
+    EXPECT_FALSE(range.IsSingleValue());
+    EXPECT_TRUE(range.IsInRange(7.0));
+    range.SetMax(range.GetMin());  // one object is never both bounds
+    EXPECT_TRUE(range.IsSingleValue());
+    EXPECT_NE(range.GetMin(), range.GetMax());
+
+    Range other(range);
+    other = *&other;
+    other = range;
+    EXPECT_TRUE(other == static_cast<const ScoreValueRange&>(range));
+    EXPECT_EQ(CountedValue::gLiving, 4);
+    other.SetMin(new NumericValue);
+    EXPECT_EQ(other.GetMin()->GetDouble(), -kInfinity);
+  }
+  EXPECT_EQ(CountedValue::gLiving, 0);
+}
+
+TEST(MissingValueSet, RefusesDuplicatesAndKeepsWhatItTook) {
+  MissingValueSet set;
+  auto* const first = new Range(-kInfinity, 0.0, true, false);
+  Range same(-kInfinity, 0.0, true, false);
+  Range other(1.0, 2.0, true, true);
+  EXPECT_TRUE(set.Add(first));
+  EXPECT_FALSE(set.Add(first));
+  EXPECT_FALSE(set.Add(&same));
+  EXPECT_FALSE(set.Add(nullptr));
+  EXPECT_EQ(set.Size(), 1);
+  EXPECT_TRUE(set.Contains(&same));
+  EXPECT_FALSE(set.Contains(&other));
+  EXPECT_FALSE(set.Contains(nullptr));
+
+  auto* const nan = new Range(new NumericValue(std::nan("")));
+  EXPECT_TRUE(set.Add(nan));
+  EXPECT_FALSE(set.Add(nan));
+
+  const MissingValueSet copy(set);
+  EXPECT_NE(copy.GetMissingValues()[0], first);
+  const NumericValue inside(-3.0), outside(3.0);
+  EXPECT_TRUE(copy.Covers(&inside));
+  EXPECT_FALSE(copy.Covers(&outside));
+  EXPECT_FALSE(set.Remove(&other));
+  EXPECT_FALSE(set.Remove(nullptr));
+  EXPECT_TRUE(set.Remove(&same));
+  EXPECT_EQ(set.Size(), 1);
+  EXPECT_EQ(copy.Size(), 2);
+}
+
+TEST(MissingValueSet, Displays) {
+  MissingValueSet set;
+  set.Add(new Range(new NumericValue(-kInfinity), new StringValue("z"), false, true));
+  std::ostringstream out;
+  set.Display(out);
+  EXPECT_EQ(
+      out.str(),
+      " Begin MissingValueSet Display:\n  Start Range Display   \nMinValue: -inf;  MaxValue: z; "
+      "High End included; lower End not included\n End of Range Display\n\nEnd MissingValueSet Display.\n");
+}
+
+}  // namespace
+}  // namespace KxVeyra_940
