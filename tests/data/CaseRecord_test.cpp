@@ -26,14 +26,15 @@ CaseRecord MakeRecord() {
   return record;
 }
 
+std::string Shown(const CaseRecord& record, const std::string& name) {
+  return record.Get(name) == nullptr ? "empty" : record.Get(name)->GetString();
+}
+
 TEST(CaseRecord, ASlotKeepsItsKind) {
   const struct {
     const char* what;
     int slot;
-    bool number;
-    bool date;
-    bool text;
-    bool missing;
+    bool number, date, text, missing;
   } kRows[] = {
       {"a number", 0, true, false, false, true}, {"a text", 1, false, false, true, true},
       {"a date", 2, false, true, false, true},   {"an empty slot", 3, true, true, true, false},
@@ -45,6 +46,7 @@ TEST(CaseRecord, ASlotKeepsItsKind) {
     const std::string name =
         row.slot >= 0 && row.slot < 4 ? names[static_cast<std::size_t>(row.slot)] : "none";
     for (const bool byName : {true, false}) {
+      const std::string before = Shown(MakeRecord(), name);
       CaseRecord a = MakeRecord(), b = MakeRecord(), c = MakeRecord(), d = MakeRecord();
       EXPECT_EQ(byName ? a.SetValue(name, 7.0) : a.SetValue(row.slot, 7.0), row.number);
       EXPECT_EQ(byName ? b.SetValue(name, 7.0, ScoreDictVar::kDateDaysSince1970)
@@ -52,25 +54,16 @@ TEST(CaseRecord, ASlotKeepsItsKind) {
                 row.date);
       EXPECT_EQ(byName ? c.SetValue(name, "text") : c.SetValue(row.slot, "text"), row.text);
       EXPECT_EQ(byName ? d.SetMissingValue(name) : d.SetMissingValue(row.slot), row.missing);
-      if (row.number) {
-        EXPECT_EQ(a.Get(row.slot)->GetDouble(), 7);
-      }
-      if (row.date) {
-        EXPECT_EQ(b.Get(name)->GetString(), "1970-1-8");
-      }
-      if (row.text) {
-        EXPECT_EQ(static_cast<StringValue*>(c.Get(row.slot))->GetLength(), 4);
-      }
-      if (row.missing) {
-        EXPECT_TRUE(d.Get(name)->IsSystemMissingValue() || d.Get(name)->GetString().empty());
-      }
+      EXPECT_EQ(Shown(a, name), row.number ? "7" : before);
+      EXPECT_EQ(Shown(b, name), row.date ? "1970-1-8" : before);
+      EXPECT_EQ(Shown(c, name), row.text ? "text" : before);
+      EXPECT_EQ(Shown(d, name), row.missing ? (name == "t" ? "" : "Undefined") : before);
     }
   }
   CaseRecord record = MakeRecord();
-  EXPECT_FALSE(record.SetValue("t", 3.0));
-  EXPECT_EQ(record.Get("t")->GetString(), "abc");
-  EXPECT_TRUE(record.SetMissingValue("t"));
-  EXPECT_EQ(static_cast<StringValue*>(record.Get("t"))->GetLength(), 0);
+  const auto length = [&record] { return static_cast<StringValue*>(record.Get("t"))->GetLength(); };
+  EXPECT_TRUE(record.SetValue("t", "longer") && length() == 6);
+  EXPECT_TRUE(record.SetMissingValue("t") && length() == 0);
 }
 
 TEST(CaseRecord, NamesAndSlots) {

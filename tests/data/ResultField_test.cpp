@@ -21,9 +21,7 @@ TEST(ResultField, AnEntryKeepsItsKind) {
   const StringValue text("y");
   const struct {
     const char* name;
-    bool number;
-    bool text;
-    bool date;
+    bool number, text, date;
   } kRows[] = {{"n", true, false, false}, {"t", false, true, false}, {"d", false, false, false}};
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.name);

@@ -204,9 +204,7 @@ TEST(Values, CopiesAndTakingOver) {
   EXPECT_EQ(text.GetText(), "");
 
   Number target(1.0);
-  for (const ScoreValue* other :
-       {static_cast<const ScoreValue*>(&date), static_cast<const ScoreValue*>(&copied),
-        static_cast<const ScoreValue*>(nullptr)}) {
+  for (const ScoreValue* other : std::initializer_list<const ScoreValue*>{&date, &copied, nullptr}) {
     target.SetValue(other);
     EXPECT_EQ(target.GetDouble(), 1.0);
   }
