@@ -65,15 +65,16 @@ std::string_view Trim(std::string_view text, char character) {
   return text.substr(first, text.find_last_not_of(character) - first + 1);
 }
 
-// The whole number that a part begins with, 0 without one; -1 when it does not fit an int.
-long long ReadPart(std::string_view part) {
+// Sets the whole number that a part begins with, 0 without one; false when it does not fit an int.
+bool ReadPart(std::string_view part, long long& value) {
   int number = 0;
   const auto error = std::from_chars(part.data(), part.data() + part.size(), number).ec;
-  return error == std::errc::result_out_of_range ? -1 : number;
+  value = number;
+  return error != std::errc::result_out_of_range;
 }
 
 // Three whole numbers between separators.  Parts that are not there are -1; more than three are ignored.
-// False for a character that is neither digit, separator nor blank.
+// False for a number that is too large and a character that is neither digit, separator nor blank.
 bool ParseParts(std::string_view text, char separator, long long (&parts)[3]) {
   std::fill(std::begin(parts), std::end(parts), -1);
   std::size_t start = 0;
@@ -85,7 +86,7 @@ bool ParseParts(std::string_view text, char separator, long long (&parts)[3]) {
     // The last character belongs to its part, a separator too.
     const std::string_view part = Trim(text.substr(start, (last ? i + 1 : i) - start), ' ');
     const auto free = std::find_if(std::begin(parts), std::end(parts), [](long long n) { return n < 0; });
-    if (free != std::end(parts)) *free = ReadPart(part);
+    if (free != std::end(parts) && !ReadPart(part, *free)) return false;
     start = i + 1;
   }
   return true;
@@ -98,8 +99,7 @@ bool ParseDateText(std::string_view text, long long& year, long long& month, lon
   year = parts[0];
   month = parts[1];
   day = parts[2];
-  // A year that was read is never negative: -1 stands for one that is too large.
-  return parsed && year >= 0 && DateTimeValue::IsValidDate(year, month, day);
+  return parsed && DateTimeValue::IsValidDate(year, month, day);
 }
 
 bool ParseTimeText(std::string_view text, long long& hour, long long& minute, long long& second) {

@@ -33,7 +33,7 @@ TEST(DateTimeValue, TextsAndHowTheyPrint) {
       {"month 13", "2021-13-1", kDate, kSysmis, "Undefined"},
       {"day 0", "2021-1-0", kDate, kSysmis, "Undefined"},
       {"a letter", "2021-Mar-7", kDate, kSysmis, "Undefined"},
-      {"a year beyond an int", "99999999999-1-1", kDate, kSysmis, "Undefined"},
+      {"a year beyond an int", "99999999999-1-1-1", kDate, kSysmis, "Undefined"},
       {"an empty date", "", kDate, kSysmis, "Undefined"},
       {"a time with blanks", " 12 : 30 : 05 ", kTime, 45005, "12:30:5"},
       {"a time without seconds", "12:30", kTime, kSysmis, "Undefined"},

@@ -274,6 +274,10 @@ TEST(BaseDictionary, KeepsTwoOrders) {
   EXPECT_EQ(dictionary.GetVarNames(), (Names{"a", "B", "b"}));
   EXPECT_NE(dictionary.GetVar("b"), clone->GetVar("b"));
 
+  // A new variable may lie where a removed one lay.
+  for (int i = 0; i < 3; ++i)
+    EXPECT_TRUE(dictionary.AddVar("new", new DictVar("new", kNumeric)) && dictionary.RemoveVar("new"));
+
   dictionary = *&dictionary;
   BaseDictionary assigned;
   assigned.AddVar("old", new DictVar("old", kNumeric));

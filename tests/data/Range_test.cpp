@@ -95,6 +95,7 @@ TEST(Range, OwnsItsBounds) {
     EXPECT_TRUE(range.IsInRange(7.0));
     range.SetMax(range.GetMin());  // one object is never both bounds
     EXPECT_TRUE(range.IsSingleValue());
+    range.SetMin(range.GetMax());
     EXPECT_NE(range.GetMin(), range.GetMax());
 
     Range other(range);

@@ -120,7 +120,8 @@ TEST(ValueProbabilitySet, FirstMatchDecides) {
 
 // Values crowded together, so that equality within the tolerance, blanks and bucket borders all matter.
 ScoreValue* RandomValue(std::mt19937& random) {
-  const double bases[] = {0.0, 1.0, 2.0, std::ldexp(1.0, 40), -3.0, 1e-310, 1.7976931348623157e308, 1e300};
+  const double bases[] = {0.0,  -0.0, 1.0, 2.0, std::ldexp(1.0, 40), -3.0, 1e-310, 1.7976931348623157e308,
+                          1e300};
   double number = bases[random() % std::size(bases)];
   if (random() % 4 != 0) {
     number *= 1 + (static_cast<double>(random() % 2001) - 1000) * 1e-16;

@@ -178,6 +178,8 @@ TEST(Values, ATextReadsItsNumberInTheGlobalLocale) {
   std::cout.imbue(std::locale::classic());
   EXPECT_EQ(Text("1.5").GetDouble(), 1.0);  // the point is the output's, the reading is the process's
   std::locale::global(before);
+  std::cout.imbue(comma);
+  EXPECT_EQ(Text("1.5").GetDouble(), 1.0);
   std::cout.imbue(outputBefore);
 }
 
