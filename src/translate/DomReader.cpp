@@ -1,0 +1,118 @@
+#include "translate/DomReader.h"
+
+#include <algorithm>
+#include <unicode/unistr.h>
+#include <xercesc/dom/DOMAttr.hpp>
+
+#include "error/Raise.h"
+#include "translate/BaseTranslator.h"
+#include "xml/XmlText.h"
+
+namespace KxVeyra_940 {
+namespace {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+// The node itself when it is an element, else the nearest later sibling that is one.
+DOMElement* ElementFrom(DOMNode* node) {
+  while (node != nullptr && node->getNodeType() != DOMNode::ELEMENT_NODE) node = node->getNextSibling();
+  return static_cast<DOMElement*>(node);
+}
+
+// The node that follows `node` and everything inside it; null when that lies outside `root`.
+const DOMNode* NextNodeBehind(const DOMNode& root, const DOMNode* node) {
+  while (node != nullptr && node != &root) {
+    if (const DOMNode* sibling = node->getNextSibling()) return sibling;
+    node = node->getParentNode();
+  }
+  return nullptr;
+}
+
+bool IsCharacterData(const DOMNode& node) {
+  return node.getNodeType() == DOMNode::TEXT_NODE || node.getNodeType() == DOMNode::CDATA_SECTION_NODE;
+}
+
+}  // namespace
+
+XmlName::XmlName(std::string_view name) : fText(fBuffer.data()) {
+  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  if (name.size() < fBuffer.size() && std::all_of(name.begin(), name.end(), isAscii)) {
+    *std::copy(name.begin(), name.end(), fBuffer.begin()) = 0;
+    return;
+  }
+  const icu::UnicodeString text =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int>(name.size())));
+  fLong.assign(text.getBuffer(), static_cast<std::size_t>(text.length()));
+  fText = fLong.c_str();
+}
+
+XmlName::~XmlName() = default;
+
+DOMElement* FirstChildElement(const DOMNode* node) {
+  return node == nullptr ? nullptr : ElementFrom(node->getFirstChild());
+}
+
+DOMElement* NextSiblingElement(const DOMNode* node) {
+  return node == nullptr ? nullptr : ElementFrom(node->getNextSibling());
+}
+
+const DOMNode* NextNodeBelow(const DOMNode& root, const DOMNode& node) {
+  const DOMNode* child = node.getFirstChild();
+  return child != nullptr ? child : NextNodeBehind(root, &node);
+}
+
+bool HasTag(const DOMNode& node, const char* tag) { return EqualsAscii(node.getNodeName(), tag); }
+
+const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
+  const DOMNode* only = node.getFirstChild();
+  if (only != nullptr && only->getNextSibling() == nullptr && IsCharacterData(*only))
+    return only->getNodeValue();
+
+  buffer.clear();
+  const DOMNode* part = NextNodeBelow(node, node);
+  while (part != nullptr) {
+    if (IsCharacterData(*part)) buffer += part->getNodeValue();
+    const bool isElement = part->getNodeType() == DOMNode::ELEMENT_NODE;
+    part = isElement ? NextNodeBehind(node, part) : NextNodeBelow(node, *part);
+  }
+  return buffer.c_str();
+}
+
+const XMLCh* Attribute(const DOMElement& element, const char* name) {
+  return element.getAttribute(XmlName(name).Get());
+}
+
+const XMLCh* RequiredAttribute(const DOMElement& element, const char* name) {
+  const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
+  if (attribute == nullptr) Raise(MessageId::kMissingAttributeOf, {name, ToUTF8(element.getTagName())});
+  return attribute->getValue();
+}
+
+const XMLCh* RequiredNonEmptyAttribute(const DOMElement& element, const char* name) {
+  const XMLCh* text = RequiredAttribute(element, name);
+  if (IsEmpty(text)) Raise(MessageId::kNullIn, {name, ToUTF8(element.getTagName())});
+  return text;
+}
+
+std::string OptionalText(const DOMElement& element, const char* name) {
+  return ToUTF8(Attribute(element, name));
+}
+
+std::string RequiredText(const DOMElement& element, const char* name) {
+  return ToUTF8(RequiredAttribute(element, name));
+}
+
+std::optional<double> OptionalNumber(const DOMElement& element, const char* name) {
+  const XMLCh* text = Attribute(element, name);
+  if (IsEmpty(text)) return std::nullopt;
+  return BaseTranslator::VerifyDouble(text);
+}
+
+std::optional<int> OptionalInteger(const DOMElement& element, const char* name) {
+  const XMLCh* text = Attribute(element, name);
+  if (IsEmpty(text)) return std::nullopt;
+  return BaseTranslator::VerifyInt(text);
+}
+
+}  // namespace KxVeyra_940

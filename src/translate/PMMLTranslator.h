@@ -1,0 +1,111 @@
+// The building blocks that turn elements of a PMML document into dictionaries and values.
+//
+//   class MyTranslator : public PMMLTranslator {          // in a plug-in
+//     using PMMLTranslator::PMMLTranslator;
+//     ScoreModel* ParseFromTree(DOMDocument* document, const std::string&) override {
+//       std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(..., true));   // first: makes the transcoder
+//       ...
+//
+// Threads, texts and errors as in translate/BaseTranslator.h.
+
+#ifndef VEYRA_TRANSLATE_PMMLTRANSLATOR_H_
+#define VEYRA_TRANSLATE_PMMLTRANSLATOR_H_
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+#include <xercesc/util/XercesDefs.hpp>
+
+#include "translate/BaseTranslator.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreDictVar.h"
+#include "veyra/ScoreDictionary.h"
+#include "veyra/TransformFunction.h"
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMElement;
+class DOMNode;
+XERCES_CPP_NAMESPACE_END
+
+namespace KxVeyra_940 {
+
+class VEYRA_API PMMLTranslator : public BaseTranslator {
+ public:
+  // `encoding` names the encoding of the narrow texts of everything built; empty means UTF-8.
+  explicit PMMLTranslator(const std::string& encoding);
+  ~PMMLTranslator() override;
+
+  // Neither form is supported until a subclass overrides it.
+  using BaseTranslator::ParseFromTree;
+  ScoreModel* ParseFromTree(xercesc::DOMDocument* document, const std::string& encoding) override;
+  ScoreModel* ParseFromTree(xercesc::DOMElement* first, xercesc::DOMElement* second,
+                            xercesc::DOMElement* modelElement, const std::string& encoding) override;
+
+  // The text in UTF-8, whatever the translator's encoding; empty for null.
+  static std::string ToString(const XMLCh* text);
+  // A new UTF-16 text from one in the translator's encoding, which the caller releases with delete[]; null
+  // without a transcoder.
+  XMLCh* ToUTF16(const char* text) const;
+  // Whether the text equals a narrow one in the translator's encoding; false without a transcoder.
+  bool XStrEqualsUTF8Str(const XMLCh* text, const char* narrow) const;
+
+  // --- Arrays ---------------------------------------------------------------------------------------------
+
+  // The numbers of an "Array" element or of a basis row.  A basis row must hold `count` items, an "Array" as
+  // many as its "n" says when it has one.  Errors 260114, 260151, 260172, 260241, 260283, 260284.
+  static std::vector<double> VerifyDoubleArray(const xercesc::DOMElement* element, int count);
+  static std::vector<int> VerifyIntArray(const xercesc::DOMElement* element, int count);
+  // The texts of an "Array" element, checked by its "type"; empty for null.
+  std::vector<std::string> ParseStrArray(const xercesc::DOMElement* element) const;
+  // The texts of an array in the translator's encoding.  Items are parted by spaces (U+0020 only); a quoted
+  // item may hold spaces, and \" stands for a quote unless one of `variable`'s categories is a lone backslash.
+  // A line feed parts nothing, but those at the end of an unquoted item are no part of it.  `type` "real" and
+  // "int" demand numbers.  A positive "n" must match.  `variable` may be null.
+  // Errors 260115, 260151, 260156 (an unterminated quote), 260241, 260284.
+  std::vector<std::string> GetArrayElements(const xercesc::DOMElement* node, const std::string& type,
+                                            const ScoreDictVar* variable) const;
+  // The first child named "Array".  Error 260115 when there is none.
+  static xercesc::DOMElement* GetArrayNode(const xercesc::DOMNode* node);
+
+  // --- DataDictionary -------------------------------------------------------------------------------------
+
+  // A new dictionary of the element's fields; the caller owns it.  Makes the transcoder when there is none yet.
+  // With `setUpEncoders` every string field gets a category encoder.
+  ScoreDictionary* ParseDictionary(const xercesc::DOMNode* node, bool setUpEncoders);
+  // The type that the text of a "dataType" names; kNoDateTime for any other text.
+  static ScoreDictVar::DateTimeType ParseDateTimeType(const XMLCh* text);
+  static ScoreDictVar::DateTimeType ParseDateTimeType(std::string_view text);
+  // Turns the variable's usage off when the extension says so.
+  static void ParseUsageTypeExtension(const xercesc::DOMElement* extension, ScoreDictVar* variable);
+  // Adds what lies outside a valid interval to the missing values.  The variable and the number play no part.
+  static void handleInterval(const ScoreDictVar* variable, const xercesc::DOMElement* interval,
+                             ScoreMissingValueSet* missingValues, int unused);
+  // Adds the interval itself to the missing values.
+  static void handleTreeInterval(const xercesc::DOMElement* interval, ScoreMissingValueSet* missingValues);
+  // Adds the range of the invalid-range extensions and answers whether there was one.  `code` is 1 for each
+  // lower bound given plus 10 for each upper one.  Error 260272 when a bound was given twice.
+  static bool HandleZENTMissingInterval(ScoreMissingValueSet* missingValues, int code, double lower,
+                                        double upper);
+  // Gives a categorical or ordinal variable an encoder, unless it has one, and encodes its labelled values in
+  // their order; false for a continuous variable.
+  static bool SetupCatEncoder(ScoreDictVar* variable);
+
+  // What every list of categories must fulfil: a flag has at most two (260271), none is missing by the
+  // variable's own account (260294), no two are equal (260203).  The variable has its labels and its missing
+  // values already.
+  void VerifyCategories(const ScoreDictVar& variable) const;
+
+ protected:
+  // An error argument from a text in the translator's encoding.
+  std::string ToUTF8Argument(const std::string& narrow) const;
+
+  int fNodeCounter = 0;                                 // numbers the nodes of expression trees
+  std::map<std::string, TransformFunction> fFunctions;  // built-in functions by name
+  std::string fEncoding;
+  double fReserved = 4.0;  // read by nothing in this library
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_TRANSLATE_PMMLTRANSLATOR_H_
