@@ -1,5 +1,6 @@
 #include "translate/BaseTranslator.h"
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <xercesc/dom/DOMDocument.hpp>
@@ -19,6 +20,8 @@ namespace KxVeyra_940 {
 namespace {
 
 using namespace PMMLModelTags;
+using KxXML_940::ToUTF8;
+using KxXML_940::View;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
@@ -31,23 +34,19 @@ constexpr char kDateTimeType[] = "dateTime";
 // A DOM text in UTF-8: short ASCII ones, which numbers are, stay on the stack.
 class NarrowText {
  public:
-  explicit NarrowText(const XMLCh* text) {
-    if (text == nullptr) return;
-    std::size_t length = 0;
-    for (; text[length] != 0; ++length) {
-      if (length == sizeof(fBuffer) || text[length] >= 0x80) {
-        fLong = ToUTF8(text);
-        fView = fLong;
-        return;
-      }
-      fBuffer[length] = static_cast<char>(text[length]);
+  explicit NarrowText(std::u16string_view text) {
+    if (text.size() > sizeof(fBuffer) || !KxXML_940::IsAscii(text)) {
+      fLong = ToUTF8(text);
+      fView = fLong;
+      return;
     }
-    fView = std::string_view(fBuffer, length);
+    std::transform(text.begin(), text.end(), fBuffer, [](XMLCh unit) { return static_cast<char>(unit); });
+    fView = std::string_view(fBuffer, text.size());
   }
   NarrowText(const NarrowText&) = delete;
   NarrowText& operator=(const NarrowText&) = delete;
 
-  std::string_view View() const { return fView; }
+  std::string_view Get() const { return fView; }
 
  private:
   char fBuffer[64];
@@ -202,7 +201,9 @@ const XMLCh* BaseTranslator::GetAttributeForced(const DOMElement* element, const
   return RequiredAttribute(*element, name);
 }
 
-double BaseTranslator::VerifyDouble(const XMLCh* text) { return VerifyDouble(NarrowText(text).View()); }
+double BaseTranslator::VerifyDouble(const XMLCh* text) { return VerifyDouble(View(text)); }
+
+double BaseTranslator::VerifyDouble(std::u16string_view text) { return VerifyDouble(NarrowText(text).Get()); }
 
 double BaseTranslator::VerifyDouble(std::string_view text) {
   const std::string_view trimmed = WithoutBlanks(text);
@@ -210,7 +211,9 @@ double BaseTranslator::VerifyDouble(std::string_view text) {
   return ReadNumber(trimmed);
 }
 
-int BaseTranslator::VerifyInt(const XMLCh* text) { return VerifyInt(NarrowText(text).View()); }
+int BaseTranslator::VerifyInt(const XMLCh* text) { return VerifyInt(View(text)); }
+
+int BaseTranslator::VerifyInt(std::u16string_view text) { return VerifyInt(NarrowText(text).Get()); }
 
 int BaseTranslator::VerifyInt(std::string_view text) {
   if (!IsIntegerText(text)) Raise(MessageId::kInvalidValueOfType, {text, XML_VAL_INTEGER});
@@ -249,7 +252,7 @@ ScoreValue* BaseTranslator::CarefullyMakeVarValue(const ScoreDictVar* variable,
 std::string BaseTranslator::TrimBlanks(const std::string& text) { return std::string(WithoutBlanks(text)); }
 
 bool BaseTranslator::IsEqual(const XMLCh* text, const char* name) {
-  return xercesc::XMLString::equals(text, XmlName(name).Get());
+  return KxXML_940::EqualsUTF8(text, name);
 }
 
 bool BaseTranslator::IsEqual(const VeyraTranscoder* transcoder, const XMLCh* text, const char* name) {
@@ -259,7 +262,7 @@ bool BaseTranslator::IsEqual(const VeyraTranscoder* transcoder, const XMLCh* tex
 
 void BaseTranslator::CreateTranscoder(const std::string& encoding) {
   auto transcoder = std::make_unique<VeyraTranscoder>(encoding.empty() ? kDefaultEncoding : encoding);
-  if (!transcoder->IsUsable()) Raise(MessageId::kUnsupportedValue, {encoding, kEncodingArgument});
+  if (!transcoder->IsKnown()) Raise(MessageId::kUnsupportedValue, {encoding, kEncodingArgument});
   fTranscoder = std::move(transcoder);
 }
 

@@ -70,10 +70,12 @@ class VEYRA_API BaseTranslator : public ScoreTranslator {
   // The number that the text writes; spaces around it are ignored, other white space is not.  Error 260151
   // (trimmed text, "double").
   static double VerifyDouble(const XMLCh* text);
+  static double VerifyDouble(std::u16string_view text);
   static double VerifyDouble(std::string_view text);
   // The whole number that the text writes, without any space; one outside the range of int gives the nearest
   // int.  Error 260151 (text, "integer").
   static int VerifyInt(const XMLCh* text);
+  static int VerifyInt(std::u16string_view text);
   static int VerifyInt(std::string_view text);
   // The date or time as a number in the representation of `type`; system-missing for an empty text and for
   // kNoDateTime.  Error 260151 (text, "dateTime").

@@ -1,7 +1,6 @@
 #include "translate/DomReader.h"
 
 #include <algorithm>
-#include <unicode/unistr.h>
 #include <xercesc/dom/DOMAttr.hpp>
 
 #include "error/Raise.h"
@@ -11,6 +10,8 @@
 namespace KxVeyra_940 {
 namespace {
 
+using KxXML_940::EqualsAscii;
+using KxXML_940::ToUTF8;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 
@@ -36,14 +37,11 @@ bool IsCharacterData(const DOMNode& node) {
 }  // namespace
 
 XmlName::XmlName(std::string_view name) : fText(fBuffer.data()) {
-  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  if (name.size() < fBuffer.size() && std::all_of(name.begin(), name.end(), isAscii)) {
+  if (name.size() < fBuffer.size() && KxXML_940::IsAscii(name)) {
     *std::copy(name.begin(), name.end(), fBuffer.begin()) = 0;
     return;
   }
-  const icu::UnicodeString text =
-      icu::UnicodeString::fromUTF8(icu::StringPiece(name.data(), static_cast<int>(name.size())));
-  fLong.assign(text.getBuffer(), static_cast<std::size_t>(text.length()));
+  fLong = KxXML_940::ToUTF16(name);
   fText = fLong.c_str();
 }
 

@@ -13,7 +13,6 @@
 
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -75,7 +74,6 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   ScoreDictionary* ParseDictionary(const xercesc::DOMNode* node, bool setUpEncoders);
   // The type that the text of a "dataType" names; kNoDateTime for any other text.
   static ScoreDictVar::DateTimeType ParseDateTimeType(const XMLCh* text);
-  static ScoreDictVar::DateTimeType ParseDateTimeType(std::string_view text);
   // Turns the variable's usage off when the extension says so.
   static void ParseUsageTypeExtension(const xercesc::DOMElement* extension, ScoreDictVar* variable);
   // Adds what lies outside a valid interval to the missing values.  The variable and the number play no part.
