@@ -5,6 +5,7 @@
 #include <limits>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
@@ -74,19 +75,29 @@ struct Occurrences {
   }
 };
 
-// The rules of a number's text look at signs, point and exponent letters alone, each by itself, so that an odd
-// text such as 1e2E3 passes; what number it writes is for the reader of numbers to say.
+// The rules of a number's text look at signs, point and exponent letters alone, each by itself, so that an
+// odd text such as 1e2E3 passes; what number it writes is for the reader of numbers to say.
 bool IsDoubleText(std::string_view text) {
   if (text.empty()) return false;
   const std::size_t end = text.size() - 1;
   Occurrences lower, upper, minus, plus, point;
   for (std::size_t i = 0; i <= end; ++i) {
     switch (text[i]) {
-      case 'e': lower.Note(i); break;
-      case 'E': upper.Note(i); break;
-      case '-': minus.Note(i); break;
-      case '+': plus.Note(i); break;
-      case '.': point.Note(i); break;
+      case 'e':
+        lower.Note(i);
+        break;
+      case 'E':
+        upper.Note(i);
+        break;
+      case '-':
+        minus.Note(i);
+        break;
+      case '+':
+        plus.Note(i);
+        break;
+      case '.':
+        point.Note(i);
+        break;
       default:
         if (!IsDigit(text[i])) return false;
     }
@@ -230,8 +241,10 @@ double BaseTranslator::VerifyDateTime(const std::string& text, ScoreDictVar::Dat
 
 ScoreValue* BaseTranslator::CarefullyMakeVarValue(const ScoreDictVar* variable, const XMLCh* text) const {
   switch (variable->GetVarType()) {
-    case ScoreDictVar::STRING_VAR: return new StringValue(ToString(text));
-    case ScoreDictVar::kNUMERIC_VAR: return new NumericValue(VerifyDouble(text));
+    case ScoreDictVar::STRING_VAR:
+      return new StringValue(ToString(text));
+    case ScoreDictVar::kNUMERIC_VAR:
+      return new NumericValue(VerifyDouble(text));
     case ScoreDictVar::kDATETIME_VAR:
       return new DateTimeValue(VerifyDouble(text), variable->GetDateTimeType());
   }
@@ -241,8 +254,10 @@ ScoreValue* BaseTranslator::CarefullyMakeVarValue(const ScoreDictVar* variable, 
 ScoreValue* BaseTranslator::CarefullyMakeVarValue(const ScoreDictVar* variable,
                                                   const std::string& text) const {
   switch (variable->GetVarType()) {
-    case ScoreDictVar::STRING_VAR: return new StringValue(text);
-    case ScoreDictVar::kNUMERIC_VAR: return new NumericValue(VerifyDouble(text));
+    case ScoreDictVar::STRING_VAR:
+      return new StringValue(text);
+    case ScoreDictVar::kNUMERIC_VAR:
+      return new NumericValue(VerifyDouble(text));
     case ScoreDictVar::kDATETIME_VAR:
       return new DateTimeValue(VerifyDouble(text), variable->GetDateTimeType());
   }

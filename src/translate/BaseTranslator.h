@@ -53,7 +53,8 @@ class VEYRA_API BaseTranslator : public ScoreTranslator {
   // Element children; null when there is none, and for null.
   static xercesc::DOMElement* GetFirstChildElt(const xercesc::DOMNode* node);
   static xercesc::DOMElement* GetNextSiblingElt(const xercesc::DOMNode* node);
-  // The first child element of that tag: null, or for the forced forms error 260114 (tag), when there is none.
+  // The first child element of that tag: null, or for the forced forms error 260114 (tag), when there is
+  // none.
   static xercesc::DOMElement* GetChildTag(const xercesc::DOMNode* node, const XMLCh* tag);
   static xercesc::DOMElement* GetChildTagForced(const xercesc::DOMNode* node, const XMLCh* tag);
   static xercesc::DOMElement* GetChildByTag(const xercesc::DOMNode* node, const char* name);
@@ -83,8 +84,8 @@ class VEYRA_API BaseTranslator : public ScoreTranslator {
   static double VerifyDateTime(const std::string& text, ScoreDictVar::DateTimeType type);
 
   // A new value of the variable's type; the caller owns it.  Numbers, and date-times as numbers in the
-  // variable's representation, are checked by VerifyDouble.  A narrow text of a string variable is taken as it
-  // is.  Null for an unknown variable type.  REQUIRES: variable is not null.
+  // variable's representation, are checked by VerifyDouble.  A narrow text of a string variable is taken as
+  // it is.  Null for an unknown variable type.  REQUIRES: variable is not null.
   ScoreValue* CarefullyMakeVarValue(const ScoreDictVar* variable, const XMLCh* text) const;
   ScoreValue* CarefullyMakeVarValue(const ScoreDictVar* variable, const std::string& text) const;
 

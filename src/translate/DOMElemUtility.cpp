@@ -51,8 +51,7 @@ std::string DOMElemUtility::GetAttributeToString(const DOMElement* element, cons
                          [this](const XMLCh* text) { return fTranscoder->transcodeTo(text); });
 }
 
-int DOMElemUtility::GetAttributeToInt(const DOMElement* element, const std::string& name,
-                                      bool forced) const {
+int DOMElemUtility::GetAttributeToInt(const DOMElement* element, const std::string& name, bool forced) const {
   if (element == nullptr || name.empty() || fTranslator == nullptr) return -1;
   return ReadAttributeOr(-1, *element, name, forced,
                          [](const XMLCh* text) { return PMMLTranslator::VerifyInt(text); });

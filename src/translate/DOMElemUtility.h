@@ -1,7 +1,8 @@
 // Forgiving reads for plug-ins that prefer a default to an exception.
 //
 //   DOMElemUtility utility(translator, translator->GetTranscoder());
-//   const int layers = utility.GetAttributeToInt(element, "numberOfLayers", false);   // -1 when there is none
+//   const int layers = utility.GetAttributeToInt(element, "numberOfLayers", false);   // -1 when there is
+//   none
 //
 // Every operation: a null element, an empty name, and a utility without a translator give the default.  With
 // `forced` a VYException passes to the caller, without it the default is returned.  Other exceptions pass.

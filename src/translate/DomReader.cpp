@@ -36,9 +36,10 @@ bool IsCharacterData(const DOMNode& node) {
 
 }  // namespace
 
-XmlName::XmlName(std::string_view name) : fText(fBuffer.data()) {
+XmlName::XmlName(std::string_view name) {
   if (name.size() < fBuffer.size() && KxXML_940::IsAscii(name)) {
     *std::copy(name.begin(), name.end(), fBuffer.begin()) = 0;
+    fText = fBuffer.data();
     return;
   }
   fLong = KxXML_940::ToUTF16(name);

@@ -6,8 +6,8 @@
 //     const double weight = OptionalNumber(row, "weight").value_or(1.0);
 //   });
 //
-// Names of elements and attributes are UTF-8.  Nodes and XMLCh texts are lent by the document and live as long
-// as it does.  Attributes that are absent and attributes that are empty read alike: as an empty text.
+// Names of elements and attributes are UTF-8.  Nodes and XMLCh texts are lent by the document and live as
+// long as it does.  Attributes that are absent and attributes that are empty read alike: as an empty text.
 // Threads: a document belongs to one thread.
 
 #ifndef VEYRA_TRANSLATE_DOMREADER_H_
@@ -57,8 +57,8 @@ void ForEachChildElement(const xercesc::DOMNode* parent, Action&& action) {
 // that the depth of a document is no concern.  REQUIRES: node is root or lies below it.
 VEYRA_API const xercesc::DOMNode* NextNodeBelow(const xercesc::DOMNode& root, const xercesc::DOMNode& node);
 
-// Calls `action(const xercesc::DOMElement&)` for each element of that tag at any depth below `root`, in document
-// order.
+// Calls `action(const xercesc::DOMElement&)` for each element of that tag at any depth below `root`, in
+// document order.
 template <typename Action>
 void ForEachElementBelow(const xercesc::DOMNode& root, const char* tag, Action&& action);
 
@@ -84,8 +84,8 @@ VEYRA_API const XMLCh* RequiredNonEmptyAttribute(const xercesc::DOMElement& elem
 VEYRA_API std::string OptionalText(const xercesc::DOMElement& element, const char* name);
 VEYRA_API std::string RequiredText(const xercesc::DOMElement& element, const char* name);
 
-// The number of the attribute; nothing when it is absent or empty.  Raises 260151 (text, "double" or "integer")
-// when the text is no number.
+// The number of the attribute; nothing when it is absent or empty.  Raises 260151 (text, "double" or
+// "integer") when the text is no number.
 VEYRA_API std::optional<double> OptionalNumber(const xercesc::DOMElement& element, const char* name);
 VEYRA_API std::optional<int> OptionalInteger(const xercesc::DOMElement& element, const char* name);
 

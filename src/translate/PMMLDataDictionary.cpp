@@ -1,11 +1,12 @@
 // The data dictionary: fields with their types, categories and missing values.
 
+#include <unicode/stringoptions.h>
+#include <unicode/ustring.h>
 #include <charconv>
 #include <cmath>
 #include <memory>
 #include <unordered_set>
 #include <utility>
-#include <unicode/ustring.h>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/util/XMLString.hpp>
 
@@ -16,6 +17,7 @@
 #include "data/Range.h"
 #include "data/ScoreCatNumericEncoder.h"
 #include "data/ScoreCatStringEncoder.h"
+#include "data/ValueIndex.h"
 #include "data/ValueLabelSet.h"
 #include "data/ValueLbl.h"
 #include "error/Raise.h"
@@ -46,6 +48,7 @@ constexpr double kMarginTolerance = 1e-15;
 
 constexpr int kLowerGiven = 1;
 constexpr int kUpperGiven = 10;
+constexpr int kTwice = 2;  // no bound counts further, so that ten lower ones are not taken for an upper one
 
 constexpr int kEncoderRoom = 2;
 
@@ -188,8 +191,8 @@ class FieldReader {
 FieldReader::FieldReader(const PMMLTranslator& translator, const DOMElement& field, const XMLCh* name)
     : fTranslator(translator),
       fField(field),
-      fVariable(std::make_unique<DictVar>(translator.BaseTranslator::ToString(name),
-                                          ScoreDictVar::kNUMERIC_VAR)),
+      fVariable(
+          std::make_unique<DictVar>(translator.BaseTranslator::ToString(name), ScoreDictVar::kNUMERIC_VAR)),
       fDataType(Attribute(field, XML_ATT_DATATYPE)),
       fStorageType(Attribute(field, XML_ATT_STORAGETYPE)) {
   const XMLCh* label = Attribute(field, XML_ATT_DATAFIELD_DISPLAYNAME);
@@ -287,8 +290,8 @@ void FieldReader::ReadValue(const DOMElement& element) {
   if (fLabels->Add(label.get())) static_cast<void>(label.release());
 }
 
-// An empty number is reported as an empty attribute where the document shows that numbers are meant; elsewhere
-// it is left to the check of the number.
+// An empty number is reported as an empty attribute where the document shows that numbers are meant;
+// elsewhere it is left to the check of the number.
 void FieldReader::RefuseEmptyNumber(const DOMElement& element, bool isMissing) const {
   const bool isKnownNumeric = !IsEmpty(fDataType) || !IsEmpty(fStorageType) || !fValidTexts.empty();
   if (IsContinuous()) {
@@ -319,10 +322,10 @@ void FieldReader::ReadValueExtension(const DOMElement& extension) {
     if (decimals >= 0 || IsContinuous()) fVariable->SetDecimal(decimals);
   } else if (EqualsAscii(name, XML_VAL_NAME_MSLO)) {
     fInvalidRangeLower = PMMLTranslator::VerifyDouble(value);
-    fInvalidRangeCode += kLowerGiven;
+    if (fInvalidRangeCode % kUpperGiven < kTwice) fInvalidRangeCode += kLowerGiven;
   } else if (EqualsAscii(name, XML_VAL_NAME_MSUP)) {
     fInvalidRangeUpper = PMMLTranslator::VerifyDouble(value);
-    fInvalidRangeCode += kUpperGiven;
+    if (fInvalidRangeCode / kUpperGiven < kTwice) fInvalidRangeCode += kUpperGiven;
   } else if (EqualsAscii(name, kFlagTrueValue) && !IsContinuous()) {
     fVariable->SetFalgTypeTrueValue(Narrow(value));
   }
@@ -367,6 +370,13 @@ void VerifyFieldCount(const DOMElement& dictionary, int found) {
   if (stated != found)
     Raise(MessageId::kNumberMismatchIn, {std::to_string(stated), XML_ATT_DATADICT_NUMBEROFFIELDS,
                                          std::to_string(found), XML_ELE_DATAFIELD, XML_ELE_DATADICTIONARY});
+}
+
+// Whether two categories are the same one to the variable.
+bool AreEqual(const ScoreDictVar& variable, const ScoreValue& left, const ScoreValue& right) {
+  if (left.GetType() == ScoreValue::kStringValueType)
+    return left.Equal(&right, variable.GetNoSpaceTrim(), variable.GetEmptyStringOK());
+  return left == right;
 }
 
 }  // namespace
@@ -457,6 +467,33 @@ bool PMMLTranslator::SetupCatEncoder(ScoreDictVar* variable) {
   for (const ScoreValueLabel* label : labels->GetAllValueLabels())
     variable->GetEncoder()->Encode(label->GetValue());
   return true;
+}
+
+void PMMLTranslator::VerifyCategories(const ScoreDictVar& variable) const {
+  const ScoreValueLabelSet* set = variable.GetValueLabels();
+  if (set == nullptr) return;
+  if (variable.IsFlagVariable() && set->Size() > 2)
+    Raise(MessageId::kMoreThanTwo, {XML_VAL_OT_CATEGORICAL, XML_VAL_FLAG});
+
+  const std::vector<ScoreValueLabel*>& labels = set->GetAllValueLabels();
+  for (const ScoreValueLabel* label : labels) {
+    if (variable.IsMissingValue(label->GetValue()))
+      Raise(MessageId::kValueIsMissing,
+            {ToUTF8Argument(label->GetLabel()), ToUTF8Argument(variable.GetName())});
+  }
+
+  ValueIndex earlier;
+  earlier.Reserve(labels.size());
+  for (const ScoreValueLabel* label : labels) {
+    const ScoreValue& value = *label->GetValue();  // a null one is missing
+    const auto isSame = [&](int position) {
+      return AreEqual(variable, *labels[static_cast<std::size_t>(position)]->GetValue(), value);
+    };
+    if (earlier.FindFirst(value, isSame) >= 0)
+      Raise(MessageId::kDuplicateValueIn,
+            {XML_ATT_VALUE_VALUE, ToUTF8Argument(value.GetString()), XML_ELE_DATADICTIONARY});
+    earlier.Append(&value);
+  }
 }
 
 }  // namespace KxVeyra_940

@@ -3,7 +3,8 @@
 //   class MyTranslator : public PMMLTranslator {          // in a plug-in
 //     using PMMLTranslator::PMMLTranslator;
 //     ScoreModel* ParseFromTree(DOMDocument* document, const std::string&) override {
-//       std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(..., true));   // first: makes the transcoder
+//       std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(..., true));   // first: makes the
+//       transcoder
 //       ...
 //
 // Threads, texts and errors as in translate/BaseTranslator.h.
@@ -58,10 +59,10 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // The texts of an "Array" element, checked by its "type"; empty for null.
   std::vector<std::string> ParseStrArray(const xercesc::DOMElement* element) const;
   // The texts of an array in the translator's encoding.  Items are parted by spaces (U+0020 only); a quoted
-  // item may hold spaces, and \" stands for a quote unless one of `variable`'s categories is a lone backslash.
-  // A line feed parts nothing, but those at the end of an unquoted item are no part of it.  `type` "real" and
-  // "int" demand numbers.  A positive "n" must match.  `variable` may be null.
-  // Errors 260115, 260151, 260156 (an unterminated quote), 260241, 260284.
+  // item may hold spaces, and \" stands for a quote unless one of `variable`'s categories is a lone
+  // backslash. A line feed parts nothing, but those at the end of an unquoted item are no part of it.  `type`
+  // "real" and "int" demand numbers.  A positive "n" must match.  `variable` may be null. Errors 260115,
+  // 260151, 260156 (an unterminated quote), 260241, 260284.
   std::vector<std::string> GetArrayElements(const xercesc::DOMElement* node, const std::string& type,
                                             const ScoreDictVar* variable) const;
   // The first child named "Array".  Error 260115 when there is none.
@@ -69,8 +70,8 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
 
   // --- DataDictionary -------------------------------------------------------------------------------------
 
-  // A new dictionary of the element's fields; the caller owns it.  Makes the transcoder when there is none yet.
-  // With `setUpEncoders` every string field gets a category encoder.
+  // A new dictionary of the element's fields; the caller owns it.  Makes the transcoder when there is none
+  // yet. With `setUpEncoders` every string field gets a category encoder.
   ScoreDictionary* ParseDictionary(const xercesc::DOMNode* node, bool setUpEncoders);
   // The type that the text of a "dataType" names; kNoDateTime for any other text.
   static ScoreDictVar::DateTimeType ParseDateTimeType(const XMLCh* text);

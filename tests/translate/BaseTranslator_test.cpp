@@ -1,0 +1,149 @@
+#include "translate/BaseTranslator.h"
+
+#include <climits>
+#include <cmath>
+
+#include "data/DateTimeValue.h"
+#include "data/DictVar.h"
+#include "translate/Documents.h"
+#include "xml/VeyraTranscoder.h"
+#include "xml/XmlText.h"
+
+using namespace KxVeyra_940;
+using namespace veyra_tests;
+
+TEST(BaseTranslator, NumbersAreReadFromBothKindsOfText) {
+  struct Row {
+    const char* text;
+    double want;
+  };
+  const Row kRows[] = {
+      {"1.5e-3", 1.5e-3},  {"-2", -2},        {"+7", 7},    {"3E+2", 300},     {"-1e-5", -1e-5},
+      {"  12  ", 12},      {".5", 0.5},       {"1-e-5", 1}, {"1e2E3", 100},    {"-e5", 0},
+      {"1e999", HUGE_VAL}, {"-0.1e+2-", NAN}, {"", NAN},    {"   ", NAN},      {"e5", NAN},
+      {"5e", NAN},         {"5E", NAN},       {"5.", NAN},  {"1.e5", NAN},     {"1.E5", NAN},
+      {"1e5.5", NAN},      {"1-2", NAN},      {"+-1", NAN}, {"--1", NAN},      {"1,5", NAN},
+      {"1 5", NAN},        {"\t1", NAN},      {"1\n", NAN}, {"0x10", NAN},     {"inf", NAN},
+      {"1e1e1", NAN},      {"1.2.3", NAN},    {"1e-", NAN}, {"\xC2\xB2", NAN},
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.text);
+    const std::u16string utf16 = KxXML_940::ToUTF16(row.text);
+    if (std::isnan(row.want)) {
+      const std::string refusal = "260151 " + BaseTranslator::TrimBlanks(row.text) + "|double";
+      EXPECT_EQ(Refusal([&] { BaseTranslator::VerifyDouble(row.text); }), refusal);
+      EXPECT_EQ(Refusal([&] { BaseTranslator::VerifyDouble(utf16.c_str()); }), refusal);
+    } else {
+      EXPECT_EQ(BaseTranslator::VerifyDouble(row.text), row.want);
+      EXPECT_EQ(BaseTranslator::VerifyDouble(utf16.c_str()), row.want);
+    }
+  }
+  // Longer than any buffer for numbers.
+  EXPECT_EQ(BaseTranslator::VerifyDouble((u"1" + std::u16string(100, u'0')).c_str()), 1e100);
+}
+
+TEST(BaseTranslator, WholeNumbersAreReadWithoutSpaces) {
+  struct Row {
+    const char* text;
+    int want;
+  };
+  for (const Row& row : {Row{"-0", 0},
+                         {"+5", 5},
+                         {"-17", -17},
+                         {"007", 7},
+                         {"2147483647", INT_MAX},
+                         {"99999999999999999999", INT_MAX},
+                         {"-99999999999999999999", INT_MIN}})
+    EXPECT_EQ(BaseTranslator::VerifyInt(row.text), row.want) << row.text;
+  for (const char* text : {"", "-", "+", "5-", "+-5", "--5", " 12 ", "12 ", "1.0", "1e2", "x1"}) {
+    const std::u16string utf16 = KxXML_940::ToUTF16(text);
+    EXPECT_EQ(Refusal([&] { BaseTranslator::VerifyInt(utf16.c_str()); }),
+              "260151 " + std::string(text) + "|integer");
+  }
+}
+
+TEST(BaseTranslator, DateTimesAnswerInTheRepresentationOfTheirType) {
+  struct Row {
+    const char* text;
+    ScoreDictVar::DateTimeType type;
+    double want;
+  };
+  for (const Row& row : {Row{"1970-01-02", ScoreDictVar::kDate, 86400},
+                         {"0:1:5", ScoreDictVar::kTime, 65},
+                         {"1970-1-1T0:0:9", ScoreDictVar::kDateTime, 9},
+                         {"12.5", ScoreDictVar::kDateDaysSince1960, 12.5},
+                         {"3e2", ScoreDictVar::kDateTimeSecondsSince1980, 300}})
+    EXPECT_EQ(BaseTranslator::VerifyDateTime(std::string(row.text), row.type), row.want) << row.text;
+  EXPECT_EQ(Refusal([] { BaseTranslator::VerifyDateTime(u"2019-02-29", ScoreDictVar::kDate); }),
+            "260151 2019-02-29|dateTime");
+  EXPECT_EQ(Refusal([] { BaseTranslator::VerifyDateTime(u"x", ScoreDictVar::kTimeSeconds); }),
+            "260151 x|dateTime");
+}
+
+TEST(BaseTranslator, ValuesTakeTheVariablesType) {
+  const PlainTranslator translator;
+  DictVar variable("x", ScoreDictVar::STRING_VAR);
+  const auto make = [&](const XMLCh* text) {
+    return std::unique_ptr<ScoreValue>(translator.CarefullyMakeVarValue(&variable, text));
+  };
+  EXPECT_EQ(make(u" 1\u20AC")->GetString(), " 1\xE2\x82\xAC");
+  variable.SetVarType(ScoreDictVar::kNUMERIC_VAR);
+  EXPECT_EQ(make(u" 1 ")->GetDouble(), 1);
+  EXPECT_EQ(Refusal([&] { make(u"one"); }), "260151 one|double");
+  variable.SetVarType(ScoreDictVar::kDATETIME_VAR);
+  variable.SetDateTimeType(ScoreDictVar::kDateDaysSince1960);
+  EXPECT_EQ(make(u"3654")->GetString(), "1970-1-2");
+  EXPECT_EQ(Refusal([&] { make(u"1970-1-2"); }), "260151 1970-1-2|double");
+  variable.SetVarType(static_cast<ScoreDictVar::VariableType>(2));
+  EXPECT_EQ(make(u"1"), nullptr);
+}
+
+TEST(BaseTranslator, ChildrenAndDescendantsAreFoundByTag) {
+  const Document document("<A>text<B/><!-- C --><C><B/></C></A>");
+  const xercesc::DOMElement* root = document.Root();
+  EXPECT_EQ(BaseTranslator::GetChildByTag(root, "C"),
+            BaseTranslator::GetNextSiblingElt(BaseTranslator::GetFirstChildElt(root)));
+  EXPECT_EQ(BaseTranslator::GetChildByTag(root, "c"), nullptr);
+  EXPECT_EQ(BaseTranslator::GetChildTag(nullptr, u"B"), nullptr);
+  EXPECT_EQ(Refusal([&] { BaseTranslator::GetChildTagForced(root, u"D"); }), "260114 D");
+  EXPECT_EQ(Refusal([&] { BaseTranslator::GetChildByTagForced(nullptr, "B"); }), "260114 B");
+  EXPECT_EQ(BaseTranslator::GetElementsByTagName(root, "B")->getLength(), 2u);
+  EXPECT_EQ(BaseTranslator::GetElementsByTagName(document.Get(), "A")->getLength(), 1u);
+  const xercesc::DOMDocument* noDocument = nullptr;
+  EXPECT_EQ(Refusal([&] { BaseTranslator::GetElementsByTagName(noDocument, "B"); }), "260114 B");
+}
+
+TEST(BaseTranslator, TextsGoThroughTheEncodingAndNamesDoNot) {
+  const Document document("<A/>");
+  PlainTranslator translator("ISO-8859-1");
+  BaseTranslator& base = translator;
+  EXPECT_EQ(translator.ToUTF16("x"), nullptr);
+  EXPECT_FALSE(translator.XStrEqualsUTF8Str(u"x", "x"));
+  EXPECT_EQ(base.ToString(u"\u00E4"), "\xC3\xA4");
+
+  translator.CreateTranscoder("ISO-8859-1");
+  EXPECT_EQ(base.ToString(u"\u00E4"), "\xE4");
+  EXPECT_EQ(translator.ToString(u"\u00E4"), "\xC3\xA4");
+  EXPECT_EQ(base.ToString(nullptr), "");
+  EXPECT_TRUE(translator.XStrEqualsUTF8Str(u"\u00E4", "\xE4"));
+  EXPECT_FALSE(translator.XStrEqualsUTF8Str(u"\u00E4", "\xE5"));
+  EXPECT_TRUE(BaseTranslator::IsEqual(u"\u00E4", "\xC3\xA4"));
+  EXPECT_FALSE(BaseTranslator::IsEqual(u"ab", "abc"));
+  EXPECT_TRUE(BaseTranslator::IsEqual(translator.GetTranscoder(), u"\u00E4", "\xE4"));
+  EXPECT_FALSE(BaseTranslator::IsEqual(nullptr, u"\u00E4", "\xE4"));
+
+  // A transcoder that knows nothing would make every text of the model empty.
+  EXPECT_EQ(Refusal([&] { translator.CreateTranscoder("no-such-code"); }), "260303 no-such-code|encoding");
+  EXPECT_EQ(base.ToString(u"\u00E4"), "\xE4");
+}
+
+TEST(BaseTranslator, FormsThatNoSubclassSupportsGiveNothing) {
+  PlainTranslator translator;
+  ScoreTranslator& form = translator;
+  std::istringstream in("<PMML/>");
+  xercesc::DOMElement* element = nullptr;
+  EXPECT_EQ(form.ParseFromTree(in, ""), nullptr);
+  EXPECT_EQ(form.ParseFromTree(std::string("model.pmml"), ""), nullptr);
+  EXPECT_EQ(form.ParseFromTree(element, element, element, ""), nullptr);
+  EXPECT_EQ(form.ParseFromTree(in, "", ""), nullptr);
+}
