@@ -48,9 +48,12 @@ std::string Refusal(Action action) {
   try {
     action();
   } catch (const KxVeyra_940::VYException& e) {
-    std::string text = std::to_string(e.GetErrorCode()) + " ";
-    const auto& arguments = e.GetErrors().back().arguments;
-    for (std::size_t i = 0; i < arguments.size(); ++i) text += (i == 0 ? "" : "|") + arguments[i];
+    std::string text = std::to_string(e.GetErrorCode());
+    char mark = ' ';
+    for (const std::string& argument : e.GetErrors().back().arguments) {
+      text.append(1, mark).append(argument);
+      mark = '|';
+    }
     return text;
   }
   return "nothing";
@@ -79,29 +82,32 @@ inline std::string OneField(const std::string& attributes, const std::string& co
 // The ranges that count as missing, such as "[-inf, 0) [9, 9]".
 inline std::string MissingRanges(const KxVeyra_940::ScoreDictVar& variable) {
   if (variable.GetMissingValues() == nullptr) return "none";
-  const auto bound = [](const KxVeyra_940::ScoreValue& value) {
-    std::ostringstream text;
-    text.precision(17);
-    if (value.GetType() == KxVeyra_940::ScoreValue::kStringValueType)
-      text << '\'' << value.GetString() << '\'';
+  std::ostringstream text;
+  text.precision(17);
+  const auto write = [&](const KxVeyra_940::ScoreValue& bound) {
+    if (bound.GetType() == KxVeyra_940::ScoreValue::kStringValueType)
+      text << '\'' << bound.GetString() << '\'';
     else
-      text << value.GetDouble();
-    return text.str();
+      text << bound.GetDouble();
   };
-  std::string text;
-  for (const auto* range : variable.GetMissingValues()->GetMissingValues())
-    text += (text.empty() ? "" : " ") + std::string(range->GetLowEnd() ? "[" : "(") +
-            bound(*range->GetMin()) + ", " + bound(*range->GetMax()) + (range->GetHighEnd() ? "]" : ")");
-  return text;
+  for (const auto* range : variable.GetMissingValues()->GetMissingValues()) {
+    if (text.tellp() > 0) text << ' ';
+    text << (range->GetLowEnd() ? '[' : '(');
+    write(*range->GetMin());
+    text << ", ";
+    write(*range->GetMax());
+    text << (range->GetHighEnd() ? ']' : ')');
+  }
+  return text.str();
 }
 
 // The valid values with their labels, such as "1=one 2=two".
 inline std::string Labels(const KxVeyra_940::ScoreDictVar& variable) {
   if (variable.GetValueLabels() == nullptr) return "none";
-  std::string text;
+  std::ostringstream text;
   for (const auto* label : variable.GetValueLabels()->GetAllValueLabels())
-    text += (text.empty() ? "" : " ") + label->GetValue()->GetString() + "=" + label->GetLabel();
-  return text;
+    text << (text.tellp() > 0 ? " " : "") << label->GetValue()->GetString() << '=' << label->GetLabel();
+  return text.str();
 }
 
 }  // namespace veyra_tests

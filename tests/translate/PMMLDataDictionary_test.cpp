@@ -61,7 +61,7 @@ TEST(PMMLDataDictionary, TypesFollowStorageThenDataType) {
     SCOPED_TRACE(row.attributes);
     const Field x(std::string("optype='categorical' ") + row.attributes, row.content);
     EXPECT_EQ(x->GetVarType(), row.type);
-    EXPECT_EQ(x->GetNumericDataType() + x->GetDateTimeType(), row.detail);
+    EXPECT_EQ(int{x->GetNumericDataType()} + int{x->GetDateTimeType()}, row.detail);
   }
 }
 
@@ -284,19 +284,20 @@ TEST(PMMLDataDictionary, TextsAreInTheTranslatorsEncodingAndMessagesInUtf8) {
 TEST(PMMLDataDictionary, SizeIsNoConcern) {
   constexpr int kCount = 100000;
   for (const char* attributes : {kCategorical, kNumericCategories, kDays}) {
-    std::string values = Extension("invalidRangeLower", "0");
+    SCOPED_TRACE(attributes);
+    std::ostringstream values;
+    values << Extension("invalidRangeLower", "0");
     for (int i = 0; i < kCount; ++i)
-      values += "<Value value='" + std::to_string(i % 2 == 0 ? i : -i) + "' property='" +
-                (i % 4 == 3 ? "missing" : "valid") + "'/>";
-    const Field x(attributes, values, true);
+      values << "<Value value='" << (i % 2 == 0 ? i : -i) << "' property='"
+             << (i % 4 == 3 ? "missing" : "valid") << "'/>";
+    const Field x(attributes, values.str(), true);
     EXPECT_EQ(x->GetValueLabels()->Size(), kCount * 3 / 4);
     EXPECT_EQ(x->GetMissingValues()->Size(), kCount / 4 + 1);
   }
-  std::string fields;
-  for (int i = 0; i < kCount; ++i)
-    fields += "<DataField name='f" + std::to_string(i) + "' optype='continuous'/>";
-  const auto dictionary = ParseDictionary("<DataDictionary numberOfFields='" + std::to_string(kCount) + "'>" +
-                                          fields + "</DataDictionary>");
+  std::ostringstream xml;
+  xml << "<DataDictionary numberOfFields='" << kCount << "'>";
+  for (int i = 0; i < kCount; ++i) xml << "<DataField name='f" << i << "' optype='continuous'/>";
+  const auto dictionary = ParseDictionary(xml.str() + "</DataDictionary>");
   EXPECT_EQ(dictionary->Size(), kCount);
   EXPECT_EQ(dictionary->GetVarNames().back(), "f99999");
 }
