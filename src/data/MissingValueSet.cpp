@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <ostream>
 
+#include "data/Range.h"
+
 namespace KxVeyra_940 {
 
 MissingValueSet::~MissingValueSet() = default;
@@ -10,9 +12,9 @@ MissingValueSet::~MissingValueSet() = default;
 ScoreMissingValueSet* MissingValueSet::Clone() const { return new MissingValueSet(*this); }
 
 bool MissingValueSet::Add(ScoreValueRange* range) {
-  // The same object first: a range with NaN as a bound equals nothing, itself included.
-  if (range == nullptr || fRanges.Holds(range) || Contains(range)) return false;
+  if (range == nullptr || Find(range) >= 0) return false;
   fRanges.Append(range);
+  Index(Size() - 1);
   return true;
 }
 
@@ -20,6 +22,9 @@ bool MissingValueSet::Remove(const ScoreValueRange* range) {
   const int position = Find(range);
   if (position < 0) return false;
   fRanges.Erase(static_cast<std::size_t>(position));
+  fMinimums.Clear();
+  fIntervals.clear();
+  for (int i = 0; i < Size(); ++i) Index(i);
   return true;
 }
 
@@ -36,17 +41,26 @@ void MissingValueSet::Display(std::ostream& out) const {
 }
 
 bool MissingValueSet::Covers(const ScoreValue* value) const {
-  const auto& ranges = fRanges.All();
-  return std::any_of(ranges.begin(), ranges.end(),
-                     [value](const ScoreValueRange* range) { return range->IsInRange(value); });
+  if (value == nullptr) return false;
+  const auto holds = [&](int position) { return At(position).IsInRange(value); };
+  return std::any_of(fIntervals.begin(), fIntervals.end(), holds) || fMinimums.FindFirst(*value, holds) >= 0;
+}
+
+const ScoreValueRange& MissingValueSet::At(int position) const {
+  return *fRanges.At(static_cast<std::size_t>(position));
+}
+
+void MissingValueSet::Index(int position) {
+  fMinimums.Append(At(position).GetMin());
+  const auto* range = dynamic_cast<const Range*>(&At(position));
+  if (range == nullptr || !range->IsSingleValue()) fIntervals.push_back(position);
 }
 
 int MissingValueSet::Find(const ScoreValueRange* range) const {
-  if (range == nullptr) return -1;
-  const auto& ranges = fRanges.All();
-  const auto found = std::find_if(ranges.begin(), ranges.end(),
-                                  [range](const ScoreValueRange* held) { return *held == *range; });
-  return found == ranges.end() ? -1 : static_cast<int>(found - ranges.begin());
+  if (range == nullptr || range->GetMin() == nullptr) return -1;
+  // The same object too: a range with NaN as a bound equals nothing, itself included.
+  const auto isSame = [&](int position) { return &At(position) == range || At(position) == *range; };
+  return fMinimums.FindFirst(*range->GetMin(), isSame);
 }
 
 }  // namespace KxVeyra_940

@@ -1,11 +1,14 @@
 // The ranges of values that count as missing for one variable.
 //
+// Single values are found through an index, so a set may hold many.  The bounds of a held range must not
+// change while the set holds it.
 // Threads: const operations may be called by several threads.  Nothing throws.
 
 #ifndef VEYRA_DATA_MISSINGVALUESET_H_
 #define VEYRA_DATA_MISSINGVALUESET_H_
 
 #include "data/Owned.h"
+#include "data/ValueIndex.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreMissingValueSet.h"
 
@@ -31,9 +34,13 @@ class VEYRA_API MissingValueSet : public ScoreMissingValueSet {
   bool Covers(const ScoreValue* value) const;
 
  private:
-  int Find(const ScoreValueRange* range) const;  // -1 when absent
+  const ScoreValueRange& At(int position) const;
+  void Index(int position);
+  int Find(const ScoreValueRange* range) const;  // the range or one equal to it; -1 when absent
 
   OwnedList<ScoreValueRange> fRanges;
+  ValueIndex fMinimums;         // of all ranges
+  std::vector<int> fIntervals;  // positions of the ranges that are no single values
 };
 
 }  // namespace KxVeyra_940

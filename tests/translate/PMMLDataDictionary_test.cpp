@@ -106,7 +106,7 @@ TEST(PMMLDataDictionary, ValuesBecomeLabelsOrMissingRanges) {
   const Row kRows[] = {
       {kCategorical, "<Value value='b' displayValue='Bee'/><Value value='a' property='valid'/>", "b=Bee a=a",
        "none"},
-      {kCategorical, "<Value value=''/><Value value=' ' property='invalid'/>", "=", "[' ', ' ']"},
+      {kCategorical, "<Value value=''/><Value value='? ' property='invalid'/>", "=", "['? ', '? ']"},
       {kCategorical, "", "none", "none"},
       {kCategorical,
        "<Value value='a'/><Value value='a ' displayValue=''/>" + Extension("noSpaceTrim", "true"),
@@ -215,6 +215,8 @@ TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
       {kContinuous, "<Value value='9'/><Value value='9' property='missing'/>", "260213 9"},
       {kCategorical, "<Value value='a' displayValue='Ay'/><Value value='a ' property='missing'/>",
        "260294 Ay|x"},
+      {kCategorical, "<Value value='' displayValue='empty'/><Value value=' ' property='invalid'/>",
+       "260294 empty|x"},
       {kNumericCategories, "<Value value='-1.7976931348623157e308' displayValue='none'/>", "260294 none|x"},
       {kCategorical, "<Value value='a'/><Value value='b'/><Value value='a  '/>",
        "260203 value|a  |DataDictionary"},
