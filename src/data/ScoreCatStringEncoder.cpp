@@ -93,7 +93,9 @@ int ScoreCatStringEncoder::Find(std::string_view text) const {
 
 int ScoreCatStringEncoder::FindByRules(std::string_view text) const {
   const int code = Find(text);
-  return code >= 0 || fNoSpaceTrim ? code : Find(Normalised(text));
+  if (code >= 0 || fNoSpaceTrim) return code;
+  const std::string_view normalised = Normalised(text);
+  return normalised == text ? code : Find(normalised);
 }
 
 int ScoreCatStringEncoder::FindOrAdd(std::string_view text) {

@@ -34,6 +34,19 @@ bool IsCharacterData(const DOMNode& node) {
   return node.getNodeType() == DOMNode::TEXT_NODE || node.getNodeType() == DOMNode::CDATA_SECTION_NODE;
 }
 
+// The node's only child when that is character data, else null.
+const DOMNode* OnlyCharacterData(const DOMNode& node) {
+  const DOMNode* child = node.getFirstChild();
+  const bool isOnly = child != nullptr && child->getNextSibling() == nullptr && IsCharacterData(*child);
+  return isOnly ? child : nullptr;
+}
+
+// The attribute's text.  The text child is asked at once: getValue() looks for it with dynamic casts.
+const XMLCh* ValueOf(const xercesc::DOMAttr& attribute) {
+  const DOMNode* text = OnlyCharacterData(attribute);
+  return text != nullptr ? text->getNodeValue() : attribute.getValue();
+}
+
 }  // namespace
 
 XmlName::XmlName(std::string_view name) {
@@ -64,9 +77,7 @@ const DOMNode* NextNodeBelow(const DOMNode& root, const DOMNode& node) {
 bool HasTag(const DOMNode& node, const char* tag) { return EqualsAscii(node.getNodeName(), tag); }
 
 const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
-  const DOMNode* only = node.getFirstChild();
-  if (only != nullptr && only->getNextSibling() == nullptr && IsCharacterData(*only))
-    return only->getNodeValue();
+  if (const DOMNode* only = OnlyCharacterData(node)) return only->getNodeValue();
 
   buffer.clear();
   const DOMNode* part = NextNodeBelow(node, node);
@@ -79,13 +90,14 @@ const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
 }
 
 const XMLCh* Attribute(const DOMElement& element, const char* name) {
-  return element.getAttribute(XmlName(name).Get());
+  const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
+  return attribute == nullptr ? u"" : ValueOf(*attribute);
 }
 
 const XMLCh* RequiredAttribute(const DOMElement& element, const char* name) {
   const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
   if (attribute == nullptr) Raise(MessageId::kMissingAttributeOf, {name, ToUTF8(element.getTagName())});
-  return attribute->getValue();
+  return ValueOf(*attribute);
 }
 
 const XMLCh* RequiredNonEmptyAttribute(const DOMElement& element, const char* name) {

@@ -17,7 +17,6 @@
 #include "data/Range.h"
 #include "data/ScoreCatNumericEncoder.h"
 #include "data/ScoreCatStringEncoder.h"
-#include "data/ValueIndex.h"
 #include "data/ValueLabelSet.h"
 #include "data/ValueLbl.h"
 #include "error/Raise.h"
@@ -372,11 +371,18 @@ void VerifyFieldCount(const DOMElement& dictionary, int found) {
                                          std::to_string(found), XML_ELE_DATAFIELD, XML_ELE_DATADICTIONARY});
 }
 
-// Whether two categories are the same one to the variable.
-bool AreEqual(const ScoreDictVar& variable, const ScoreValue& left, const ScoreValue& right) {
-  if (left.GetType() == ScoreValue::kStringValueType)
-    return left.Equal(&right, variable.GetNoSpaceTrim(), variable.GetEmptyStringOK());
-  return left == right;
+// The set itself when it finds values through an index, else a copy that does.
+const ValueLabelSet& IndexedSet(const ScoreValueLabelSet& set, ValueLabelSet& copy) {
+  if (const auto* own = dynamic_cast<const ValueLabelSet*>(&set)) return *own;
+  for (const ScoreValueLabel* label : set.GetAllValueLabels()) copy.Add(label->Clone());
+  return copy;
+}
+
+// The position of the first category that is the same one to the variable; -1 when there is none.
+int FindCategory(const ValueLabelSet& set, const ScoreDictVar& variable, const ScoreValue& value) {
+  if (value.GetType() == ScoreValue::kStringValueType)
+    return set.FindEqual(&value, variable.GetNoSpaceTrim(), variable.GetEmptyStringOK());
+  return set.Find(&value);
 }
 
 }  // namespace
@@ -482,17 +488,14 @@ void PMMLTranslator::VerifyCategories(const ScoreDictVar& variable) const {
             {ToUTF8Argument(label->GetLabel()), ToUTF8Argument(variable.GetName())});
   }
 
-  ValueIndex earlier;
-  earlier.Reserve(labels.size());
-  for (const ScoreValueLabel* label : labels) {
-    const ScoreValue& value = *label->GetValue();  // a null one is missing
-    const auto isSame = [&](int position) {
-      return AreEqual(variable, *labels[static_cast<std::size_t>(position)]->GetValue(), value);
-    };
-    if (earlier.FindFirst(value, isSame) >= 0)
+  ValueLabelSet copy;
+  const ValueLabelSet& indexed = IndexedSet(*set, copy);
+  for (int i = 0; i < indexed.Size(); ++i) {
+    const ScoreValue* value = labels[static_cast<std::size_t>(i)]->GetValue();
+    const int first = FindCategory(indexed, variable, *value);
+    if (first >= 0 && first < i)
       Raise(MessageId::kDuplicateValueIn,
-            {XML_ATT_VALUE_VALUE, ToUTF8Argument(value.GetString()), XML_ELE_DATADICTIONARY});
-    earlier.Append(&value);
+            {XML_ATT_VALUE_VALUE, ToUTF8Argument(value->GetString()), XML_ELE_DATADICTIONARY});
   }
 }
 
