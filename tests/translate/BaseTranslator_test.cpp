@@ -47,14 +47,14 @@ TEST(BaseTranslator, WholeNumbersAreReadWithoutSpaces) {
     const char* text;
     int want;
   };
-  for (const Row& row : {Row{"-0", 0},
-                         {"+5", 5},
-                         {"-17", -17},
-                         {"007", 7},
-                         {"2147483647", INT_MAX},
-                         {"99999999999999999999", INT_MAX},
-                         {"-99999999999999999999", INT_MIN}})
-    EXPECT_EQ(BaseTranslator::VerifyInt(row.text), row.want) << row.text;
+  const Row kRows[] = {{"-0", 0},
+                       {"+5", 5},
+                       {"-17", -17},
+                       {"007", 7},
+                       {"2147483647", INT_MAX},
+                       {"99999999999999999999", INT_MAX},
+                       {"-99999999999999999999", INT_MIN}};
+  for (const Row& row : kRows) EXPECT_EQ(BaseTranslator::VerifyInt(row.text), row.want) << row.text;
   for (const char* text : {"", "-", "+", "5-", "+-5", "--5", " 12 ", "12 ", "1.0", "1e2", "x1"}) {
     const std::u16string utf16 = KxXML_940::ToUTF16(text);
     EXPECT_EQ(Refusal([&] { BaseTranslator::VerifyInt(utf16.c_str()); }),
@@ -135,15 +135,4 @@ TEST(BaseTranslator, TextsGoThroughTheEncodingAndNamesDoNot) {
   // A transcoder that knows nothing would make every text of the model empty.
   EXPECT_EQ(Refusal([&] { translator.CreateTranscoder("no-such-code"); }), "260303 no-such-code|encoding");
   EXPECT_EQ(base.ToString(u"\u00E4"), "\xE4");
-}
-
-TEST(BaseTranslator, FormsThatNoSubclassSupportsGiveNothing) {
-  PlainTranslator translator;
-  ScoreTranslator& form = translator;
-  std::istringstream in("<PMML/>");
-  xercesc::DOMElement* element = nullptr;
-  EXPECT_EQ(form.ParseFromTree(in, ""), nullptr);
-  EXPECT_EQ(form.ParseFromTree(std::string("model.pmml"), ""), nullptr);
-  EXPECT_EQ(form.ParseFromTree(element, element, element, ""), nullptr);
-  EXPECT_EQ(form.ParseFromTree(in, "", ""), nullptr);
 }

@@ -5,13 +5,23 @@ using namespace veyra_tests;
 
 namespace {
 
-constexpr char kCategorical[] = "optype='categorical' dataType='string'";
-constexpr char kNumericCategories[] = "optype='ordinal' dataType='integer'";
-constexpr char kContinuous[] = "optype='continuous' dataType='double'";
+constexpr char kText[] = "optype='categorical' dataType='string'";
+constexpr char kCodes[] = "optype='ordinal' dataType='integer'";
+constexpr char kReal[] = "optype='continuous' dataType='double'";
 constexpr char kDays[] = "optype='continuous' dataType='dateDaysSince[1960]'";
 
-std::string Extension(const std::string& name, const std::string& value) {
+std::string Ext(const std::string& name, const std::string& value) {
   return "<Extension name='" + name + "' value='" + value + "'/>";
+}
+
+std::string Valid(const std::string& value) { return "<Value value='" + value + "'/>"; }
+std::string Missing(const std::string& value) { return "<Value value='" + value + "' property='missing'/>"; }
+
+// Variable type, numeric data type and date-time type.
+std::string TypeOf(const ScoreDictVar& x) {
+  std::ostringstream text;
+  text << x.GetVarType() << ' ' << x.GetNumericDataType() << ' ' << x.GetDateTimeType();
+  return text.str();
 }
 
 // The only field of a dictionary, with the dictionary that owns it.
@@ -31,48 +41,39 @@ class Field {
 TEST(PMMLDataDictionary, TypesFollowStorageThenDataType) {
   struct Row {
     const char* attributes;
-    const char* content;
-    ScoreDictVar::VariableType type;
-    int detail;  // numeric data type or date-time type
+    std::string content;
+    const char* want;
   };
   const Row kRows[] = {
-      {"dataType='string'", "", ScoreDictVar::STRING_VAR, 0},
-      {"dataType='integer'", "", ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kInteger},
-      {"dataType='double'", "", ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kDouble},
-      {"dataType='float'", "", ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kNumericUnspecified},
-      {"dataType='boolean'", "", ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kNumericUnspecified},
-      {"", "", ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kNumericUnspecified},
-      {"dataType='date'", "", ScoreDictVar::kDATETIME_VAR, ScoreDictVar::kDate},
-      {"dataType='dateTime'", "", ScoreDictVar::kDATETIME_VAR, ScoreDictVar::kDateTime},
-      {"dataType='timeSeconds'", "", ScoreDictVar::kDATETIME_VAR, ScoreDictVar::kTimeSeconds},
-      {"dataType='dateTimeSecondsSince[1980]'", "", ScoreDictVar::kDATETIME_VAR,
-       ScoreDictVar::kDateTimeSecondsSince1980},
-      {"dataType='double' x-storageType='string'", "", ScoreDictVar::STRING_VAR, 0},
-      {"dataType='string' x-storageType='numeric'", "", ScoreDictVar::STRING_VAR, 0},
-      {"dataType='integer'", "<Extension><Extension name='x-storageType' value='string'/></Extension>",
-       ScoreDictVar::STRING_VAR, 0},
-      {"dataType='integer'",
-       "<Extension name='x-storageType' value='numeric'/><Extension name='x-storageType' value='string'/>",
-       ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kInteger},
-      {"dataType='integer' x-storageType='numeric'", "<Extension name='x-storageType' value='string'/>",
-       ScoreDictVar::kNUMERIC_VAR, ScoreDictVar::kInteger},
+      {"dataType='string'", "", "1 0 0"},
+      {"dataType='integer'", "", "0 1 0"},
+      {"dataType='double'", "", "0 2 0"},
+      {"dataType='float'", "", "0 0 0"},
+      {"dataType='boolean'", "", "0 0 0"},
+      {"", "", "0 0 0"},
+      {"dataType='date'", "", "4 0 1"},
+      {"dataType='dateTime'", "", "4 0 3"},
+      {"dataType='timeSeconds'", "", "4 0 8"},
+      {"dataType='dateTimeSecondsSince[1980]'", "", "4 0 12"},
+      {"dataType='double' x-storageType='string'", "", "1 0 0"},
+      {"dataType='string' x-storageType='numeric'", "", "1 0 0"},
+      {"dataType='integer'", "<Extension>" + Ext("x-storageType", "string") + "</Extension>", "1 0 0"},
+      {"dataType='integer'", Ext("x-storageType", "numeric") + Ext("x-storageType", "string"), "0 1 0"},
+      {"dataType='integer' x-storageType='numeric'", Ext("x-storageType", "string"), "0 1 0"},
   };
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.attributes);
-    const Field x(std::string("optype='categorical' ") + row.attributes, row.content);
-    EXPECT_EQ(x->GetVarType(), row.type);
-    EXPECT_EQ(int{x->GetNumericDataType()} + int{x->GetDateTimeType()}, row.detail);
-  }
+  for (const Row& row : kRows)
+    EXPECT_EQ(TypeOf(*Field(std::string("optype='ordinal' ") + row.attributes, row.content)), row.want)
+        << row.attributes << row.content;
 }
 
 TEST(PMMLDataDictionary, ExtensionsSetWhatTheySay) {
-  const Field x(std::string(kCategorical) + " displayName='Ex'",
-                Extension("width", "0") + Extension("stringLength", "12") + Extension("width", "-1") +
-                    Extension("decimals", "0") + Extension("decimals", "-2") + Extension("format", "3") +
-                    Extension("flagTypeTrueValue", "b") + Extension("unknown", "") +
+  const Field x(std::string(kText) + " displayName='Ex'",
+                Ext("width", "0") + Ext("stringLength", "12") + Ext("width", "-1") + Ext("decimals", "0") +
+                    Ext("decimals", "-2") + Ext("format", "3") + Ext("flagTypeTrueValue", "b") +
+                    Ext("unknown", "") +
                     "<Value value='b'><Extension name='measure' value='flag'>"
                     "<UsageType value='disable'/></Extension></Value>" +
-                    Extension("noSpaceTrim", "true") + Extension("emptyStringOk", "false"));
+                    Ext("noSpaceTrim", "true") + Ext("emptyStringOk", "false"));
   EXPECT_EQ(x->GetLabel(), "Ex");
   EXPECT_EQ(x->GetMLevel(), ScoreDictVar::kNominal);
   EXPECT_EQ(x->GetWidth(), 12);
@@ -84,9 +85,8 @@ TEST(PMMLDataDictionary, ExtensionsSetWhatTheySay) {
   EXPECT_TRUE(x->GetNoSpaceTrim());
   EXPECT_TRUE(x->GetEmptyStringOK());
 
-  const Field y(kContinuous, Extension("width", "-3") + Extension("decimals", "-2") +
-                                 Extension("x-measure", "scale") +
-                                 "<Extension><UsageType value='enable'/></Extension><Other/>");
+  const Field y(kReal, Ext("width", "-3") + Ext("decimals", "-2") + Ext("x-measure", "scale") +
+                           "<Extension><UsageType value='enable'/></Extension><Other/>");
   EXPECT_EQ(y->GetLabel(), "x");
   EXPECT_EQ(y->GetWidth(), -3);
   EXPECT_EQ(y->GetDecimal(), -2);
@@ -104,36 +104,32 @@ TEST(PMMLDataDictionary, ValuesBecomeLabelsOrMissingRanges) {
     const char* missing;
   };
   const Row kRows[] = {
-      {kCategorical, "<Value value='b' displayValue='Bee'/><Value value='a' property='valid'/>", "b=Bee a=a",
+      {kText, "<Value value='b' displayValue='Bee'/><Value value='a' property='valid'/>", "b=Bee a=a",
        "none"},
-      {kCategorical, "<Value value=''/><Value value='? ' property='invalid'/>", "=", "['? ', '? ']"},
-      {kCategorical, "", "none", "none"},
-      {kCategorical,
-       "<Value value='a'/><Value value='a ' displayValue=''/>" + Extension("noSpaceTrim", "true"),
+      {kText, "<Value value=''/><Value value='? ' property='invalid'/>", "=", "['? ', '? ']"},
+      {kText, "", "none", "none"},
+      {kText, "<Value value='a'/><Value value='a ' displayValue=''/>" + Ext("noSpaceTrim", "true"),
        "a=a a =a ", "none"},
-      {kNumericCategories, "<Value value=' 1 '/><Value value='9' property='missing'/>", "1= 1 ", "[9, 9]"},
-      {kNumericCategories,
-       "<Value value='9' property='missing'/><Value value='9' property='missing'/>"
-       "<Value value='8' property='invalid'/>",
-       "none", "[9, 9] [8, 8]"},
+      {kCodes, Valid(" 1 ") + Missing("9"), "1= 1 ", "[9, 9]"},
+      {kCodes, Missing("9") + Missing("9") + "<Value value='8' property='invalid'/>", "none",
+       "[9, 9] [8, 8]"},
       // A category inside a missing range is still a category.
-      {kNumericCategories, "<Value value='5'/>" + Extension("invalidRangeLower", "0"), "5=5", "[0, inf]"},
-      {kContinuous, "<Value value='5' displayValue='five'/><Value value='9' property='missing'/>", "5=five",
+      {kCodes, Valid("5") + Ext("invalidRangeLower", "0"), "5=5", "[0, inf]"},
+      {kReal, "<Value value='5' displayValue='five'/><Value value='9' property='missing'/>", "5=five",
        "[9, 9]"},
-      {kDays, "<Value value='3654'/><Value value='3653' property='missing'/>", "1970-1-2=3654", "[0, 0]"},
-      {kContinuous, "<Interval closure='closedOpen' leftMargin='0' rightMargin='10'/>", "none",
+      {kDays, Valid("3654") + Missing("3653"), "1970-1-2=3654", "[0, 0]"},
+      {kReal, "<Interval closure='closedOpen' leftMargin='0' rightMargin='10'/>", "none",
        "[-inf, 0) [10, inf]"},
-      {kContinuous, "<Interval closure='closedClosed' leftMargin='-1' rightMargin='1'/>", "none",
+      {kReal, "<Interval closure='closedClosed' leftMargin='-1' rightMargin='1'/>", "none",
        "[-inf, -1.0000000000000011) (1.0000000000000011, inf]"},
-      {kContinuous, "<Interval closure='openClosed' rightMargin='0'/>", "none", "(0, inf]"},
-      {kContinuous, "<Interval closure='openOpen' leftMargin='5'/>", "none", "[-inf, 5]"},
-      {kContinuous, "<Interval leftMargin='5' rightMargin=''/>", "none", "[-inf, 5]"},
-      {kContinuous, "<Interval/>", "none", "none"},
-      {kContinuous, Extension("invalidRangeLower", "-9"), "none", "[-9, inf]"},
-      {kContinuous, Extension("invalidRangeUpper", "-9"), "none", "[-inf, -9]"},
-      {kContinuous, Extension("invalidRangeUpper", "3") + Extension("invalidRangeLower", "1"), "none",
-       "[1, 3]"},
-      {kContinuous,
+      {kReal, "<Interval closure='openClosed' rightMargin='0'/>", "none", "(0, inf]"},
+      {kReal, "<Interval closure='openOpen' leftMargin='5'/>", "none", "[-inf, 5]"},
+      {kReal, "<Interval leftMargin='5' rightMargin=''/>", "none", "[-inf, 5]"},
+      {kReal, "<Interval/>", "none", "none"},
+      {kReal, Ext("invalidRangeLower", "-9"), "none", "[-9, inf]"},
+      {kReal, Ext("invalidRangeUpper", "-9"), "none", "[-inf, -9]"},
+      {kReal, Ext("invalidRangeUpper", "3") + Ext("invalidRangeLower", "1"), "none", "[1, 3]"},
+      {kReal,
        "<Extension><X-DataField><Interval closure='closedOpen' leftMargin='1' rightMargin='2'/></X-DataField>"
        "</Extension><Extension><X-DataField/></Extension><Extension><Other/></Extension>",
        "none", "[1, 2)"},
@@ -148,24 +144,24 @@ TEST(PMMLDataDictionary, ValuesBecomeLabelsOrMissingRanges) {
 }
 
 TEST(PMMLDataDictionary, EncodersCountInTheOrderOfTheValues) {
-  const std::string content = "<Value value='b'/><Value value=''/><Value value='a '/>";
-  const Field x(kCategorical, content, true);
+  const std::string content = Valid("b") + Valid("") + Valid("a ");
+  const Field x(kText, content, true);
   const ScoreEncoder* encoder = x->GetEncoder();
   ASSERT_NE(encoder, nullptr);
   EXPECT_EQ(encoder->GetNumberOfCategories(), 3);
   EXPECT_EQ(encoder->EncodeConst(std::string("a")), 2);
   EXPECT_EQ(encoder->EncodeConst(std::string(" ")), -1);
-  EXPECT_EQ(Field(kCategorical, content)->GetEncoder(), nullptr);
-  const Field noTrim(kCategorical, content + Extension("noSpaceTrim", "true"), true);
+  EXPECT_EQ(Field(kText, content)->GetEncoder(), nullptr);
+  const Field noTrim(kText, content + Ext("noSpaceTrim", "true"), true);
   EXPECT_EQ(noTrim->GetEncoder()->EncodeConst(std::string("a")), -1);
 
-  const Field n(kNumericCategories, "<Value value='3'/><Value value='1'/>", true);
+  const Field n(kCodes, Valid("3") + Valid("1"), true);
   EXPECT_EQ(n->GetEncoder(), nullptr);
   EXPECT_TRUE(PMMLTranslator::SetupCatEncoder(&*n));
   EXPECT_TRUE(PMMLTranslator::SetupCatEncoder(&*n));
   EXPECT_EQ(n->GetEncoder()->GetEncoderType(), ScoreEncoder::kCatNumericEncoder);
   EXPECT_EQ(n->GetEncoder()->EncodeConst(std::string("1")), 1);
-  EXPECT_FALSE(PMMLTranslator::SetupCatEncoder(&*Field(kContinuous, "")));
+  EXPECT_FALSE(PMMLTranslator::SetupCatEncoder(&*Field(kReal, "")));
 }
 
 TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
@@ -180,49 +176,45 @@ TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
       {"optype='nominal'", "", "260152 nominal|optype"},
       {"optype='continuous' dataType='string'", "<Value/>", "260211 continuous|optype|string|dataType"},
       {"optype='continuous' x-storageType='string'", "", "260211 continuous|optype|string|dataType"},
-      {kContinuous, Extension("x-measure", "flag"), "260282 flag|categorical"},
-      {kCategorical, "<Value value='1'/><Value value='2'/><Value value='3'/>" + Extension("measure", "flag"),
-       "260271 categorical|flag"},
-      {kCategorical, "<Interval/>", "260172 Interval|Extension, Value"},
-      {kCategorical, "<Value/>", "260120 value|Value"},
-      {kContinuous, "<Value property='missing'/>", "260120 value|Value"},
-      {kCategorical, "<Value value='a' property='odd'/>", "260153 odd|property|Value"},
-      {kContinuous, "<Value value='1' property='odd'/>", "260153 odd|property|Value"},
-      {kNumericCategories, "<Value value='' property='missing'/>", "260153 |value|MapValues"},
-      {kNumericCategories, "<Value value=''/>", "260153 |value|MapValues"},
-      {"optype='ordinal' x-storageType='numeric'", "<Value value=''/>", "260153 |value|MapValues"},
-      {"optype='ordinal'", "<Value value='1'/><Value value=''/>", "260153 |value|MapValues"},
-      {"optype='ordinal'", "<Value value=''/>", "260151 |double"},
-      {kNumericCategories, "<Value value='one'/>", "260151 one|double"},
-      {kContinuous, "<Value value=''/>", "260285 value|Value"},
-      {"optype='continuous'", "<Value value=''/>", "260151 |double"},
-      {kContinuous, "<Value value='' property='invalid'/>", "260151 |double"},
-      {kDays, "<Value value=''/>", "260151 |double"},
-      {"optype='ordinal' dataType='date'", "<Value value='2020-02-29'/>", "260151 2020-02-29|double"},
-      {kContinuous, "<Interval leftMargin='x'/>", "260151 x|double"},
-      {kContinuous, "<Interval leftMargin='1'/><Interval/>", "260272 Interval|DataField"},
-      {kContinuous, Extension("invalidRangeLower", "1") + Extension("invalidRangeLower", "1"),
+      {kReal, Ext("x-measure", "flag"), "260282 flag|categorical"},
+      {kText, Valid("1") + Valid("2") + Valid("3") + Ext("measure", "flag"), "260271 categorical|flag"},
+      {kText, "<Interval/>", "260172 Interval|Extension, Value"},
+      {kText, "<Value/>", "260120 value|Value"},
+      {kReal, "<Value property='missing'/>", "260120 value|Value"},
+      {kText, "<Value value='a' property='odd'/>", "260153 odd|property|Value"},
+      {kReal, "<Value value='1' property='odd'/>", "260153 odd|property|Value"},
+      {kCodes, Missing(""), "260153 |value|MapValues"},
+      {kCodes, Valid(""), "260153 |value|MapValues"},
+      {"optype='ordinal' x-storageType='numeric'", Valid(""), "260153 |value|MapValues"},
+      {"optype='ordinal'", Valid("1") + Valid(""), "260153 |value|MapValues"},
+      {"optype='ordinal'", Valid(""), "260151 |double"},
+      {kCodes, Valid("one"), "260151 one|double"},
+      {kReal, Valid(""), "260285 value|Value"},
+      {"optype='continuous'", Valid(""), "260151 |double"},
+      {kReal, "<Value value='' property='invalid'/>", "260151 |double"},
+      {kDays, Valid(""), "260151 |double"},
+      {"optype='ordinal' dataType='date'", Valid("2020-02-29"), "260151 2020-02-29|double"},
+      {kReal, "<Interval leftMargin='x'/>", "260151 x|double"},
+      {kReal, "<Interval leftMargin='1'/><Interval/>", "260272 Interval|DataField"},
+      {kReal, Ext("invalidRangeLower", "1") + Ext("invalidRangeLower", "1"),
        "260272 invalidRangeLower, invalidRangeUpper|Value"},
-      {kCategorical, Extension("format", "x"), "260151 x|integer"},
-      {kCategorical, Extension("width", "1.5"), "260151 1.5|integer"},
-      {kContinuous, Extension("decimals", ""), "260151 |integer"},
-      {kContinuous, Extension("invalidRangeUpper", "x"), "260151 x|double"},
-      {kCategorical, "<Value value='A'/><Value value='a' property='missing'/>", "260213 a"},
-      {kCategorical,
+      {kText, Ext("format", "x"), "260151 x|integer"},
+      {kText, Ext("width", "1.5"), "260151 1.5|integer"},
+      {kReal, Ext("decimals", ""), "260151 |integer"},
+      {kReal, Ext("invalidRangeUpper", "x"), "260151 x|double"},
+      {kText, Valid("A") + Missing("a"), "260213 a"},
+      {kText,
        "<Value value='stra\xC3\x9F"
        "e \xC3\x84'/><Value value='STRASSE \xC3\xA4' property='invalid'/>",
        "260213 STRASSE \xC3\xA4"},
-      {kContinuous, "<Value value='9'/><Value value='9' property='missing'/>", "260213 9"},
-      {kCategorical, "<Value value='a' displayValue='Ay'/><Value value='a ' property='missing'/>",
-       "260294 Ay|x"},
-      {kCategorical, "<Value value='' displayValue='empty'/><Value value=' ' property='invalid'/>",
+      {kReal, Valid("9") + Missing("9"), "260213 9"},
+      {kText, "<Value value='a' displayValue='Ay'/><Value value='a ' property='missing'/>", "260294 Ay|x"},
+      {kText, "<Value value='' displayValue='empty'/><Value value=' ' property='invalid'/>",
        "260294 empty|x"},
-      {kNumericCategories, "<Value value='-1.7976931348623157e308' displayValue='none'/>", "260294 none|x"},
-      {kCategorical, "<Value value='a'/><Value value='b'/><Value value='a  '/>",
-       "260203 value|a  |DataDictionary"},
-      {kNumericCategories, "<Value value='3'/><Value value='1'/><Value value='3.00000000000001'/>",
-       "260203 value|3|DataDictionary"},
-      {kDays, "<Value value='3653'/><Value value='3653.0'/>", "260203 value|1970-1-1|DataDictionary"},
+      {kCodes, "<Value value='-1.7976931348623157e308' displayValue='none'/>", "260294 none|x"},
+      {kText, Valid("a") + Valid("b") + Valid("a  "), "260203 value|a  |DataDictionary"},
+      {kCodes, Valid("3") + Valid("1") + Valid("3.00000000000001"), "260203 value|3|DataDictionary"},
+      {kDays, Valid("3653") + Valid("3653.0"), "260203 value|1970-1-1|DataDictionary"},
   };
   for (const Row& row : kRows) {
     const std::string xml = OneField(row.attributes, row.content);
@@ -230,8 +222,8 @@ TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
   }
   // Ten lower bounds are not an upper one.
   std::string lowers;
-  for (int i = 0; i < 10; ++i) lowers += Extension("invalidRangeLower", "1");
-  EXPECT_EQ(Refusal([&] { ParseDictionary(OneField(kContinuous, lowers)); }),
+  for (int i = 0; i < 10; ++i) lowers += Ext("invalidRangeLower", "1");
+  EXPECT_EQ(Refusal([&] { ParseDictionary(OneField(kReal, lowers)); }),
             "260272 invalidRangeLower, invalidRangeUpper|Value");
 }
 
@@ -285,10 +277,10 @@ TEST(PMMLDataDictionary, TextsAreInTheTranslatorsEncodingAndMessagesInUtf8) {
 // Both would take minutes if anything compared all pairs.
 TEST(PMMLDataDictionary, SizeIsNoConcern) {
   constexpr int kCount = 100000;
-  for (const char* attributes : {kCategorical, kNumericCategories, kDays}) {
+  for (const char* attributes : {kText, kCodes, kDays}) {
     SCOPED_TRACE(attributes);
     std::ostringstream values;
-    values << Extension("invalidRangeLower", "0");
+    values << Ext("invalidRangeLower", "0");
     for (int i = 0; i < kCount; ++i)
       values << "<Value value='" << (i % 2 == 0 ? i : -i) << "' property='"
              << (i % 4 == 3 ? "missing" : "valid") << "'/>";
