@@ -1,0 +1,288 @@
+#include "veyra/ModelFactory.h"
+
+#include <fstream>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "error/ProcessState.h"
+#include "error/Raise.h"
+#include "error/ScoringLog.h"
+#include "factory/FactoryInternal.h"
+#include "transform/TransformationDictionary.h"
+#include "xml/ParserLimits.h"
+#include "xml/ScoreSax2Parser.h"
+#include "xml/XercesWrapper.h"
+#include "xml/XmlText.h"
+
+namespace KxVeyra_940 {
+
+std::vector<std::string> ModelFactory::fModelNames;
+bool ModelFactory::fInitialized = false;
+
+namespace {
+
+using xercesc::DOMDocument;
+using xercesc::DOMElement;
+using xercesc::XercesDOMParser;
+using Names = std::vector<std::string>;
+
+constexpr const char* kMakeModel = "MakeModelFromXML";
+constexpr const char* kGetLibraryPath = "GetLibraryPath";
+constexpr const char* kNearestNeighborModel = "NearestNeighborModel";
+
+void TraceEnter(const char* operation) { ScoringLog::GetInstance()->TraceText(1, "Enter:%s", operation); }
+void TraceExit(const char* operation) { ScoringLog::GetInstance()->TraceText(1, "Exit:%s", operation); }
+
+void FillCatalogueOnce(const Names& names) {
+  const sfGuard lock(XercesLock, sfMutex::kWaitLock);
+  if (&names != &ModelFactory::fModelNames && ModelFactory::fModelNames.empty()) {
+    ModelFactory::fModelNames = names;
+  }
+}
+
+// What a root tag stands for: a search of the catalogue, or one model kind.
+struct RootRow {
+  const char* tag;
+  const char* modelName;  // null: search the catalogue
+};
+
+constexpr RootRow kRoots[] = {
+    {"PMML", nullptr},
+    {"zent-ml", nullptr},
+    {"Tree", "TreeModel"},
+    {"AssocLattice", nullptr},
+    {"SequentialAssociationLattice", nullptr},
+};
+
+const RootRow* FindRoot(const std::string& tag) {
+  for (const RootRow& row : kRoots) {
+    if (tag == row.tag) return &row;
+  }
+  return nullptr;
+}
+
+// The model kind that the root alone decides; empty when the catalogue is searched.
+std::string KindOfRoot(const RootRow& row, const DOMElement& root) {
+  if (row.modelName != nullptr) return row.modelName;
+  if (std::string_view(row.tag) == "zent-ml" && FindModelElement(root, {"regression-model"}) != nullptr) {
+    return "GeneralRegressionModel";
+  }
+  return {};
+}
+
+std::string SearchCatalogue(const DOMElement& root, const Names& names) {
+  const DOMElement* element = FindModelElement(root, names);
+  if (element == nullptr) Raise(MessageId::kUnsupportedModel, {""});
+  return KxXML_940::ToUTF8(element->getNodeName());
+}
+
+// Builds with the plug-in of `givenName`, or of the first catalogue name that the document holds when it is
+// empty.  `build` gets the translator.
+template <typename Build>
+ScoreModel* BuildFromDocument(const Names& names, const DOMElement& root, const std::string& givenName,
+                              Build build) {
+  TraceEnter(kGetLibraryPath);
+  const std::string modelName = givenName.empty() ? SearchCatalogue(root, names) : givenName;
+  const std::unique_ptr<ScoreTranslator> translator = GetNamedTranslator(names, modelName);
+  ScoreModel* model = build(*translator);
+  ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
+  return model;
+}
+
+void Rewind(std::istream& in) {
+  if (in.bad()) return;
+  in.clear();
+  in.seekg(0);
+}
+
+// True, with the stream rewound either way, when the document holds a nearest-neighbour model: such models
+// are built from the stream, for their training instances may be large.
+bool IsNearestNeighborDocument(std::istream& in) {
+  const bool found = ScoreSax2Parser::IsModelType(kNearestNeighborModel, in);
+  Rewind(in);
+  return found;
+}
+
+ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, const std::string& encoding,
+                                      const std::string& auxPath) {
+  const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, kNearestNeighborModel);
+  if (translator == nullptr) return nullptr;
+  ScoreModel* model = translator->ParseFromTree(in, encoding, auxPath);
+  ScoringLog::GetInstance()->TraceText(1, "Make Model End");
+  return model;
+}
+
+void SetUpParser(XercesDOMParser& parser) {
+  parser.setLoadExternalDTD(false);
+  parser.setValidationScheme(XercesDOMParser::Val_Never);
+}
+
+std::string RootTag(const DOMElement& root) {
+  std::string tag = KxXML_940::ToUTF8(root.getTagName());
+  if (tag.empty()) Raise(MessageId::kEmptyRootTag, {});
+  return tag;
+}
+
+// The plug-in of a model element that stands on its own; two element names of older documents have another.
+std::string PluginOfElement(const DOMElement& element) {
+  const std::string tag = KxXML_940::ToUTF8(element.getTagName());
+  if (tag == "DecisionTree") return "TreeModel";
+  if (tag == "Regression") return "RegressionModel";
+  return tag;
+}
+
+template <typename Build>
+ScoreModel* BuildFromElement(void* modelElement, const Names& modelNames, Build build) {
+  const XercesWrapper guard(ModelFactory::fInitialized);
+  TraceEnter(kMakeModel);
+  ScoreModel* model = nullptr;
+  if (auto* element = static_cast<DOMElement*>(modelElement)) {
+    const std::string name = PluginOfElement(*element);
+    ScoringLog::GetInstance()->TraceText(2, "Model name is :%s", name.c_str());
+    const Names names = modelNames.empty() ? ModelFactory::fModelNames : modelNames;
+    const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, name);
+    if (translator != nullptr) model = build(*translator, element);
+  }
+  TraceExit(kMakeModel);
+  return model;
+}
+
+template <typename Build>
+ScoreModel* BuildFromElements(DOMElement* modelElement, const Names& names, bool supportOldParser,
+                              Build build) {
+  TraceEnter(kGetLibraryPath);
+  if (modelElement == nullptr) return nullptr;
+  const std::unique_ptr<ScoreTranslator> translator =
+      GetNamedTranslator(names, KxXML_940::ToUTF8(modelElement->getNodeName()));
+  translator->SetSupportOldParser(supportOldParser);
+  ScoreModel* model = build(*translator);
+  ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
+  return model;
+}
+
+}  // namespace
+
+ScoreModel* ModelFactory::MakeModelFromXML(const std::string& pmmlPath, const std::string& catalogPath,
+                                           const std::string& encoding) {
+  return MakeModelFromXML(pmmlPath, catalogPath, encoding, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(const std::string& pmmlPath, const std::string& catalogPath,
+                                           const std::string& encoding, const std::string& auxPath) {
+  const XercesWrapper guard(fInitialized);
+  TraceEnter(kMakeModel);
+  const std::string path = ConvertedPath(pmmlPath);
+  Names names;
+  GetModelNames(ConvertedPath(catalogPath), names);
+  FillCatalogueOnce(names);
+  std::ifstream in(path, std::ios::binary);
+  if (!in.is_open() || IsDirectory(path)) Raise(MessageId::kCannotOpenDocument, {path});
+  return MakeModelFromXML(in, names, encoding, ConvertedPath(auxPath));
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const Names& modelNames,
+                                           const std::string& encoding, const std::string& auxPath) {
+  TraceEnter(kMakeModel);
+  // Everything ends in the reverse of this order: translator, parser, guard.
+  const XercesWrapper guard(fInitialized);
+  FillCatalogueOnce(modelNames);
+  if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", auxPath);
+  KxXML_940::LimitedDOMParser parser;
+  SetUpParser(parser);
+  DOMDocument* document = GetDocElement(parser, in, "");
+  const DOMElement& root = *document->getDocumentElement();
+  const std::string tag = RootTag(root);
+  const RootRow* row = FindRoot(tag);
+  if (row == nullptr) Raise(MessageId::kUnsupportedModel, {tag});
+  return BuildFromDocument(modelNames, root, KindOfRoot(*row, root), [&](ScoreTranslator& translator) {
+    return translator.ParseFromTree(document, encoding);
+  });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const Names& modelNames,
+                                           const std::string& encoding) {
+  return MakeModelFromXML(in, modelNames, encoding, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const std::string& modelName) {
+  return MakeModelFromXML(in, Names{modelName}, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, std::string& catalogPath) {
+  Names names;
+  GetModelNames(ConvertedPath(catalogPath), names);
+  return MakeModelFromXML(in, names, std::string());
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, ScoreDictionary* dictionary,
+                                           const Names& modelNames, const std::string& encoding) {
+  TraceEnter(kMakeModel);
+  const XercesWrapper guard(fInitialized);
+  FillCatalogueOnce(modelNames);
+  if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", "");
+  KxXML_940::LimitedDOMParser parser;
+  SetUpParser(parser);
+  parser.setDoSchema(false);
+  DOMDocument* document = GetDocElement(parser, in, "");
+  const DOMElement& root = *document->getDocumentElement();
+  const std::string tag = RootTag(root);
+  const RootRow* row = FindRoot(tag);
+  const bool withDictionary = row == nullptr || tag == "PMML";
+  return BuildFromDocument(modelNames, root, withDictionary ? std::string() : KindOfRoot(*row, root),
+                           [&](ScoreTranslator& translator) {
+                             return withDictionary ? translator.ParseFromTree(document, dictionary, encoding)
+                                                   : translator.ParseFromTree(document, encoding);
+                           });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(void* modelElement, const Names& modelNames,
+                                           ScoreDictionary* dictionary,
+                                           ScoreDictionary* transformationDictionary,
+                                           const std::string& encoding) {
+  return BuildFromElement(modelElement, modelNames, [&](ScoreTranslator& translator, DOMElement* element) {
+    return translator.ParseFromTree(element, dictionary, transformationDictionary, encoding);
+  });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(void* modelElement, const Names& modelNames, ScoreModel* baseModel,
+                                           const std::string& encoding) {
+  return BuildFromElement(modelElement, modelNames, [&](ScoreTranslator& translator, DOMElement* element) {
+    return translator.ParseFromTree(element, baseModel, encoding);
+  });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(DOMElement* first, DOMElement* second, DOMElement* modelElement,
+                                           const Names& modelNames, const std::string& encoding,
+                                           bool supportOldParser) {
+  return BuildFromElements(modelElement, modelNames, supportOldParser, [&](ScoreTranslator& translator) {
+    return translator.ParseFromTree(first, second, modelElement, encoding);
+  });
+}
+
+ScoreModel* ModelFactory::MakeModelFromXML(ScoreModel* baseModel, DOMElement* modelElement,
+                                           const Names& modelNames, const std::string& encoding,
+                                           bool supportOldParser) {
+  return BuildFromElements(modelElement, modelNames, supportOldParser, [&](ScoreTranslator& translator) {
+    return translator.ParseFromTree(modelElement, baseModel->GetDictionary(),
+                                    baseModel->GetTransformationDictionary(), encoding);
+  });
+}
+
+void ModelFactory::Initialize(std::string catalogPath) {
+  xercesc::XMLPlatformUtils::Initialize();
+  if (!catalogPath.empty()) {
+    try {
+      Names names;
+      GetModelNames(ConvertedPath(catalogPath), names);
+      fModelNames = std::move(names);
+    } catch (...) {
+      // The platform is as it was before: a second try starts clean.
+      xercesc::XMLPlatformUtils::Terminate();
+      throw;
+    }
+  }
+  fInitialized = true;
+}
+
+void ModelFactory::Terminate() { xercesc::XMLPlatformUtils::Terminate(); }
+
+}  // namespace KxVeyra_940
