@@ -1,0 +1,79 @@
+#include "common/CategoryTable.h"
+
+#include <cmath>
+
+#include "data/DateTimeValue.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace {
+
+double StoredNumber(const ScoreValue& value) { return static_cast<const NumericValue&>(value).GetNumber(); }
+
+}  // namespace
+
+CategoryTable::CategoryTable(const ScoreDictVar& field)
+    : fNoSpaceTrim(field.GetNoSpaceTrim()), fEmptyStringOK(field.GetEmptyStringOK()) {
+  if (const ScoreValueLabelSet* labels = field.GetValueLabels()) {
+    for (const ScoreValueLabel* label : labels->GetAllValueLabels()) Add(*label->GetValue());
+  }
+  fListedCount = Size();
+}
+
+CategoryTable::CategoryTable(const CategoryTable& other)
+    : fNoSpaceTrim(other.fNoSpaceTrim),
+      fEmptyStringOK(other.fEmptyStringOK),
+      fListedCount(other.fListedCount),
+      fTexts(other.fTexts),
+      fNumbers(other.fNumbers) {
+  for (const auto& value : other.fValues) fValues.emplace_back(value->Clone());
+}
+
+CategoryTable::~CategoryTable() = default;
+
+// The text as it stands in the index: equal texts have one form.
+std::string_view CategoryTable::Normalised(std::string_view text) const {
+  if (fNoSpaceTrim) return text;
+  const std::size_t last = text.find_last_not_of(' ');
+  if (last != std::string_view::npos) return text.substr(0, last + 1);
+  return text.substr(0, fEmptyStringOK && !text.empty() ? 1 : 0);
+}
+
+int CategoryTable::Add(const ScoreValue& value) {
+  const int known = Find(value);
+  if (known != kNoCategory) return known;
+  const int code = Size();
+  if (const StringValue* text = AsString(&value)) {
+    fTexts.emplace(Normalised(text->GetText()), code);
+  } else {
+    fNumbers.emplace(StoredNumber(value), code);
+  }
+  fValues.emplace_back(value.Clone());
+  return code;
+}
+
+int CategoryTable::Find(const ScoreValue& value) const {
+  const StringValue* text = AsString(&value);
+  return text != nullptr ? FindText(text->GetText()) : FindNumber(StoredNumber(value));
+}
+
+int CategoryTable::FindText(std::string_view text) const {
+  const auto found = fTexts.find(Normalised(text));
+  return found == fTexts.end() ? kNoCategory : found->second;
+}
+
+int CategoryTable::FindNumber(double number) const {
+  if (std::isnan(number)) return kNoCategory;
+  // The tolerance reaches the nearest neighbours at most.
+  const auto above = fNumbers.lower_bound(number);
+  if (above != fNumbers.end() && (above->first == number || NumericValue::IsEqual(above->first, number))) {
+    return above->second;
+  }
+  if (above == fNumbers.begin()) return kNoCategory;
+  const auto below = std::prev(above);
+  return NumericValue::IsEqual(below->first, number) ? below->second : kNoCategory;
+}
+
+}  // namespace KxVeyra_940::Plugin

@@ -1,0 +1,188 @@
+#include "common/Inputs.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "data/DateTimeValue.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace {
+
+ScoreValue::ValueType KindOf(const ScoreDictVar& var) {
+  switch (var.GetVarType()) {
+    case ScoreDictVar::STRING_VAR:
+      return ScoreValue::kStringValueType;
+    case ScoreDictVar::kDATETIME_VAR:
+      return ScoreValue::kDateTimeValueType;
+    default:
+      return ScoreValue::kNumericValueType;
+  }
+}
+
+bool HasListedValues(const ScoreDictVar& var) {
+  return var.GetMLevel() != ScoreDictVar::kContinuous && var.GetValueLabels() != nullptr;
+}
+
+}  // namespace
+
+int Inputs::Add(const MiningField& field, const ScoreDictVar& var,
+                std::shared_ptr<const InvalidValues> invalidValues) {
+  Input input;
+  input.field = field;
+  input.var = &var;
+  input.invalidValues = std::move(invalidValues);
+  input.hasMissingValues = var.GetMissingValues() != nullptr;
+  input.hasListedValues = HasListedValues(var);
+  input.kind = KindOf(var);
+  input.isPlain = !input.hasMissingValues && input.kind != ScoreValue::kDateTimeValueType &&
+                  field.outliers == OutlierTreatment::kAsIs;
+  fIndexes.emplace(field.name, Size());
+  fInputs.push_back(std::move(input));
+  return Size() - 1;
+}
+
+int Inputs::Find(const std::string& name) const {
+  const auto found = fIndexes.find(name);
+  return found == fIndexes.end() ? -1 : found->second;
+}
+
+void Inputs::UseAsNumber(int index) {
+  const auto i = static_cast<std::size_t>(index);
+  if (!fInputs[i].isNumber && fInputs[i].categories == nullptr) fRead.push_back(i);
+  fInputs[i].isNumber = true;
+}
+
+CategoryTable& Inputs::UseAsCategory(int index) {
+  const auto i = static_cast<std::size_t>(index);
+  Input& input = fInputs[i];
+  if (!input.isNumber && input.categories == nullptr) fRead.push_back(i);
+  if (input.categories == nullptr) input.categories = std::make_shared<CategoryTable>(*input.var);
+  return *input.categories;
+}
+
+void Inputs::Resolve(const ScoreDictionary& dictionary) {
+  for (Input& input : fInputs) input.var = dictionary.GetVar(input.field.name);
+}
+
+bool Inputs::Prepare(const ScoreCaseRecord& layout) {
+  bool complete = true;
+  for (const std::size_t i : fRead) {
+    fInputs[i].slot = layout.GetIndex(fInputs[i].field.name);
+    complete = complete && fInputs[i].slot >= 0;
+  }
+  return complete;
+}
+
+void Inputs::Size(CaseValues& values) const {
+  values.numbers.assign(fInputs.size(), NumericValue::gSysmisValue);
+  values.codes.assign(fInputs.size(), kNoCategory);
+}
+
+Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, CaseValues& values) const {
+  const std::vector<ScoreValue*>& slots = record.GetAllValues();
+  for (const std::size_t i : fRead) {
+    const Input& input = fInputs[i];
+    const auto slot = static_cast<std::size_t>(input.slot);
+    const ScoreValue* value = slot < slots.size() ? slots[slot] : nullptr;
+    if (value != nullptr && input.isPlain && ReadPlain(input, i, value, values)) continue;
+    const Outcome outcome = ReadByRules(input, i, value, values);
+    if (outcome != Outcome::kComplete) return outcome;
+  }
+  return Outcome::kComplete;
+}
+
+// The usual case: a number where a number is wanted, or a category that the table has.
+bool Inputs::ReadPlain(const Input& input, std::size_t index, const ScoreValue* value,
+                       CaseValues& values) const {
+  if (value->GetType() != input.kind) return false;
+  if (input.kind == ScoreValue::kStringValueType) {
+    const int code = input.categories->FindText(static_cast<const StringValue*>(value)->GetText());
+    values.codes[index] = code;
+    return code != kNoCategory && (!input.hasListedValues || code < input.categories->GetListedCount());
+  }
+  const double number = static_cast<const NumericValue*>(value)->GetNumber();
+  values.numbers[index] = number;
+  // False for the missing number and for NaN; listed values and categories are looked up by the rules.
+  return number > NumericValue::gSysmisValue && !input.hasListedValues && input.categories == nullptr;
+}
+
+Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue* value) {
+  if (value == nullptr || value->IsSystemMissingValue()) return Standing::kMissing;
+  if (value->GetType() != input.kind) return Standing::kInvalid;
+  if (input.kind != ScoreValue::kStringValueType && std::isnan(value->GetDouble())) return Standing::kMissing;
+  if (input.hasMissingValues && input.var->IsMissingValue(value)) {
+    const bool isInvalid = input.invalidValues != nullptr && input.invalidValues->Contains(*value);
+    return isInvalid ? Standing::kInvalid : Standing::kMissing;
+  }
+  if (!input.hasListedValues) return Standing::kValid;
+  if (input.categories != nullptr) {
+    const int code = input.categories->Find(*value);
+    const bool isListed = code != kNoCategory && code < input.categories->GetListedCount();
+    return isListed ? Standing::kValid : Standing::kInvalid;
+  }
+  return input.var->IsValidValue(value) ? Standing::kValid : Standing::kInvalid;
+}
+
+double Inputs::NumberOf(const Input& input, const ScoreValue& value) {
+  if (input.kind == ScoreValue::kDateTimeValueType) {
+    return static_cast<const DateTimeValue&>(value).GetDoubleValue(input.var->GetDateTimeType());
+  }
+  return static_cast<const NumericValue&>(value).GetNumber();
+}
+
+// False for a number beyond the bounds that counts as missing.
+bool Inputs::Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values) {
+  if (input.categories != nullptr) values.codes[index] = input.categories->Find(value);
+  if (!input.isNumber) return true;
+  const double number = NumberOf(input, value);
+  const double bounded = std::clamp(number, input.field.lowValue, input.field.highValue);
+  if (input.field.outliers == OutlierTreatment::kAsMissing && bounded != number) return false;
+  values.numbers[index] = input.field.outliers == OutlierTreatment::kAsExtreme ? bounded : number;
+  return true;
+}
+
+// The replacement stands as it is, whatever the bounds.
+Inputs::Outcome Inputs::ReplaceMissing(const Input& input, std::size_t index, CaseValues& values) {
+  const ScoreValue* replacement = input.field.missingReplacement.get();
+  if (replacement == nullptr) return Outcome::kMissing;
+  if (input.categories != nullptr) values.codes[index] = input.categories->Find(*replacement);
+  if (input.isNumber) values.numbers[index] = NumberOf(input, *replacement);
+  return Outcome::kComplete;
+}
+
+Inputs::Outcome Inputs::ReadInvalid(const Input& input, std::size_t index, const ScoreValue& value,
+                                    CaseValues& values) {
+  switch (input.field.invalidTreatment) {
+    case InvalidTreatment::kReturnInvalid:
+      return Outcome::kInvalid;
+    case InvalidTreatment::kAsIs:
+      // A value of another kind cannot be taken as it is: it is no value of the field.
+      if (value.GetType() == input.kind && Store(input, index, value, values)) return Outcome::kComplete;
+      break;
+    case InvalidTreatment::kAsValue:
+      Store(input, index, *input.field.invalidReplacement, values);
+      return Outcome::kComplete;
+    case InvalidTreatment::kAsMissing:
+      break;
+  }
+  return ReplaceMissing(input, index, values);
+}
+
+Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
+                                    CaseValues& values) const {
+  switch (Judge(input, value)) {
+    case Standing::kInvalid:
+      return ReadInvalid(input, index, *value, values);
+    case Standing::kMissing:
+      return input.field.missingIsInvalid ? Outcome::kInvalid : ReplaceMissing(input, index, values);
+    case Standing::kValid:
+      break;
+  }
+  const bool stored = Store(input, index, *value, values);
+  return stored ? Outcome::kComplete : ReplaceMissing(input, index, values);
+}
+
+}  // namespace KxVeyra_940::Plugin

@@ -1,0 +1,98 @@
+// The fields that a model reads, made ready for its mathematics: numbers, and codes of categories.
+//
+// Missing, invalid and extreme values are dealt with here, as the mining schema has it:
+//   1. An empty slot, a missing number and what the dictionary counts as missing are missing; what the
+//   document
+//      calls invalid, or does not list for a field with listed values, is invalid.
+//   2. An invalid value is taken as it is, becomes missing, is replaced, or ends the case.
+//   3. A number beyond lowValue or highValue is taken as it is, becomes missing, or becomes that bound.
+//   4. A missing value is replaced when there is a replacement, and otherwise ends the case.
+
+#ifndef VEYRA_PLUGINS_INPUTS_H_
+#define VEYRA_PLUGINS_INPUTS_H_
+
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "common/CategoryTable.h"
+#include "common/InvalidValues.h"
+#include "common/MiningSchema.h"
+#include "veyra/ScoreCaseRecord.h"
+#include "veyra/ScoreDictionary.h"
+
+namespace KxVeyra_940::Plugin {
+
+// The values of one case, by input; reused from case to case.
+struct CaseValues {
+  std::vector<double> numbers;
+  std::vector<int> codes;  // kNoCategory for a category that the table does not have
+};
+
+class Inputs {
+ public:
+  enum class Outcome { kComplete, kMissing, kInvalid };
+
+  Inputs() = default;
+  // A copy has no variables until Resolve gives it those of its own dictionary.
+  Inputs(const Inputs& other) = default;
+  Inputs& operator=(const Inputs& other) = delete;
+
+  // Adds an active field and returns its index.  `invalidValues` may be null.
+  int Add(const MiningField& field, const ScoreDictVar& var,
+          std::shared_ptr<const InvalidValues> invalidValues);
+  // The index of the field, or -1.
+  int Find(const std::string& name) const;
+  int Size() const { return static_cast<int>(fInputs.size()); }
+  const ScoreDictVar& GetVar(int index) const { return *fInputs[static_cast<std::size_t>(index)].var; }
+
+  // Says that the model reads the input as a number, or as a category of the table.  An input that it never
+  // reads plays no part in a case.
+  void UseAsNumber(int index);
+  CategoryTable& UseAsCategory(int index);
+
+  // Points to the variables of that dictionary, by name.
+  void Resolve(const ScoreDictionary& dictionary);
+  // Resolves names to the slots of `layout`; false when one of the inputs that are read has no slot.
+  bool Prepare(const ScoreCaseRecord& layout);
+  // Sizes `values` for Read.
+  void Size(CaseValues& values) const;
+
+  // Reads a case.  Unless it is complete, `values` holds nothing of use.  Allocates nothing.
+  Outcome Read(const ScoreCaseRecord& record, CaseValues& values) const;
+
+ private:
+  struct Input {
+    MiningField field;
+    const ScoreDictVar* var;  // lent by the model's dictionary
+    std::shared_ptr<const InvalidValues> invalidValues;
+    bool isNumber = false;
+    std::shared_ptr<CategoryTable> categories;  // null: not read as a category; fixed once the model is built
+    bool hasMissingValues = false;              // the variable has values that count as missing
+    bool hasListedValues = false;               // the variable is categorical with listed values
+    bool isPlain = false;                       // a value of the usual kind needs no look at any rule
+    ScoreValue::ValueType kind = ScoreValue::kNumericValueType;
+    int slot = -1;
+  };
+
+  enum class Standing { kValid, kMissing, kInvalid };
+
+  bool ReadPlain(const Input& input, std::size_t index, const ScoreValue* value, CaseValues& values) const;
+  Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
+                      CaseValues& values) const;
+  static Outcome ReadInvalid(const Input& input, std::size_t index, const ScoreValue& value,
+                             CaseValues& values);
+  static Outcome ReplaceMissing(const Input& input, std::size_t index, CaseValues& values);
+  static Standing Judge(const Input& input, const ScoreValue* value);
+  static bool Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
+  static double NumberOf(const Input& input, const ScoreValue& value);
+
+  std::vector<Input> fInputs;
+  std::unordered_map<std::string, int> fIndexes;  // by field name
+  std::vector<std::size_t> fRead;                 // indexes of the inputs that the model reads
+};
+
+}  // namespace KxVeyra_940::Plugin
+
+#endif  // VEYRA_PLUGINS_INPUTS_H_

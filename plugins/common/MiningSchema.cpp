@@ -1,0 +1,105 @@
+#include "common/MiningSchema.h"
+
+#include <set>
+
+#include "common/Keywords.h"
+#include "error/Raise.h"
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+using xercesc::DOMElement;
+
+namespace {
+
+constexpr const char* kInvalidValueReplacement = "invalidValueReplacement";
+constexpr const char* kInvalidTreatment = "invalidValueTreatment";
+
+constexpr Keyword<Usage> kUsages[] = {
+    {"active", Usage::kActive},
+    {"predicted", Usage::kTarget},
+    {"target", Usage::kTarget},
+    {"supplementary", Usage::kSupplementary},
+    // Roles that play no part when a case is scored.
+    {"group", Usage::kSupplementary},
+    {"order", Usage::kSupplementary},
+    {"frequencyWeight", Usage::kSupplementary},
+    {"analysisWeight", Usage::kSupplementary},
+};
+
+constexpr Keyword<OutlierTreatment> kOutliers[] = {
+    {"asIs", OutlierTreatment::kAsIs},
+    {"asMissingValues", OutlierTreatment::kAsMissing},
+    {"asExtremeValues", OutlierTreatment::kAsExtreme},
+};
+
+constexpr Keyword<InvalidTreatment> kInvalidTreatments[] = {
+    {"returnInvalid", InvalidTreatment::kReturnInvalid},
+    {"asIs", InvalidTreatment::kAsIs},
+    {"asMissing", InvalidTreatment::kAsMissing},
+    {"asValue", InvalidTreatment::kAsValue},
+};
+
+// The treatments but the last only say how the replacement was found.
+constexpr Keyword<bool> kMissingTreatments[] = {
+    {"asIs", false},     {"asMean", false},  {"asMode", false},
+    {"asMedian", false}, {"asValue", false}, {"returnInvalid", true},
+};
+
+// The attribute's value in the type of the field; null when the attribute is absent.
+std::shared_ptr<const ScoreValue> OptionalValue(const PMMLTranslator& translator, const DOMElement& element,
+                                                const char* name, const ScoreDictVar& field) {
+  if (!element.hasAttribute(XmlName(name).Get())) return nullptr;
+  return std::shared_ptr<const ScoreValue>(
+      translator.CarefullyMakeVarValue(&field, Attribute(element, name)));
+}
+
+MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& element,
+                            const ScoreDictionary& dictionary) {
+  MiningField field;
+  field.name =
+      translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_MININGFIELD_NAME));
+  const ScoreDictVar* var = dictionary.GetVar(field.name);
+  if (var == nullptr) {
+    Raise(MessageId::kMissingVariableIn, {field.name, Tags::XML_ELE_DATADICTIONARY});
+  }
+  field.usage = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_USAGETYPE, kUsages);
+  field.outliers = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_OUTLIERS, kOutliers);
+  field.lowValue = OptionalNumber(element, Tags::XML_ATT_MININGFIELD_LOWVALUE).value_or(field.lowValue);
+  field.highValue = OptionalNumber(element, Tags::XML_ATT_MININGFIELD_HIGHVALUE).value_or(field.highValue);
+  if (!(field.lowValue <= field.highValue)) {
+    Raise(MessageId::kValuesMismatch,
+          {OptionalText(element, Tags::XML_ATT_MININGFIELD_LOWVALUE), Tags::XML_ATT_MININGFIELD_LOWVALUE,
+           OptionalText(element, Tags::XML_ATT_MININGFIELD_HIGHVALUE), Tags::XML_ATT_MININGFIELD_HIGHVALUE,
+           Tags::XML_ELE_MININGFIELD});
+  }
+  field.missingIsInvalid = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_MISSTREATMENT, kMissingTreatments);
+  field.missingReplacement = OptionalValue(translator, element, Tags::XML_ATT_MININGFIELD_MISSREPLACE, *var);
+  field.invalidTreatment = ReadKeyword(element, kInvalidTreatment, kInvalidTreatments);
+  field.invalidReplacement = OptionalValue(translator, element, kInvalidValueReplacement, *var);
+  if (field.invalidTreatment == InvalidTreatment::kAsValue && field.invalidReplacement == nullptr) {
+    Raise(MessageId::kMissingAttributeOf, {kInvalidValueReplacement, Tags::XML_ELE_MININGFIELD});
+  }
+  return field;
+}
+
+}  // namespace
+
+MiningSchema ReadMiningSchema(const PMMLTranslator& translator, const DOMElement& model,
+                              const ScoreDictionary& dictionary) {
+  const DOMElement* element = BaseTranslator::GetChildByTagForced(&model, Tags::XML_ELE_MININGSCHEMA);
+  MiningSchema schema;
+  std::set<std::string> names;
+  ForEachChildElement(element, [&](const DOMElement& child) {
+    if (!HasTag(child, Tags::XML_ELE_MININGFIELD)) return;
+    schema.push_back(ReadMiningField(translator, child, dictionary));
+    if (!names.insert(schema.back().name).second) {
+      Raise(MessageId::kDuplicateVariableIn, {schema.back().name, Tags::XML_ELE_MININGSCHEMA});
+    }
+  });
+  return schema;
+}
+
+}  // namespace KxVeyra_940::Plugin

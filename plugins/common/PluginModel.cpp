@@ -1,0 +1,65 @@
+#include "common/PluginModel.h"
+
+namespace KxVeyra_940::Plugin {
+
+using KxScore::KxStatus;
+
+PluginModel::PluginModel(std::string kind) : fKind(std::move(kind)) {}
+
+PluginModel::PluginModel(const PluginModel& other)
+    : BaseModel(other), fKind(other.fKind), fInputs(other.fInputs), fOutputs(other.fOutputs) {
+  if (GetDictionary() != nullptr) fInputs.Resolve(*GetDictionary());
+  for (const auto& category : other.fCategories) fCategories.emplace_back(category->Clone());
+  fInputs.Size(fValues);
+}
+
+PluginModel::~PluginModel() = default;
+
+void PluginModel::SetCategories(std::vector<std::unique_ptr<ScoreValue>> categories) {
+  fCategories = std::move(categories);
+}
+
+void PluginModel::SetOutputs(OutputFields outputs) {
+  fOutputs = std::move(outputs);
+  SetResultScoreDictionary(fOutputs.MakeDictionary().release());
+}
+
+KxStatus PluginModel::PrepareForCases(const ScoreCaseRecord& layout) {
+  fInputs.Size(fValues);
+  fOutputs.Prepare(layout, GetTargetVar());
+  return fInputs.Prepare(layout) ? KxStatus() : KxStatus(kInputWithoutSlot, false);
+}
+
+std::unique_ptr<PluginResult> PluginModel::NewBareResult() const {
+  auto result = std::make_unique<PluginResult>(fCategories.empty() ? ScoreResult::kValueResult
+                                                                   : ScoreResult::kCategoryResult);
+  for (const auto& category : fCategories) result->AddCategory(*category);
+  return result;
+}
+
+ScoreResult* PluginModel::NewResult() const {
+  std::unique_ptr<PluginResult> result = NewBareResult();
+  fOutputs.AddTo(*result);
+  return result.release();
+}
+
+KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
+  auto& answer = static_cast<PluginResult&>(result);
+  answer.Reset();
+  KxStatus status;
+  switch (fInputs.Read(input, fValues)) {
+    case Inputs::Outcome::kComplete:
+      if (!ScoreCase(fValues, answer)) status = KxStatus(kNoAnswer, false);
+      break;
+    case Inputs::Outcome::kMissing:
+      status = HandleMissingValue(&answer);
+      break;
+    case Inputs::Outcome::kInvalid:
+      status = KxStatus(kNoAnswer, false);
+      break;
+  }
+  fOutputs.Fill(input, answer);
+  return status;
+}
+
+}  // namespace KxVeyra_940::Plugin

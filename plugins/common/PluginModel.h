@@ -1,0 +1,58 @@
+// The model that plug-ins derive from: reads the inputs of a case, falls back when there is no answer, fills
+// the output fields.  A plug-in adds ScoreCase, its mathematics.
+
+#ifndef VEYRA_PLUGINS_PLUGINMODEL_H_
+#define VEYRA_PLUGINS_PLUGINMODEL_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/Inputs.h"
+#include "common/OutputFields.h"
+#include "common/PluginResult.h"
+#include "factory/BaseModel.h"
+
+namespace KxVeyra_940::Plugin {
+
+class PluginModel : public BaseModel {
+ public:
+  // Status code of a layout in which an input has no slot.
+  static constexpr long kInputWithoutSlot = 90028;
+
+  explicit PluginModel(std::string kind);
+  ~PluginModel() override;
+
+  KxScore::KxStatus PrepareForCases(const ScoreCaseRecord& layout) override;
+  std::string GetModelKind() const override { return fKind; }
+  ScoreResult* NewResult() const override;
+  KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) override;
+  bool HasNoProbabilityOutput() const override { return fCategories.empty(); }
+
+  // For translators.  The model has its dictionaries by then.
+  Inputs& GetInputs() { return fInputs; }
+  // Takes the categories that the model tells apart, in its order; without any it predicts numbers.
+  void SetCategories(std::vector<std::unique_ptr<ScoreValue>> categories);
+  void SetOutputs(OutputFields outputs);
+  // A result with the categories and no output fields.
+  std::unique_ptr<PluginResult> NewBareResult() const;
+
+ protected:
+  // A copy with a dictionary of its own.
+  PluginModel(const PluginModel& other);
+
+  // Scores a complete case: sets the predicted value and, for categories, their probabilities.  False when
+  // there is no answer.  Allocates nothing.
+  virtual bool ScoreCase(const CaseValues& values, PluginResult& result) = 0;
+
+ private:
+  std::string fKind;
+  Inputs fInputs;
+  std::vector<std::unique_ptr<ScoreValue>> fCategories;
+  OutputFields fOutputs;
+  CaseValues fValues;
+};
+
+}  // namespace KxVeyra_940::Plugin
+
+#endif  // VEYRA_PLUGINS_PLUGINMODEL_H_

@@ -1,0 +1,95 @@
+#include "common/PluginResult.h"
+
+namespace KxVeyra_940::Plugin {
+
+PluginResult::PluginResult(ResultKind kind) : fKind(kind) {}
+PluginResult::~PluginResult() = default;
+
+void PluginResult::SetPredictedValue(ScoreValue* value) {
+  if (value != fGivenValue.get()) fGivenValue.reset(value);
+  fPredicted = value;
+}
+
+void PluginResult::AddValueProbability(ScoreValue* value, double probability) {
+  std::unique_ptr<ScoreValue> taken(value);
+  if (taken == nullptr) return;
+  const int index = FindCategory(*taken);
+  if (index >= 0) {
+    At(index).probability = probability;
+  } else {
+    fCategories.push_back({std::move(taken), probability});
+  }
+}
+
+const ScoreValue* PluginResult::GetCategory(int index) const {
+  return fCategories[static_cast<std::size_t>(index)].value.get();
+}
+
+double PluginResult::GetCategoryProbability(int index) const {
+  return fCategories[static_cast<std::size_t>(index)].probability;
+}
+
+const std::string& PluginResult::GetOutputName(int index) const {
+  return fOutputs[static_cast<std::size_t>(index)]->name;
+}
+
+const ScoreValue* PluginResult::GetOutputValue(int index) const {
+  return fOutputs[static_cast<std::size_t>(index)]->value;
+}
+
+void PluginResult::Reset() {
+  fPredicted = nullptr;
+  fProbability = NumericValue::gSysmisValue;
+  for (Category& category : fCategories) category.probability = NumericValue::gSysmisValue;
+  for (const auto& output : fOutputs) output->value = nullptr;
+}
+
+void PluginResult::AddCategory(const ScoreValue& value) {
+  fCategories.push_back({std::unique_ptr<ScoreValue>(value.Clone()), NumericValue::gSysmisValue});
+}
+
+void PluginResult::AddOutput(const std::string& name) {
+  fOutputs.push_back(std::make_unique<Output>(Output{name, NumericValue(), StringValue(""), nullptr}));
+}
+
+void PluginResult::SetPredictedNumber(double number) {
+  fNumber.SetDoubleValue(number);
+  fPredicted = &fNumber;
+}
+
+void PluginResult::SetPredictedCategory(int index) {
+  fPredicted = At(index).value.get();
+  fProbability = At(index).probability;
+}
+
+void PluginResult::SetCategoryProbability(int index, double probability) {
+  At(index).probability = probability;
+}
+
+int PluginResult::GetPredictedCategory() const {
+  return fPredicted == nullptr ? -1 : FindCategory(*fPredicted);
+}
+
+int PluginResult::FindCategory(const ScoreValue& value) const {
+  for (std::size_t i = 0; i < fCategories.size(); ++i) {
+    if (fCategories[i].value.get() == &value || *fCategories[i].value == value) return static_cast<int>(i);
+  }
+  return -1;
+}
+
+void PluginResult::SetOutputNumber(int index, double number) {
+  Output& output = OutputAt(index);
+  output.number.SetDoubleValue(number);
+  output.value = &output.number;
+}
+
+void PluginResult::SetOutputText(int index, const std::string& text) {
+  Output& output = OutputAt(index);
+  output.text.SetString(text);
+  output.text.SetLength(static_cast<int>(text.size()));
+  output.value = &output.text;
+}
+
+void PluginResult::SetOutputValue(int index, const ScoreValue* value) { OutputAt(index).value = value; }
+
+}  // namespace KxVeyra_940::Plugin

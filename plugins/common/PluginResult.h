@@ -1,0 +1,78 @@
+// The result object of every plug-in.  A case allocates nothing once the first one has been scored.
+
+#ifndef VEYRA_PLUGINS_PLUGINRESULT_H_
+#define VEYRA_PLUGINS_PLUGINRESULT_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+#include "veyra/ScoreResult.h"
+
+namespace KxVeyra_940::Plugin {
+
+class PluginResult final : public ScoreResult {
+ public:
+  explicit PluginResult(ResultKind kind);
+  ~PluginResult() override;
+
+  void SetPredictedValue(ScoreValue* value) override;
+  void SetProbability(double probability) override { fProbability = probability; }
+  int GetResultKind() const override { return fKind; }
+  void AddValueProbability(ScoreValue* value, double probability) override;
+  const ScoreValue* GetPredictedValue() const override { return fPredicted; }
+  double GetProbability() const override { return fProbability; }
+  int GetNumberOfCategories() const override { return static_cast<int>(fCategories.size()); }
+  const ScoreValue* GetCategory(int index) const override;
+  double GetCategoryProbability(int index) const override;
+  int GetNumberOfOutputs() const override { return static_cast<int>(fOutputs.size()); }
+  const std::string& GetOutputName(int index) const override;
+  const ScoreValue* GetOutputValue(int index) const override;
+  void Reset() override;
+
+  // Lay the result out; a clone of `value` is kept.
+  void AddCategory(const ScoreValue& value);
+  void AddOutput(const std::string& name);
+
+  // For scoring: nothing is allocated.
+  void SetPredictedNumber(double number);
+  void SetPredictedCategory(int index);  // also its probability
+  void SetCategoryProbability(int index, double probability);
+  // The index of the predicted category, or -1.
+  int GetPredictedCategory() const;
+  int FindCategory(const ScoreValue& value) const;  // -1 when there is none
+
+  void SetOutputNumber(int index, double number);
+  void SetOutputText(int index, const std::string& text);
+  // Lends a value of this result, or null for a missing one, as the output's value.
+  void SetOutputValue(int index, const ScoreValue* value);
+
+ private:
+  struct Category {
+    std::unique_ptr<ScoreValue> value;
+    double probability;
+  };
+  struct Output {
+    std::string name;
+    NumericValue number;
+    StringValue text;
+    const ScoreValue* value;  // null: missing
+  };
+
+  Category& At(int index) { return fCategories[static_cast<std::size_t>(index)]; }
+  Output& OutputAt(int index) { return *fOutputs[static_cast<std::size_t>(index)]; }
+
+  ResultKind fKind;
+  const ScoreValue* fPredicted = nullptr;  // fNumber, a category, or fGivenValue
+  NumericValue fNumber;
+  std::unique_ptr<ScoreValue> fGivenValue;
+  double fProbability = NumericValue::gSysmisValue;
+  std::vector<Category> fCategories;
+  std::vector<std::unique_ptr<Output>> fOutputs;  // at fixed addresses: values point inside
+};
+
+}  // namespace KxVeyra_940::Plugin
+
+#endif  // VEYRA_PLUGINS_PLUGINRESULT_H_

@@ -1,0 +1,163 @@
+#include "common/PluginTranslator.h"
+
+#include <algorithm>
+
+#include "error/Raise.h"
+#include "factory/VersionInfo.h"
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+using xercesc::DOMDocument;
+using xercesc::DOMElement;
+
+namespace {
+
+// The children of the root that are no models.
+constexpr const char* kOtherChildren[] = {
+    Tags::XML_ELE_HEADER,         Tags::XML_ELE_MININGBUILDTASK, Tags::XML_ELE_DATADICTIONARY,
+    Tags::XML_ELE_TRANSFORMATION, Tags::XML_ELE_EXTENSION,
+};
+
+bool IsModel(const DOMElement& child) {
+  return std::none_of(std::begin(kOtherChildren), std::end(kOtherChildren),
+                      [&child](const char* tag) { return HasTag(child, tag); });
+}
+
+const DOMElement& RootOf(const DOMElement& element) {
+  return *element.getOwnerDocument()->getDocumentElement();
+}
+
+std::unique_ptr<ScoreDictionary> CloneOf(const ScoreDictionary* dictionary) {
+  if (dictionary == nullptr) {
+    Raise(MessageId::kMissingNodeIn, {Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_PMML});
+  }
+  return std::unique_ptr<ScoreDictionary>(dictionary->Clone());
+}
+
+}  // namespace
+
+PluginTranslator::PluginTranslator(const char* modelTag)
+    : PMMLTranslator(std::string()), fModelTag(modelTag) {}
+
+PluginTranslator::~PluginTranslator() = default;
+
+const DOMElement& PluginTranslator::FindModelElement(const DOMElement& root) const {
+  const DOMElement* found = nullptr;
+  const DOMElement* other = nullptr;
+  ForEachChildElement(&root, [&](const DOMElement& child) {
+    if (found == nullptr && HasTag(child, fModelTag)) found = &child;
+    if (other == nullptr && IsModel(child)) other = &child;
+  });
+  if (found != nullptr) return *found;
+  const std::string tag = other == nullptr ? std::string() : ToString(other->getTagName());
+  Raise(MessageId::kInvalidNodeExpectedIn, {tag, fModelTag, ToString(root.getTagName())});
+}
+
+void PluginTranslator::SetEncoding(const std::string& encoding) {
+  fEncoding = encoding;
+  CreateTranscoder(encoding);
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, const std::string& encoding) {
+  SetEncoding(encoding);
+  const DOMElement& root = *document->getDocumentElement();
+  const DOMElement& element = FindModelElement(root);
+  const DOMElement* dataDictionary = GetChildByTag(&root, Tags::XML_ELE_DATADICTIONARY);
+  std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(dataDictionary, false));
+  return Build(element, std::move(dictionary), dataDictionary);
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, ScoreDictionary* dictionary,
+                                            const std::string& encoding) {
+  SetEncoding(encoding);
+  return Build(FindModelElement(*document->getDocumentElement()), CloneOf(dictionary), nullptr);
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(DOMElement* modelElement, ScoreDictionary* dictionary,
+                                            ScoreDictionary* /*transformationDictionary*/,
+                                            const std::string& encoding) {
+  SetEncoding(encoding);
+  return Build(*modelElement, CloneOf(dictionary), nullptr);
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(DOMElement* modelElement, ScoreModel* baseModel,
+                                            const std::string& encoding) {
+  SetEncoding(encoding);
+  return Build(*modelElement, CloneOf(baseModel == nullptr ? nullptr : baseModel->GetDictionary()), nullptr);
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(DOMElement* first, DOMElement* /*second*/,
+                                            DOMElement* modelElement, const std::string& encoding) {
+  SetEncoding(encoding);
+  std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(first, false));
+  return Build(*modelElement, std::move(dictionary), first);
+}
+
+ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
+                                    const DOMElement* dataDictionary) {
+  if (IsEqual(Attribute(element, Tags::XML_ATT_RM_IS_SCORABLE), "false")) {
+    Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
+  }
+  std::unique_ptr<PluginModel> model = NewModel();
+  model->SetScoreDictionary(dictionary.release(), true);
+  model->SetVersionInfo(std::make_unique<VersionInfo>(
+                            BaseTranslator::ToString(Attribute(RootOf(element), Tags::XML_ATT_VERSION)))
+                            .release());
+  model->SetAlgorithmName(BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_MODELALGO)));
+  model->SetMiningFunction(
+      BaseModel::MiningFunctionFromString(ToString(RequiredAttribute(element, Tags::XML_ATT_FUNCTIONNAME))));
+  AddFields(element, dataDictionary, *model);
+  BuildModel(element, *model);
+  model->SetOutputs(OutputFields::Read(*this, element, *model->NewBareResult(), model->GetTargetVar()));
+  return model.release();
+}
+
+void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* dataDictionary,
+                                 PluginModel& model) const {
+  const ScoreDictionary& dictionary = *model.GetDictionary();
+  const InvalidValuesByField invalidValues = ReadInvalidValues(*this, dataDictionary, dictionary);
+  for (const MiningField& field : ReadMiningSchema(*this, element, dictionary)) {
+    switch (field.usage) {
+      case Usage::kActive: {
+        const auto found = invalidValues.find(field.name);
+        model.GetInputs().Add(field, *dictionary.GetVar(field.name),
+                              found == invalidValues.end() ? nullptr : found->second);
+        model.SetVarRole(field.name, ScoreModel::kPredictorRole);
+        break;
+      }
+      case Usage::kTarget:
+        if (model.GetTargetVar() != nullptr) {
+          Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), field.name});
+        }
+        model.SetVarRole(field.name, ScoreModel::kTargetRole);
+        break;
+      case Usage::kSupplementary:
+        model.SetVarRole(field.name, ScoreModel::kSupplementaryRole);
+        break;
+    }
+  }
+}
+
+int PluginTranslator::FindInput(const DOMElement& element, const char* attribute, PluginModel& model) const {
+  const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(element, attribute));
+  const int index = model.GetInputs().Find(name);
+  if (index >= 0) return index;
+  if (model.GetDictionary()->GetVar(name) == nullptr) {
+    Raise(MessageId::kMissingVariableInBoth,
+          {name, Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_TRANSFORMATION});
+  }
+  Raise(MessageId::kNotAPredictor, {name});
+}
+
+int PluginTranslator::FindNumber(const DOMElement& element, const char* attribute, PluginModel& model) const {
+  const int index = FindInput(element, attribute, model);
+  const ScoreDictVar& var = model.GetInputs().GetVar(index);
+  if (var.GetVarType() == ScoreDictVar::STRING_VAR) Raise(MessageId::kNumericRequired, {var.GetName()});
+  model.GetInputs().UseAsNumber(index);
+  return index;
+}
+
+}  // namespace KxVeyra_940::Plugin

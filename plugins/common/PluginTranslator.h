@@ -1,0 +1,65 @@
+// The translator that plug-ins derive from: finds the model element, translates the dictionary, the mining
+// schema and the output fields.  A plug-in adds BuildModel, which reads its own elements.
+
+#ifndef VEYRA_PLUGINS_PLUGINTRANSLATOR_H_
+#define VEYRA_PLUGINS_PLUGINTRANSLATOR_H_
+
+#include <memory>
+#include <string>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+
+#include "common/MiningSchema.h"
+#include "common/PluginModel.h"
+#include "translate/PMMLTranslator.h"
+
+namespace KxVeyra_940::Plugin {
+
+class PluginTranslator : public PMMLTranslator {
+ public:
+  // `modelTag` is the model element's name; it outlives the translator.
+  explicit PluginTranslator(const char* modelTag);
+  ~PluginTranslator() override;
+
+  using PMMLTranslator::ParseFromTree;
+  // The model element is a child of the root.  Raises 260178, naming what stands there, when it is not: a
+  // model inside another model is a part, no model.
+  ScoreModel* ParseFromTree(xercesc::DOMDocument* document, const std::string& encoding) override;
+  // With a clone of the given dictionary in place of the document's.
+  ScoreModel* ParseFromTree(xercesc::DOMDocument* document, ScoreDictionary* dictionary,
+                            const std::string& encoding) override;
+  ScoreModel* ParseFromTree(xercesc::DOMElement* modelElement, ScoreDictionary* dictionary,
+                            ScoreDictionary* transformationDictionary, const std::string& encoding) override;
+  // With a clone of the base model's dictionary.
+  ScoreModel* ParseFromTree(xercesc::DOMElement* modelElement, ScoreModel* baseModel,
+                            const std::string& encoding) override;
+  // The first element is the DataDictionary; the second is not read.
+  ScoreModel* ParseFromTree(xercesc::DOMElement* first, xercesc::DOMElement* second,
+                            xercesc::DOMElement* modelElement, const std::string& encoding) override;
+
+ protected:
+  // A new model of the element with its mathematics.  The target's variable is null when there is none.
+  // The translator gives it its inputs beforehand and its output fields afterwards.
+  virtual std::unique_ptr<PluginModel> NewModel() const = 0;
+  virtual void BuildModel(const xercesc::DOMElement& element, PluginModel& model) = 0;
+
+  // The index of the model's input that the element names by the attribute.  Raises 260125 for a name that is
+  // no field, 260161 for a field that is no active field of the mining schema.
+  int FindInput(const xercesc::DOMElement& element, const char* attribute, PluginModel& model) const;
+  // The same for an input that is read as a number; it is marked so.  Raises 260187 for a string field.
+  int FindNumber(const xercesc::DOMElement& element, const char* attribute, PluginModel& model) const;
+
+ private:
+  const xercesc::DOMElement& FindModelElement(const xercesc::DOMElement& root) const;
+  void SetEncoding(const std::string& encoding);
+  ScoreModel* Build(const xercesc::DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
+                    const xercesc::DOMElement* dataDictionary);
+  void AddFields(const xercesc::DOMElement& element, const xercesc::DOMElement* dataDictionary,
+                 PluginModel& model) const;
+
+  const char* fModelTag;
+};
+
+}  // namespace KxVeyra_940::Plugin
+
+#endif  // VEYRA_PLUGINS_PLUGINTRANSLATOR_H_

@@ -1,0 +1,234 @@
+#include "regression/RegressionTranslator.h"
+
+#include <optional>
+#include <unordered_map>
+
+#include "common/Keywords.h"
+#include "data/StringValue.h"
+#include "error/Raise.h"
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+using xercesc::DOMElement;
+
+namespace {
+
+constexpr const char* kTargetCategory = "targetCategory";
+constexpr const char* kModelType = "modelType";
+
+constexpr Keyword<Normalization> kNormalizations[] = {
+    {"none", Normalization::kNone},       {"simplemax", Normalization::kSimplemax},
+    {"softmax", Normalization::kSoftmax}, {"logit", Normalization::kLogit},
+    {"probit", Normalization::kProbit},   {"cloglog", Normalization::kCloglog},
+    {"exp", Normalization::kExp},         {"loglog", Normalization::kLoglog},
+    {"cauchit", Normalization::kCauchit},
+};
+
+// Classifiers of older documents say by their model type alone that the equations are logits.
+Normalization ReadNormalization(const DOMElement& element, bool isClassification) {
+  const bool isGiven = !IsEmpty(Attribute(element, Tags::XML_ATT_NORMMATHOD));
+  if (!isGiven && isClassification &&
+      BaseTranslator::IsEqual(Attribute(element, kModelType), Tags::XML_ATT_LOGISTICREGE)) {
+    return Normalization::kSoftmax;
+  }
+  return ReadKeyword(element, Tags::XML_ATT_NORMMATHOD, kNormalizations);
+}
+
+void RefuseNormalization(const DOMElement& element) {
+  Raise(MessageId::kInvalidAttributeValueIn,
+        {OptionalText(element, Tags::XML_ATT_NORMMATHOD), Tags::XML_ATT_NORMMATHOD, Tags::XML_ELE_REGMODEL});
+}
+
+double RequiredNumber(const DOMElement& element, const char* name) {
+  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
+}
+
+// Reads categorical predictors: coefficients by field and code.
+class CategoryTerms {
+ public:
+  explicit CategoryTerms(RegressionTable& table) : fTable(table) {}
+
+  void Add(int input, int code, double coefficient) {
+    const auto [found, isNew] = fTermOfInput.emplace(input, fTable.categories.size());
+    if (isNew) fTable.categories.push_back({input, {}});
+    std::vector<double>& coefficients = fTable.categories[found->second].coefficients;
+    const auto position = static_cast<std::size_t>(code);
+    if (coefficients.size() <= position) coefficients.resize(position + 1, 0.0);
+    coefficients[position] += coefficient;
+  }
+
+ private:
+  RegressionTable& fTable;
+  std::unordered_map<int, std::size_t> fTermOfInput;
+};
+
+}  // namespace
+
+RegressionTranslator::RegressionTranslator() : PluginTranslator(Tags::XML_ELE_REGMODEL) {}
+RegressionTranslator::~RegressionTranslator() = default;
+
+std::unique_ptr<PluginModel> RegressionTranslator::NewModel() const {
+  return std::make_unique<RegressionModel>();
+}
+
+void RegressionTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
+  if (GetChildByTag(&element, Tags::XML_ELE_TARGETS) != nullptr) {
+    Raise(MessageId::kUnsupportedElement, {Tags::XML_ELE_TARGETS, Tags::XML_ELE_REGMODEL});
+  }
+  // Older documents name the target here and not in the mining schema.
+  if (model.GetTargetVar() == nullptr) {
+    model.SetVarRole(BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_TAGFIELDNAME)),
+                     ScoreModel::kTargetRole);
+  }
+  auto& regression = static_cast<RegressionModel&>(model);
+  switch (model.GetMiningFunction()) {
+    case BaseModel::kRegression:
+      return BuildEquation(element, regression);
+    case BaseModel::kClassification:
+      return BuildEquations(element, regression);
+    default:
+      Raise(MessageId::kUnsupportedValue,
+            {ToString(Attribute(element, Tags::XML_ATT_FUNCTIONNAME)), Tags::XML_ATT_FUNCTIONNAME});
+  }
+}
+
+void RegressionTranslator::BuildEquation(const DOMElement& element, RegressionModel& model) const {
+  const Normalization normalization = ReadNormalization(element, false);
+  if (normalization == Normalization::kSimplemax) RefuseNormalization(element);
+  std::optional<RegressionTable> table;
+  ForEachChildElement(&element, [&](const DOMElement& child) {
+    if (!HasTag(child, Tags::XML_ELE_REGTABLE)) return;
+    if (table.has_value()) Raise(MessageId::kMoreThanOneIn, {Tags::XML_ELE_REGTABLE, Tags::XML_ELE_REGMODEL});
+    table = ReadTable(child, model);
+  });
+  if (!table.has_value()) Raise(MessageId::kRequiredIn, {Tags::XML_ELE_REGTABLE, Tags::XML_ELE_REGMODEL});
+  model.SetEquation(std::move(*table), normalization);
+}
+
+void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionModel& model) const {
+  const Normalization normalization = ReadNormalization(element, true);
+  const ScoreDictVar* target = model.GetTargetVar();
+  const bool isProportion =
+      normalization == Normalization::kSoftmax || normalization == Normalization::kSimplemax;
+  const bool isOrdinal = target != nullptr && target->GetMLevel() == ScoreDictVar::kOrdinal && !isProportion;
+  if (normalization == Normalization::kExp) RefuseNormalization(element);
+  CategoryTables read = ReadCategoryTables(element, model);
+  if (target != nullptr) CompleteFromDictionary(*target, isOrdinal, read);
+  if (read.tables.size() < 2) {
+    Raise(MessageId::kMoreThanOneRequired, {Tags::XML_ELE_REGTABLE, Tags::XML_ELE_REGMODEL});
+  }
+  model.SetCategories(std::move(read.categories));
+  model.SetEquations(std::move(read.tables), normalization, isOrdinal);
+}
+
+RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(const DOMElement& element,
+                                                                              RegressionModel& model) const {
+  CategoryTables read;
+  const ScoreDictVar* target = model.GetTargetVar();
+  ForEachChildElement(&element, [&](const DOMElement& child) {
+    if (!HasTag(child, Tags::XML_ELE_REGTABLE)) return;
+    std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, target);
+    for (const auto& other : read.categories) {
+      if (*other != *category) continue;
+      Raise(MessageId::kDuplicateValueIn,
+            {kTargetCategory, ToString(Attribute(child, kTargetCategory)), Tags::XML_ELE_REGMODEL});
+    }
+    read.categories.push_back(std::move(category));
+    read.tables.push_back(ReadTable(child, model));
+  });
+  return read;
+}
+
+std::unique_ptr<ScoreValue> RegressionTranslator::ReadTargetCategory(const DOMElement& table,
+                                                                     const ScoreDictVar* target) const {
+  const XMLCh* text = RequiredAttribute(table, kTargetCategory);
+  if (target == nullptr) return std::make_unique<StringValue>(BaseTranslator::ToString(text));
+  std::unique_ptr<ScoreValue> category(CarefullyMakeVarValue(target, text));
+  if (!target->IsValidValue(category.get())) {
+    Raise(MessageId::kValueNotInValueList, {ToString(text), target->GetName()});
+  }
+  return category;
+}
+
+// Brings the tables of an ordinal target into the order of its categories, and gives the one category that
+// has no table an equation of 0.  More than one such category is an error.
+void RegressionTranslator::CompleteFromDictionary(const ScoreDictVar& target, bool isOrdinal,
+                                                  CategoryTables& read) {
+  const ScoreValueLabelSet* labels = target.GetValueLabels();
+  if (labels == nullptr) return;
+  CategoryTables ordered;
+  bool isComplete = true;
+  for (const ScoreValueLabel* label : labels->GetAllValueLabels()) {
+    const ScoreValue& value = *label->GetValue();
+    std::size_t position = 0;
+    while (position < read.categories.size() &&
+           (read.categories[position] == nullptr || *read.categories[position] != value)) {
+      ++position;
+    }
+    const bool hasTable = position < read.categories.size();
+    if (!hasTable && !isComplete) {
+      Raise(MessageId::kMissingValueDefinition, {value.GetString(), Tags::XML_ELE_REGTABLE});
+    }
+    isComplete = isComplete && hasTable;
+    if (!hasTable && !isOrdinal) {
+      read.categories.emplace_back(value.Clone());
+      read.tables.emplace_back();
+    } else if (isOrdinal) {
+      ordered.categories.push_back(hasTable ? std::move(read.categories[position])
+                                            : std::unique_ptr<ScoreValue>(value.Clone()));
+      ordered.tables.push_back(hasTable ? std::move(read.tables[position]) : RegressionTable());
+    }
+  }
+  if (isOrdinal) read = std::move(ordered);
+}
+
+RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, PluginModel& model) const {
+  RegressionTable table;
+  table.intercept = RequiredNumber(element, Tags::XML_ATT_INTERCEPT);
+  CategoryTerms categoryTerms(table);
+  ForEachChildElement(&element, [&](const DOMElement& child) {
+    if (HasTag(child, Tags::XML_ELE_NUMERIC_PREDICTOR)) {
+      ReadNumericPredictor(child, model, table);
+    } else if (HasTag(child, Tags::XML_ELE_CATEGORICAL_PREDICTOR)) {
+      const int input = FindInput(child, Tags::XML_ATT_PRED_NAME, model);
+      const std::unique_ptr<ScoreValue> value(CarefullyMakeVarValue(
+          &model.GetInputs().GetVar(input), RequiredAttribute(child, Tags::XML_ATT_VALUE)));
+      categoryTerms.Add(input, model.GetInputs().UseAsCategory(input).Add(*value),
+                        RequiredNumber(child, Tags::XML_ATT_COEFFICIENT));
+    } else if (HasTag(child, Tags::XML_ELE_PREDICTOR_TERM)) {
+      ReadProduct(child, model, table);
+    } else if (!HasTag(child, Tags::XML_ELE_EXTENSION)) {
+      Raise(MessageId::kInvalidNodeIn, {ToString(child.getTagName()), Tags::XML_ELE_REGTABLE});
+    }
+  });
+  return table;
+}
+
+void RegressionTranslator::ReadNumericPredictor(const DOMElement& element, PluginModel& model,
+                                                RegressionTable& table) const {
+  const int input = FindNumber(element, Tags::XML_ATT_PRED_NAME, model);
+  const double coefficient = RequiredNumber(element, Tags::XML_ATT_COEFFICIENT);
+  const int exponent = OptionalInteger(element, Tags::XML_ATT_EXPONENT).value_or(1);
+  if (exponent == 1) {
+    table.linear.push_back({input, coefficient});
+  } else {
+    table.powers.push_back({input, exponent, coefficient});
+  }
+}
+
+void RegressionTranslator::ReadProduct(const DOMElement& element, PluginModel& model,
+                                       RegressionTable& table) const {
+  RegressionTable::Product product{RequiredNumber(element, Tags::XML_ATT_COEFFICIENT), {}};
+  ForEachChildElement(&element, [&](const DOMElement& child) {
+    if (HasTag(child, Tags::XML_ELE_FIELDREF)) {
+      product.inputs.push_back(FindNumber(child, Tags::XML_ATT_FIELD, model));
+    }
+  });
+  if (product.inputs.empty()) Raise(MessageId::kNoChildElement, {Tags::XML_ELE_PREDICTOR_TERM});
+  table.products.push_back(std::move(product));
+}
+
+}  // namespace KxVeyra_940::Plugin
