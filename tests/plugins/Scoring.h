@@ -1,0 +1,103 @@
+// Scoring a document that a test writes as text, through the factory and the real plug-in.
+
+#ifndef VEYRA_TESTS_PLUGINS_SCORING_H_
+#define VEYRA_TESTS_PLUGINS_SCORING_H_
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "data/CaseRecord.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+#include "veyra/ModelFactory.h"
+#include "veyra/VYException.h"
+
+namespace VeyraTest {
+
+using KxVeyra_940::CaseRecord;
+using KxVeyra_940::ModelFactory;
+using KxVeyra_940::NumericValue;
+using KxVeyra_940::ScoreModel;
+using KxVeyra_940::ScoreResult;
+using KxVeyra_940::ScoreValue;
+using KxVeyra_940::StringValue;
+
+inline std::unique_ptr<ScoreModel> MakeModel(const std::string& document, const std::string& modelName) {
+  std::istringstream in(document);
+  return std::unique_ptr<ScoreModel>(ModelFactory::MakeModelFromXML(in, modelName));
+}
+
+// "x=1.5, color=red, y=": numbers and texts by name; an empty text is an empty slot.
+inline CaseRecord MakeCase(const std::string& text) {
+  CaseRecord record(8);
+  std::istringstream in(text);
+  for (std::string item; std::getline(in >> std::ws, item, ',');) {
+    const std::size_t equals = item.find('=');
+    const std::string value = item.substr(equals + 1);
+    std::size_t read = 0;
+    double number = 0;
+    try {
+      number = std::stod(value, &read);
+    } catch (const std::exception&) {
+      read = 0;
+    }
+    ScoreValue* made = nullptr;
+    if (!value.empty()) {
+      made =
+          read == value.size() ? static_cast<ScoreValue*>(new NumericValue(number)) : new StringValue(value);
+    }
+    record.Add(item.substr(0, equals), made);
+  }
+  return record;
+}
+
+// "7", "red", "missing".
+inline std::string Text(const ScoreValue* value) {
+  if (value == nullptr || value->IsSystemMissingValue()) return "missing";
+  return value->GetString();
+}
+
+// The predicted value, then "|name=value" for each output field.
+inline std::string Answer(const ScoreResult& result) {
+  std::string text = Text(result.GetPredictedValue());
+  for (int i = 0; i < result.GetNumberOfOutputs(); ++i) {
+    text.append("|").append(result.GetOutputName(i)).append("=").append(Text(result.GetOutputValue(i)));
+  }
+  return text;
+}
+
+// The probabilities of the categories in the model's order.
+inline std::vector<double> Probabilities(const ScoreResult& result) {
+  std::vector<double> probabilities;
+  for (int i = 0; i < result.GetNumberOfCategories(); ++i) {
+    probabilities.push_back(result.GetCategoryProbability(i));
+  }
+  return probabilities;
+}
+
+// "260125: age, DataDictionary", or "" when the document makes a model.
+inline std::string Refusal(const std::string& document, const std::string& modelName) {
+  try {
+    MakeModel(document, modelName);
+    return {};
+  } catch (const KxVeyra_940::VYException& exception) {
+    std::string text = std::to_string(exception.GetErrorCode());
+    const char* separator = ": ";
+    for (const auto& error : exception.GetErrors()) {
+      for (const std::string& argument : error.arguments) {
+        text.append(separator).append(argument);
+        separator = ", ";
+      }
+    }
+    return text;
+  }
+}
+
+}  // namespace VeyraTest
+
+#endif  // VEYRA_TESTS_PLUGINS_SCORING_H_

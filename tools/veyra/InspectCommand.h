@@ -1,0 +1,19 @@
+// veyra inspect DOCUMENT
+
+#ifndef VEYRA_TOOLS_INSPECTCOMMAND_H_
+#define VEYRA_TOOLS_INSPECTCOMMAND_H_
+
+#include <string>
+
+namespace VeyraTool {
+
+struct InspectOptions {
+  std::string document;
+};
+
+// Writes what the document holds to standard output.  Throws CommandFailure or ClosedPipe.
+void RunInspect(const InspectOptions& options);
+
+}  // namespace VeyraTool
+
+#endif  // VEYRA_TOOLS_INSPECTCOMMAND_H_
