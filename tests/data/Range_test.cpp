@@ -139,6 +139,29 @@ TEST(MissingValueSet, RefusesDuplicatesAndKeepsWhatItTook) {
   EXPECT_EQ(copy.Size(), 2);
 }
 
+TEST(MissingValueSet, CoversWhatAScanOfAllRangesWould) {
+  MissingValueSet set;
+  for (int i = 0; i < 50; ++i) {
+    set.Add(new Range(new NumericValue(i)));
+    set.Add(new Range(new StringValue(std::to_string(i))));
+  }
+  set.Add(new Range(100.0, 200.0, true, false));
+  const Range seven(7.0, 7.0, true, true);
+  ASSERT_TRUE(set.Remove(&seven));
+  const MissingValueSet copy(set);
+  const auto expectScan = [&copy](const ScoreValue& value) {
+    bool scanned = false;
+    for (const ScoreValueRange* range : copy.GetMissingValues()) scanned |= range->IsInRange(&value);
+    EXPECT_EQ(copy.Covers(&value), scanned) << value.GetString();
+  };
+  for (int i = -5; i < 250; ++i) {
+    expectScan(NumericValue(i));
+    expectScan(NumericValue(i * (1 + 1e-14)));
+    expectScan(NumericValue(i * (1 - 1e-13)));
+    expectScan(StringValue(std::to_string(i) + "  "));
+  }
+}
+
 TEST(MissingValueSet, Displays) {
   MissingValueSet set;
   set.Add(new Range(new NumericValue(-kInfinity), new StringValue("z"), false, true));
