@@ -22,15 +22,6 @@ CategoryTable::CategoryTable(const ScoreDictVar& field)
   fListedCount = Size();
 }
 
-CategoryTable::CategoryTable(const CategoryTable& other)
-    : fNoSpaceTrim(other.fNoSpaceTrim),
-      fEmptyStringOK(other.fEmptyStringOK),
-      fListedCount(other.fListedCount),
-      fTexts(other.fTexts),
-      fNumbers(other.fNumbers) {
-  for (const auto& value : other.fValues) fValues.emplace_back(value->Clone());
-}
-
 CategoryTable::~CategoryTable() = default;
 
 // The text as it stands in the index: equal texts have one form.
@@ -38,19 +29,19 @@ std::string_view CategoryTable::Normalised(std::string_view text) const {
   if (fNoSpaceTrim) return text;
   const std::size_t last = text.find_last_not_of(' ');
   if (last != std::string_view::npos) return text.substr(0, last + 1);
-  return text.substr(0, fEmptyStringOK && !text.empty() ? 1 : 0);
+  return fEmptyStringOK && !text.empty() ? kBlank : std::string_view();
 }
 
 int CategoryTable::Add(const ScoreValue& value) {
   const int known = Find(value);
   if (known != kNoCategory) return known;
   const int code = Size();
-  if (const StringValue* text = AsString(&value)) {
+  const ScoreValue& added = *fValues.emplace_back(value.Clone());
+  if (const StringValue* text = AsString(&added)) {
     fTexts.emplace(Normalised(text->GetText()), code);
   } else {
-    fNumbers.emplace(StoredNumber(value), code);
+    fNumbers.emplace(StoredNumber(added), code);
   }
-  fValues.emplace_back(value.Clone());
   return code;
 }
 

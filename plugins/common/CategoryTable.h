@@ -24,9 +24,8 @@ class CategoryTable {
  public:
   // The field's labelled values in their order.  Only the field's options are kept, not the field.
   explicit CategoryTable(const ScoreDictVar& field);
-  CategoryTable(const CategoryTable& other);
-  CategoryTable(CategoryTable&&) = default;
-  CategoryTable& operator=(CategoryTable&&) = default;
+  CategoryTable(const CategoryTable&) = delete;
+  CategoryTable& operator=(const CategoryTable&) = delete;
   ~CategoryTable();
 
   int Size() const { return static_cast<int>(fValues.size()); }
@@ -43,10 +42,7 @@ class CategoryTable {
   int FindNumber(double number) const;
 
  private:
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-  };
+  static constexpr std::string_view kBlank = " ";
 
   std::string_view Normalised(std::string_view text) const;
 
@@ -54,7 +50,7 @@ class CategoryTable {
   bool fEmptyStringOK;
   int fListedCount = 0;
   std::vector<std::unique_ptr<ScoreValue>> fValues;
-  std::unordered_map<std::string, int, TextHash, std::equal_to<>> fTexts;
+  std::unordered_map<std::string_view, int> fTexts;  // parts of the texts in fValues, or kBlank
   std::map<double, int> fNumbers;
 };
 

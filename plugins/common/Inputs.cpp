@@ -28,25 +28,19 @@ bool HasListedValues(const ScoreDictVar& var) {
 
 }  // namespace
 
-int Inputs::Add(const MiningField& field, const ScoreDictVar& var,
-                std::shared_ptr<const InvalidValues> invalidValues) {
+int Inputs::Add(MiningField field, std::shared_ptr<const InvalidValues> invalidValues) {
+  const ScoreDictVar& var = *field.var;
   Input input;
-  input.field = field;
-  input.var = &var;
   input.invalidValues = std::move(invalidValues);
   input.hasMissingValues = var.GetMissingValues() != nullptr;
   input.hasListedValues = HasListedValues(var);
   input.kind = KindOf(var);
   input.isPlain = !input.hasMissingValues && input.kind != ScoreValue::kDateTimeValueType &&
                   field.outliers == OutlierTreatment::kAsIs;
-  fIndexes.emplace(field.name, Size());
+  input.field = std::move(field);
+  input.field.var->SetEncodedValueIndex(Size());
   fInputs.push_back(std::move(input));
   return Size() - 1;
-}
-
-int Inputs::Find(const std::string& name) const {
-  const auto found = fIndexes.find(name);
-  return found == fIndexes.end() ? -1 : found->second;
 }
 
 void Inputs::UseAsNumber(int index) {
@@ -59,18 +53,18 @@ CategoryTable& Inputs::UseAsCategory(int index) {
   const auto i = static_cast<std::size_t>(index);
   Input& input = fInputs[i];
   if (!input.isNumber && input.categories == nullptr) fRead.push_back(i);
-  if (input.categories == nullptr) input.categories = std::make_shared<CategoryTable>(*input.var);
+  if (input.categories == nullptr) input.categories = std::make_shared<CategoryTable>(input.Var());
   return *input.categories;
 }
 
-void Inputs::Resolve(const ScoreDictionary& dictionary) {
-  for (Input& input : fInputs) input.var = dictionary.GetVar(input.field.name);
+void Inputs::Resolve(ScoreDictionary& dictionary) {
+  for (Input& input : fInputs) input.field.var = dictionary.GetVar(input.Var().GetName());
 }
 
 bool Inputs::Prepare(const ScoreCaseRecord& layout) {
   bool complete = true;
   for (const std::size_t i : fRead) {
-    fInputs[i].slot = layout.GetIndex(fInputs[i].field.name);
+    fInputs[i].slot = layout.GetIndex(fInputs[i].Var().GetName());
     complete = complete && fInputs[i].slot >= 0;
   }
   return complete;
@@ -113,7 +107,7 @@ Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue* value) {
   if (value == nullptr || value->IsSystemMissingValue()) return Standing::kMissing;
   if (value->GetType() != input.kind) return Standing::kInvalid;
   if (input.kind != ScoreValue::kStringValueType && std::isnan(value->GetDouble())) return Standing::kMissing;
-  if (input.hasMissingValues && input.var->IsMissingValue(value)) {
+  if (input.hasMissingValues && input.Var().IsMissingValue(value)) {
     const bool isInvalid = input.invalidValues != nullptr && input.invalidValues->Contains(*value);
     return isInvalid ? Standing::kInvalid : Standing::kMissing;
   }
@@ -123,12 +117,12 @@ Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue* value) {
     const bool isListed = code != kNoCategory && code < input.categories->GetListedCount();
     return isListed ? Standing::kValid : Standing::kInvalid;
   }
-  return input.var->IsValidValue(value) ? Standing::kValid : Standing::kInvalid;
+  return input.Var().IsValidValue(value) ? Standing::kValid : Standing::kInvalid;
 }
 
 double Inputs::NumberOf(const Input& input, const ScoreValue& value) {
   if (input.kind == ScoreValue::kDateTimeValueType) {
-    return static_cast<const DateTimeValue&>(value).GetDoubleValue(input.var->GetDateTimeType());
+    return static_cast<const DateTimeValue&>(value).GetDoubleValue(input.Var().GetDateTimeType());
   }
   return static_cast<const NumericValue&>(value).GetNumber();
 }

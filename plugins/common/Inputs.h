@@ -13,7 +13,6 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "common/CategoryTable.h"
@@ -39,21 +38,20 @@ class Inputs {
   Inputs(const Inputs& other) = default;
   Inputs& operator=(const Inputs& other) = delete;
 
-  // Adds an active field and returns its index.  `invalidValues` may be null.
-  int Add(const MiningField& field, const ScoreDictVar& var,
-          std::shared_ptr<const InvalidValues> invalidValues);
-  // The index of the field, or -1.
-  int Find(const std::string& name) const;
+  // Adds an active field and returns its index, which is also the variable's encoded value index.
+  // `invalidValues` may be null.
+  int Add(MiningField field, std::shared_ptr<const InvalidValues> invalidValues);
+  void Reserve(std::size_t size) { fInputs.reserve(size); }
   int Size() const { return static_cast<int>(fInputs.size()); }
-  const ScoreDictVar& GetVar(int index) const { return *fInputs[static_cast<std::size_t>(index)].var; }
+  const ScoreDictVar& GetVar(int index) const { return *fInputs[static_cast<std::size_t>(index)].field.var; }
 
   // Says that the model reads the input as a number, or as a category of the table.  An input that it never
   // reads plays no part in a case.
   void UseAsNumber(int index);
   CategoryTable& UseAsCategory(int index);
 
-  // Points to the variables of that dictionary, by name.
-  void Resolve(const ScoreDictionary& dictionary);
+  // Points to the variables of that dictionary, a clone of the one before, by name.
+  void Resolve(ScoreDictionary& dictionary);
   // Resolves names to the slots of `layout`; false when one of the inputs that are read has no slot.
   bool Prepare(const ScoreCaseRecord& layout);
   // Sizes `values` for Read.
@@ -65,7 +63,6 @@ class Inputs {
  private:
   struct Input {
     MiningField field;
-    const ScoreDictVar* var;  // lent by the model's dictionary
     std::shared_ptr<const InvalidValues> invalidValues;
     bool isNumber = false;
     std::shared_ptr<CategoryTable> categories;  // null: not read as a category; fixed once the model is built
@@ -74,6 +71,8 @@ class Inputs {
     bool isPlain = false;                       // a value of the usual kind needs no look at any rule
     ScoreValue::ValueType kind = ScoreValue::kNumericValueType;
     int slot = -1;
+
+    const ScoreDictVar& Var() const { return *field.var; }
   };
 
   enum class Standing { kValid, kMissing, kInvalid };
@@ -89,8 +88,7 @@ class Inputs {
   static double NumberOf(const Input& input, const ScoreValue& value);
 
   std::vector<Input> fInputs;
-  std::unordered_map<std::string, int> fIndexes;  // by field name
-  std::vector<std::size_t> fRead;                 // indexes of the inputs that the model reads
+  std::vector<std::size_t> fRead;  // indexes of the inputs that the model reads
 };
 
 }  // namespace KxVeyra_940::Plugin

@@ -1,6 +1,6 @@
 #include "common/MiningSchema.h"
 
-#include <set>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "common/Keywords.h"
 #include "error/Raise.h"
@@ -51,20 +51,19 @@ constexpr Keyword<bool> kMissingTreatments[] = {
 // The attribute's value in the type of the field; null when the attribute is absent.
 std::shared_ptr<const ScoreValue> OptionalValue(const PMMLTranslator& translator, const DOMElement& element,
                                                 const char* name, const ScoreDictVar& field) {
-  if (!element.hasAttribute(XmlName(name).Get())) return nullptr;
-  return std::shared_ptr<const ScoreValue>(
-      translator.CarefullyMakeVarValue(&field, Attribute(element, name)));
+  const XMLCh* text = FindAttribute(element, name);
+  if (text == nullptr) return nullptr;
+  return std::shared_ptr<const ScoreValue>(translator.CarefullyMakeVarValue(&field, text));
 }
 
 MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& element,
-                            const ScoreDictionary& dictionary) {
+                            ScoreDictionary& dictionary) {
   MiningField field;
-  field.name =
+  const std::string name =
       translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_MININGFIELD_NAME));
-  const ScoreDictVar* var = dictionary.GetVar(field.name);
-  if (var == nullptr) {
-    Raise(MessageId::kMissingVariableIn, {field.name, Tags::XML_ELE_DATADICTIONARY});
-  }
+  field.var = dictionary.GetVar(name);
+  if (field.var == nullptr) Raise(MessageId::kMissingVariableIn, {name, Tags::XML_ELE_DATADICTIONARY});
+  if (element.getAttributes()->getLength() == 1) return field;  // most fields have a name and nothing else
   field.usage = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_USAGETYPE, kUsages);
   field.outliers = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_OUTLIERS, kOutliers);
   field.lowValue = OptionalNumber(element, Tags::XML_ATT_MININGFIELD_LOWVALUE).value_or(field.lowValue);
@@ -76,9 +75,10 @@ MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& 
            Tags::XML_ELE_MININGFIELD});
   }
   field.missingIsInvalid = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_MISSTREATMENT, kMissingTreatments);
-  field.missingReplacement = OptionalValue(translator, element, Tags::XML_ATT_MININGFIELD_MISSREPLACE, *var);
+  field.missingReplacement =
+      OptionalValue(translator, element, Tags::XML_ATT_MININGFIELD_MISSREPLACE, *field.var);
   field.invalidTreatment = ReadKeyword(element, kInvalidTreatment, kInvalidTreatments);
-  field.invalidReplacement = OptionalValue(translator, element, kInvalidValueReplacement, *var);
+  field.invalidReplacement = OptionalValue(translator, element, kInvalidValueReplacement, *field.var);
   if (field.invalidTreatment == InvalidTreatment::kAsValue && field.invalidReplacement == nullptr) {
     Raise(MessageId::kMissingAttributeOf, {kInvalidValueReplacement, Tags::XML_ELE_MININGFIELD});
   }
@@ -88,16 +88,12 @@ MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& 
 }  // namespace
 
 MiningSchema ReadMiningSchema(const PMMLTranslator& translator, const DOMElement& model,
-                              const ScoreDictionary& dictionary) {
+                              ScoreDictionary& dictionary) {
   const DOMElement* element = BaseTranslator::GetChildByTagForced(&model, Tags::XML_ELE_MININGSCHEMA);
   MiningSchema schema;
-  std::set<std::string> names;
   ForEachChildElement(element, [&](const DOMElement& child) {
     if (!HasTag(child, Tags::XML_ELE_MININGFIELD)) return;
     schema.push_back(ReadMiningField(translator, child, dictionary));
-    if (!names.insert(schema.back().name).second) {
-      Raise(MessageId::kDuplicateVariableIn, {schema.back().name, Tags::XML_ELE_MININGSCHEMA});
-    }
   });
   return schema;
 }

@@ -19,7 +19,7 @@ enum class OutlierTreatment { kAsIs, kAsMissing, kAsExtreme };
 enum class InvalidTreatment { kReturnInvalid, kAsIs, kAsMissing, kAsValue };
 
 struct MiningField {
-  std::string name;
+  ScoreDictVar* var = nullptr;  // lent by the dictionary
   Usage usage = Usage::kActive;
   OutlierTreatment outliers = OutlierTreatment::kAsIs;
   double lowValue = -std::numeric_limits<double>::infinity();
@@ -36,7 +36,7 @@ using MiningSchema = std::vector<MiningField>;
 // the dictionary does not have, 260202 for a field given twice, 260258 for a low value above the high one,
 // and 260120, 260151, 260152 and 260285 for attributes.
 MiningSchema ReadMiningSchema(const PMMLTranslator& translator, const xercesc::DOMElement& model,
-                              const ScoreDictionary& dictionary);
+                              ScoreDictionary& dictionary);
 
 }  // namespace KxVeyra_940::Plugin
 

@@ -30,11 +30,25 @@ const DOMElement& RootOf(const DOMElement& element) {
   return *element.getOwnerDocument()->getDocumentElement();
 }
 
+ScoreModel::VarRole RoleOf(Usage usage) {
+  switch (usage) {
+    case Usage::kActive:
+      return ScoreModel::kPredictorRole;
+    case Usage::kTarget:
+      return ScoreModel::kTargetRole;
+    default:
+      return ScoreModel::kSupplementaryRole;
+  }
+}
+
+// A clone whose variables are no inputs yet.
 std::unique_ptr<ScoreDictionary> CloneOf(const ScoreDictionary* dictionary) {
   if (dictionary == nullptr) {
     Raise(MessageId::kMissingNodeIn, {Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_PMML});
   }
-  return std::unique_ptr<ScoreDictionary>(dictionary->Clone());
+  std::unique_ptr<ScoreDictionary> clone(dictionary->Clone());
+  for (ScoreDictVar* var : clone->GetScoreDictVars()) var->SetEncodedValueIndex(-1);
+  return clone;
 }
 
 }  // namespace
@@ -117,39 +131,34 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
 
 void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* dataDictionary,
                                  PluginModel& model) const {
-  const ScoreDictionary& dictionary = *model.GetDictionary();
+  ScoreDictionary& dictionary = *model.GetDictionary();
   const InvalidValuesByField invalidValues = ReadInvalidValues(*this, dataDictionary, dictionary);
-  for (const MiningField& field : ReadMiningSchema(*this, element, dictionary)) {
-    switch (field.usage) {
-      case Usage::kActive: {
-        const auto found = invalidValues.find(field.name);
-        model.GetInputs().Add(field, *dictionary.GetVar(field.name),
-                              found == invalidValues.end() ? nullptr : found->second);
-        model.SetVarRole(field.name, ScoreModel::kPredictorRole);
-        break;
-      }
-      case Usage::kTarget:
-        if (model.GetTargetVar() != nullptr) {
-          Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), field.name});
-        }
-        model.SetVarRole(field.name, ScoreModel::kTargetRole);
-        break;
-      case Usage::kSupplementary:
-        model.SetVarRole(field.name, ScoreModel::kSupplementaryRole);
-        break;
+  MiningSchema schema = ReadMiningSchema(*this, element, dictionary);
+  model.GetInputs().Reserve(schema.size());
+  for (MiningField& field : schema) {
+    const std::string& name = field.var->GetName();
+    if (model.GetVarRole(name) != ScoreModel::kNoRole) {
+      Raise(MessageId::kDuplicateVariableIn, {name, Tags::XML_ELE_MININGSCHEMA});
     }
+    if (field.usage == Usage::kTarget && model.GetTargetVar() != nullptr) {
+      Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), name});
+    }
+    model.SetVarRole(name, RoleOf(field.usage));
+    if (field.usage != Usage::kActive) continue;
+    const auto found = invalidValues.find(name);
+    model.GetInputs().Add(std::move(field), found == invalidValues.end() ? nullptr : found->second);
   }
 }
 
 int PluginTranslator::FindInput(const DOMElement& element, const char* attribute, PluginModel& model) const {
   const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(element, attribute));
-  const int index = model.GetInputs().Find(name);
-  if (index >= 0) return index;
-  if (model.GetDictionary()->GetVar(name) == nullptr) {
+  const ScoreDictVar* var = model.GetDictionary()->GetVar(name);
+  if (var == nullptr) {
     Raise(MessageId::kMissingVariableInBoth,
           {name, Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_TRANSFORMATION});
   }
-  Raise(MessageId::kNotAPredictor, {name});
+  if (var->GetEncodedValueIndex() < 0) Raise(MessageId::kNotAPredictor, {name});
+  return var->GetEncodedValueIndex();
 }
 
 int PluginTranslator::FindNumber(const DOMElement& element, const char* attribute, PluginModel& model) const {

@@ -5,16 +5,13 @@
 
 namespace KxVeyra_940 {
 
-BaseDictionary::BaseDictionary(const BaseDictionary& other) : ScoreDictionary(other), fNames(other.fNames) {
-  for (const auto& [name, var] : other.fVars) Take(name, var->Clone());
-}
+BaseDictionary::BaseDictionary(const BaseDictionary& other) : ScoreDictionary(other) { CopyFrom(other); }
 
 BaseDictionary& BaseDictionary::operator=(const BaseDictionary& other) {
   if (this == &other) return *this;
   BaseDictionary copy(other);
   fVars.swap(copy.fVars);
-  fHeld.swap(copy.fHeld);
-  fNames.swap(copy.fNames);
+  fOrder.swap(copy.fOrder);
   return *this;
 }
 
@@ -23,9 +20,10 @@ BaseDictionary::~BaseDictionary() = default;
 ScoreDictionary* BaseDictionary::Clone() const { return new BaseDictionary(*this); }
 
 bool BaseDictionary::AddVar(const std::string& name, ScoreDictVar* var) {
-  if (name.empty() || var == nullptr || fHeld.count(var) != 0 || Find(name) != nullptr) return false;
+  if (name.empty() || var == nullptr || Find(name) != nullptr) return false;
+  const std::string& ownName = var->GetName();
+  if (ownName != name && Find(ownName) == var) return false;
   Take(name, var);
-  fNames.push_back(name);
   return true;
 }
 
@@ -35,7 +33,6 @@ bool BaseDictionary::AddVar(const ScoreDictionary* dictionary) {
     const ScoreDictVar* const var = dictionary->GetVar(name);
     if (var == nullptr || name.empty() || Find(name) != nullptr) continue;
     Take(name, var->Clone());
-    fNames.push_back(name);
   }
   return false;
 }
@@ -43,9 +40,8 @@ bool BaseDictionary::AddVar(const ScoreDictionary* dictionary) {
 bool BaseDictionary::RemoveVar(const std::string& name) {
   const auto entry = fVars.find(name);
   if (entry == fVars.end()) return false;
-  // `name` may be a part of what goes: the order of addition first, the variable last.
-  fNames.erase(std::find(fNames.begin(), fNames.end(), name));
-  fHeld.erase(entry->second.get());
+  // `name` may be a part of what goes, so nothing reads it from here on.
+  fOrder.erase(std::find(fOrder.begin(), fOrder.end(), &entry->first));
   fVars.erase(entry);
   return true;
 }
@@ -57,17 +53,25 @@ ScoreDictVar* BaseDictionary::GetVar(const std::string& name) { return Find(name
 int BaseDictionary::Size() const { return static_cast<int>(fVars.size()); }
 
 std::vector<ScoreDictVar*> BaseDictionary::GetScoreDictVars() const {
+  std::vector<const std::string*> names = fOrder;
+  std::sort(names.begin(), names.end(),
+            [](const std::string* left, const std::string* right) { return *left < *right; });
   std::vector<ScoreDictVar*> vars;
-  vars.reserve(fVars.size());
-  for (const auto& entry : fVars) vars.push_back(entry.second.get());
+  vars.reserve(names.size());
+  for (const std::string* name : names) vars.push_back(Find(*name));
   return vars;
 }
 
-std::vector<std::string> BaseDictionary::GetVarNames() const { return fNames; }
+std::vector<std::string> BaseDictionary::GetVarNames() const {
+  std::vector<std::string> names;
+  names.reserve(fOrder.size());
+  for (const std::string* name : fOrder) names.push_back(*name);
+  return names;
+}
 
 void BaseDictionary::Display(std::ostream& out) const {
   out << "\n ############ Begin dictionary display ################ \n";
-  for (const auto& entry : fVars) entry.second->Display(out);
+  for (const ScoreDictVar* var : GetScoreDictVars()) var->Display(out);
   out << "End Of ScoreDictionary display.\n\n";
 }
 
@@ -77,8 +81,14 @@ ScoreDictVar* BaseDictionary::Find(const std::string& name) const {
 }
 
 void BaseDictionary::Take(const std::string& name, ScoreDictVar* var) {
-  fVars.emplace(name, var);
-  fHeld.insert(var);
+  const auto entry = fVars.emplace(name, var).first;
+  fOrder.push_back(&entry->first);
+}
+
+void BaseDictionary::CopyFrom(const BaseDictionary& other) {
+  fVars.reserve(other.fVars.size());
+  fOrder.reserve(other.fOrder.size());
+  for (const std::string* name : other.fOrder) Take(*name, other.Find(*name)->Clone());
 }
 
 }  // namespace KxVeyra_940

@@ -1,4 +1,4 @@
-// A named collection of variables: a map ordered by the bytes of the names, and the order of addition.
+// A named collection of variables: found by hash, listed in the order of addition or sorted by name.
 //
 // Threads: const operations may be called by any number of threads once the dictionary is built.
 // Nothing throws.
@@ -6,10 +6,9 @@
 #ifndef VEYRA_DATA_BASEDICTIONARY_H_
 #define VEYRA_DATA_BASEDICTIONARY_H_
 
-#include <map>
 #include <memory>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 #include <vector>
 
 #include "veyra/Export.h"
@@ -27,7 +26,7 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
 
   ScoreDictionary* Clone() const override;
   // Refused, the variable stays whose it was: an empty name, null, a name held already, and a variable that
-  // the dictionary holds under another name.
+  // the dictionary holds under the variable's own name.
   bool AddVar(const std::string& name, ScoreDictVar* var) override;
   bool AddVar(const ScoreDictionary* dictionary) override;
   bool RemoveVar(const std::string& name) override;
@@ -39,12 +38,16 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
   void Display(std::ostream& out) const override;
 
  private:
-  ScoreDictVar* Find(const std::string& name) const;
-  void Take(const std::string& name, ScoreDictVar* var);
+  // Nodes keep their place: fOrder points to the names in it.
+  using Vars = std::unordered_map<std::string, std::unique_ptr<ScoreDictVar>>;
 
-  std::map<std::string, std::unique_ptr<ScoreDictVar>> fVars;
-  std::unordered_set<const ScoreDictVar*> fHeld;  // the variables of fVars
-  std::vector<std::string> fNames;                // in the order of addition
+  ScoreDictVar* Find(const std::string& name) const;
+  // Takes the variable under a name that is new.
+  void Take(const std::string& name, ScoreDictVar* var);
+  void CopyFrom(const BaseDictionary& other);
+
+  Vars fVars;
+  std::vector<const std::string*> fOrder;  // of addition
 };
 
 }  // namespace KxVeyra_940

@@ -7,8 +7,8 @@
 #ifndef VEYRA_FACTORY_BASEMODEL_H_
 #define VEYRA_FACTORY_BASEMODEL_H_
 
-#include <map>
 #include <string>
+#include <unordered_map>
 
 #include "veyra/Export.h"
 #include "veyra/ScoreModel.h"
@@ -82,7 +82,7 @@ class VEYRA_API BaseModel : public ScoreModel {
   bool fOwnsTransformationDictionary = true;
   ScoreDictionary* fResultDictionary = nullptr;  // owned
   ScoreVersionInfo* fVersionInfo = nullptr;      // owned
-  std::map<std::string, VarRole> fRoles;
+  std::unordered_map<std::string, VarRole> fRoles;
   MVPolicy fMissingValuePolicy = kFallbackAnswer;
   std::string fTargetName;
   std::string fAlgorithmName;

@@ -89,15 +89,20 @@ const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
   return buffer.c_str();
 }
 
-const XMLCh* Attribute(const DOMElement& element, const char* name) {
+const XMLCh* FindAttribute(const DOMElement& element, const char* name) {
   const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
-  return attribute == nullptr ? u"" : ValueOf(*attribute);
+  return attribute == nullptr ? nullptr : ValueOf(*attribute);
+}
+
+const XMLCh* Attribute(const DOMElement& element, const char* name) {
+  const XMLCh* text = FindAttribute(element, name);
+  return text == nullptr ? u"" : text;
 }
 
 const XMLCh* RequiredAttribute(const DOMElement& element, const char* name) {
-  const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
-  if (attribute == nullptr) Raise(MessageId::kMissingAttributeOf, {name, ToUTF8(element.getTagName())});
-  return ValueOf(*attribute);
+  const XMLCh* text = FindAttribute(element, name);
+  if (text == nullptr) Raise(MessageId::kMissingAttributeOf, {name, ToUTF8(element.getTagName())});
+  return text;
 }
 
 const XMLCh* RequiredNonEmptyAttribute(const DOMElement& element, const char* name) {

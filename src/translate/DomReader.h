@@ -71,6 +71,9 @@ VEYRA_API const XMLCh* TextOf(const xercesc::DOMNode& node, std::u16string& buff
 
 inline bool IsEmpty(const XMLCh* text) { return text == nullptr || *text == 0; }
 
+// The attribute's text; null when it is absent.
+VEYRA_API const XMLCh* FindAttribute(const xercesc::DOMElement& element, const char* name);
+
 // The attribute's text; never null.
 VEYRA_API const XMLCh* Attribute(const xercesc::DOMElement& element, const char* name);
 
