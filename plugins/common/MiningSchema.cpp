@@ -2,6 +2,7 @@
 
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
+#include "common/FieldFinder.h"
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
@@ -57,11 +58,11 @@ std::shared_ptr<const ScoreValue> OptionalValue(const PMMLTranslator& translator
 }
 
 MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& element,
-                            ScoreDictionary& dictionary) {
+                            FieldFinder& fields) {
   MiningField field;
   const std::string name =
       translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_MININGFIELD_NAME));
-  field.var = dictionary.GetVar(name);
+  field.var = fields.Find(name);
   if (field.var == nullptr) Raise(MessageId::kMissingVariableIn, {name, Tags::XML_ELE_DATADICTIONARY});
   if (element.getAttributes()->getLength() == 1) return field;  // most fields have a name and nothing else
   field.usage = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_USAGETYPE, kUsages);
@@ -91,9 +92,10 @@ MiningSchema ReadMiningSchema(const PMMLTranslator& translator, const DOMElement
                               ScoreDictionary& dictionary) {
   const DOMElement* element = BaseTranslator::GetChildByTagForced(&model, Tags::XML_ELE_MININGSCHEMA);
   MiningSchema schema;
+  FieldFinder fields(dictionary);
   ForEachChildElement(element, [&](const DOMElement& child) {
     if (!HasTag(child, Tags::XML_ELE_MININGFIELD)) return;
-    schema.push_back(ReadMiningField(translator, child, dictionary));
+    schema.push_back(ReadMiningField(translator, child, fields));
   });
   return schema;
 }

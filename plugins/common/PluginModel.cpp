@@ -30,6 +30,18 @@ KxStatus PluginModel::PrepareForCases(const ScoreCaseRecord& layout) {
   return fInputs.Prepare(layout) ? KxStatus() : KxStatus(kInputWithoutSlot, false);
 }
 
+ScoreModel::VarRole PluginModel::GetVarRole(const ScoreDictVar* var) const {
+  if (var == nullptr) return kNoRole;
+  if (var->GetEncodedValueIndex() >= 0 && GetDictionary()->GetVar(var->GetName()) == var)
+    return kPredictorRole;
+  return BaseModel::GetVarRole(var->GetName());
+}
+
+ScoreModel::VarRole PluginModel::GetVarRole(const std::string& name) const {
+  const ScoreDictVar* var = GetDictionary()->GetVar(name);
+  return var == nullptr ? BaseModel::GetVarRole(name) : GetVarRole(var);
+}
+
 std::unique_ptr<PluginResult> PluginModel::NewBareResult() const {
   auto result = std::make_unique<PluginResult>(fCategories.empty() ? ScoreResult::kValueResult
                                                                    : ScoreResult::kCategoryResult);

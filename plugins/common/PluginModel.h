@@ -25,6 +25,9 @@ class PluginModel : public BaseModel {
 
   KxScore::KxStatus PrepareForCases(const ScoreCaseRecord& layout) override;
   std::string GetModelKind() const override { return fKind; }
+  // The inputs are predictors; other roles are kept by name.
+  VarRole GetVarRole(const ScoreDictVar* var) const override;
+  VarRole GetVarRole(const std::string& name) const override;
   ScoreResult* NewResult() const override;
   KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) override;
   bool HasNoProbabilityOutput() const override { return fCategories.empty(); }

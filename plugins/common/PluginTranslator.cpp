@@ -30,17 +30,6 @@ const DOMElement& RootOf(const DOMElement& element) {
   return *element.getOwnerDocument()->getDocumentElement();
 }
 
-ScoreModel::VarRole RoleOf(Usage usage) {
-  switch (usage) {
-    case Usage::kActive:
-      return ScoreModel::kPredictorRole;
-    case Usage::kTarget:
-      return ScoreModel::kTargetRole;
-    default:
-      return ScoreModel::kSupplementaryRole;
-  }
-}
-
 // A clone whose variables are no inputs yet.
 std::unique_ptr<ScoreDictionary> CloneOf(const ScoreDictionary* dictionary) {
   if (dictionary == nullptr) {
@@ -116,6 +105,7 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
     Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
   }
   std::unique_ptr<PluginModel> model = NewModel();
+  fFields.emplace(*dictionary);
   model->SetScoreDictionary(dictionary.release(), true);
   model->SetVersionInfo(std::make_unique<VersionInfo>(
                             BaseTranslator::ToString(Attribute(RootOf(element), Tags::XML_ATT_VERSION)))
@@ -137,22 +127,25 @@ void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* da
   model.GetInputs().Reserve(schema.size());
   for (MiningField& field : schema) {
     const std::string& name = field.var->GetName();
-    if (model.GetVarRole(name) != ScoreModel::kNoRole) {
+    if (field.var->GetEncodedValueIndex() >= 0 || model.BaseModel::GetVarRole(name) != ScoreModel::kNoRole) {
       Raise(MessageId::kDuplicateVariableIn, {name, Tags::XML_ELE_MININGSCHEMA});
+    }
+    if (field.usage == Usage::kActive) {
+      const auto found = invalidValues.find(name);
+      model.GetInputs().Add(std::move(field), found == invalidValues.end() ? nullptr : found->second);
+      continue;
     }
     if (field.usage == Usage::kTarget && model.GetTargetVar() != nullptr) {
       Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), name});
     }
-    model.SetVarRole(name, RoleOf(field.usage));
-    if (field.usage != Usage::kActive) continue;
-    const auto found = invalidValues.find(name);
-    model.GetInputs().Add(std::move(field), found == invalidValues.end() ? nullptr : found->second);
+    model.SetVarRole(
+        name, field.usage == Usage::kTarget ? ScoreModel::kTargetRole : ScoreModel::kSupplementaryRole);
   }
 }
 
-int PluginTranslator::FindInput(const DOMElement& element, const char* attribute, PluginModel& model) const {
+int PluginTranslator::FindInput(const DOMElement& element, const char* attribute) {
   const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(element, attribute));
-  const ScoreDictVar* var = model.GetDictionary()->GetVar(name);
+  const ScoreDictVar* var = fFields->Find(name);
   if (var == nullptr) {
     Raise(MessageId::kMissingVariableInBoth,
           {name, Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_TRANSFORMATION});
@@ -161,8 +154,8 @@ int PluginTranslator::FindInput(const DOMElement& element, const char* attribute
   return var->GetEncodedValueIndex();
 }
 
-int PluginTranslator::FindNumber(const DOMElement& element, const char* attribute, PluginModel& model) const {
-  const int index = FindInput(element, attribute, model);
+int PluginTranslator::FindNumber(const DOMElement& element, const char* attribute, PluginModel& model) {
+  const int index = FindInput(element, attribute);
   const ScoreDictVar& var = model.GetInputs().GetVar(index);
   if (var.GetVarType() == ScoreDictVar::STRING_VAR) Raise(MessageId::kNumericRequired, {var.GetName()});
   model.GetInputs().UseAsNumber(index);

@@ -5,10 +5,12 @@
 #define VEYRA_PLUGINS_PLUGINTRANSLATOR_H_
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "common/FieldFinder.h"
 #include "common/MiningSchema.h"
 #include "common/PluginModel.h"
 #include "translate/PMMLTranslator.h"
@@ -45,9 +47,9 @@ class PluginTranslator : public PMMLTranslator {
 
   // The index of the model's input that the element names by the attribute.  Raises 260125 for a name that is
   // no field, 260161 for a field that is no active field of the mining schema.
-  int FindInput(const xercesc::DOMElement& element, const char* attribute, PluginModel& model) const;
+  int FindInput(const xercesc::DOMElement& element, const char* attribute);
   // The same for an input that is read as a number; it is marked so.  Raises 260187 for a string field.
-  int FindNumber(const xercesc::DOMElement& element, const char* attribute, PluginModel& model) const;
+  int FindNumber(const xercesc::DOMElement& element, const char* attribute, PluginModel& model);
 
  private:
   const xercesc::DOMElement& FindModelElement(const xercesc::DOMElement& root) const;
@@ -58,6 +60,7 @@ class PluginTranslator : public PMMLTranslator {
                  PluginModel& model) const;
 
   const char* fModelTag;
+  std::optional<FieldFinder> fFields;  // of the model under construction
 };
 
 }  // namespace KxVeyra_940::Plugin

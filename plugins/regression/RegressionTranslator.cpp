@@ -95,7 +95,7 @@ void RegressionTranslator::BuildModel(const DOMElement& element, PluginModel& mo
   }
 }
 
-void RegressionTranslator::BuildEquation(const DOMElement& element, RegressionModel& model) const {
+void RegressionTranslator::BuildEquation(const DOMElement& element, RegressionModel& model) {
   const Normalization normalization = ReadNormalization(element, false);
   if (normalization == Normalization::kSimplemax) RefuseNormalization(element);
   std::optional<RegressionTable> table;
@@ -108,7 +108,7 @@ void RegressionTranslator::BuildEquation(const DOMElement& element, RegressionMo
   model.SetEquation(std::move(*table), normalization);
 }
 
-void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionModel& model) const {
+void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionModel& model) {
   const Normalization normalization = ReadNormalization(element, true);
   const ScoreDictVar* target = model.GetTargetVar();
   const bool isProportion =
@@ -125,7 +125,7 @@ void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionM
 }
 
 RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(const DOMElement& element,
-                                                                              RegressionModel& model) const {
+                                                                              RegressionModel& model) {
   CategoryTables read;
   const ScoreDictVar* target = model.GetTargetVar();
   ForEachChildElement(&element, [&](const DOMElement& child) {
@@ -185,7 +185,7 @@ void RegressionTranslator::CompleteFromDictionary(const ScoreDictVar& target, bo
   if (isOrdinal) read = std::move(ordered);
 }
 
-RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, PluginModel& model) const {
+RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, PluginModel& model) {
   RegressionTable table;
   table.intercept = RequiredNumber(element, Tags::XML_ATT_INTERCEPT);
   CategoryTerms categoryTerms(table);
@@ -193,7 +193,7 @@ RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, Plugi
     if (HasTag(child, Tags::XML_ELE_NUMERIC_PREDICTOR)) {
       ReadNumericPredictor(child, model, table);
     } else if (HasTag(child, Tags::XML_ELE_CATEGORICAL_PREDICTOR)) {
-      const int input = FindInput(child, Tags::XML_ATT_PRED_NAME, model);
+      const int input = FindInput(child, Tags::XML_ATT_PRED_NAME);
       const std::unique_ptr<ScoreValue> value(CarefullyMakeVarValue(
           &model.GetInputs().GetVar(input), RequiredAttribute(child, Tags::XML_ATT_VALUE)));
       categoryTerms.Add(input, model.GetInputs().UseAsCategory(input).Add(*value),
@@ -208,7 +208,7 @@ RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, Plugi
 }
 
 void RegressionTranslator::ReadNumericPredictor(const DOMElement& element, PluginModel& model,
-                                                RegressionTable& table) const {
+                                                RegressionTable& table) {
   const int input = FindNumber(element, Tags::XML_ATT_PRED_NAME, model);
   const double coefficient = RequiredNumber(element, Tags::XML_ATT_COEFFICIENT);
   const int exponent = OptionalInteger(element, Tags::XML_ATT_EXPONENT).value_or(1);
@@ -220,7 +220,7 @@ void RegressionTranslator::ReadNumericPredictor(const DOMElement& element, Plugi
 }
 
 void RegressionTranslator::ReadProduct(const DOMElement& element, PluginModel& model,
-                                       RegressionTable& table) const {
+                                       RegressionTable& table) {
   RegressionTable::Product product{RequiredNumber(element, Tags::XML_ATT_COEFFICIENT), {}};
   ForEachChildElement(&element, [&](const DOMElement& child) {
     if (HasTag(child, Tags::XML_ELE_FIELDREF)) {

@@ -26,13 +26,12 @@ class RegressionTranslator final : public PluginTranslator {
     std::vector<RegressionTable> tables;
   };
 
-  RegressionTable ReadTable(const xercesc::DOMElement& element, PluginModel& model) const;
-  void ReadNumericPredictor(const xercesc::DOMElement& element, PluginModel& model,
-                            RegressionTable& table) const;
-  void ReadProduct(const xercesc::DOMElement& element, PluginModel& model, RegressionTable& table) const;
-  void BuildEquation(const xercesc::DOMElement& element, RegressionModel& model) const;
-  void BuildEquations(const xercesc::DOMElement& element, RegressionModel& model) const;
-  CategoryTables ReadCategoryTables(const xercesc::DOMElement& element, RegressionModel& model) const;
+  RegressionTable ReadTable(const xercesc::DOMElement& element, PluginModel& model);
+  void ReadNumericPredictor(const xercesc::DOMElement& element, PluginModel& model, RegressionTable& table);
+  void ReadProduct(const xercesc::DOMElement& element, PluginModel& model, RegressionTable& table);
+  void BuildEquation(const xercesc::DOMElement& element, RegressionModel& model);
+  void BuildEquations(const xercesc::DOMElement& element, RegressionModel& model);
+  CategoryTables ReadCategoryTables(const xercesc::DOMElement& element, RegressionModel& model);
   std::unique_ptr<ScoreValue> ReadTargetCategory(const xercesc::DOMElement& table,
                                                  const ScoreDictVar* target) const;
   static void CompleteFromDictionary(const ScoreDictVar& target, bool isOrdinal, CategoryTables& tables);

@@ -5,13 +5,16 @@
 
 namespace KxVeyra_940 {
 
-BaseDictionary::BaseDictionary(const BaseDictionary& other) : ScoreDictionary(other) { CopyFrom(other); }
+BaseDictionary::BaseDictionary(const BaseDictionary& other) : ScoreDictionary(other) {
+  fEntries.reserve(other.fEntries.size());
+  for (const Entry& entry : other.fEntries) Take(entry.name, entry.var->Clone());
+}
 
 BaseDictionary& BaseDictionary::operator=(const BaseDictionary& other) {
   if (this == &other) return *this;
   BaseDictionary copy(other);
-  fVars.swap(copy.fVars);
-  fOrder.swap(copy.fOrder);
+  fEntries.swap(copy.fEntries);
+  std::swap(fIndex, copy.fIndex);
   return *this;
 }
 
@@ -20,11 +23,10 @@ BaseDictionary::~BaseDictionary() = default;
 ScoreDictionary* BaseDictionary::Clone() const { return new BaseDictionary(*this); }
 
 bool BaseDictionary::AddVar(const std::string& name, ScoreDictVar* var) {
-  if (name.empty() || var == nullptr || Find(name) != nullptr) return false;
+  if (name.empty() || var == nullptr) return false;
   const std::string& ownName = var->GetName();
   if (ownName != name && Find(ownName) == var) return false;
-  Take(name, var);
-  return true;
+  return Take(name, var);
 }
 
 bool BaseDictionary::AddVar(const ScoreDictionary* dictionary) {
@@ -38,11 +40,12 @@ bool BaseDictionary::AddVar(const ScoreDictionary* dictionary) {
 }
 
 bool BaseDictionary::RemoveVar(const std::string& name) {
-  const auto entry = fVars.find(name);
-  if (entry == fVars.end()) return false;
+  const std::uint32_t position = PositionOf(name);
+  if (position == NameIndex::kNone) return false;
   // `name` may be a part of what goes, so nothing reads it from here on.
-  fOrder.erase(std::find(fOrder.begin(), fOrder.end(), &entry->first));
-  fVars.erase(entry);
+  fEntries.erase(fEntries.begin() + position);
+  fIndex.Clear();
+  for (const Entry& entry : fEntries) fIndex.Append(entry.name);
   return true;
 }
 
@@ -50,22 +53,24 @@ const ScoreDictVar* BaseDictionary::GetVar(const std::string& name) const { retu
 
 ScoreDictVar* BaseDictionary::GetVar(const std::string& name) { return Find(name); }
 
-int BaseDictionary::Size() const { return static_cast<int>(fVars.size()); }
+int BaseDictionary::Size() const { return static_cast<int>(fEntries.size()); }
 
 std::vector<ScoreDictVar*> BaseDictionary::GetScoreDictVars() const {
-  std::vector<const std::string*> names = fOrder;
-  std::sort(names.begin(), names.end(),
-            [](const std::string* left, const std::string* right) { return *left < *right; });
+  std::vector<const Entry*> sorted;
+  sorted.reserve(fEntries.size());
+  for (const Entry& entry : fEntries) sorted.push_back(&entry);
+  std::sort(sorted.begin(), sorted.end(),
+            [](const Entry* left, const Entry* right) { return left->name < right->name; });
   std::vector<ScoreDictVar*> vars;
-  vars.reserve(names.size());
-  for (const std::string* name : names) vars.push_back(Find(*name));
+  vars.reserve(sorted.size());
+  for (const Entry* entry : sorted) vars.push_back(entry->var.get());
   return vars;
 }
 
 std::vector<std::string> BaseDictionary::GetVarNames() const {
   std::vector<std::string> names;
-  names.reserve(fOrder.size());
-  for (const std::string* name : fOrder) names.push_back(*name);
+  names.reserve(fEntries.size());
+  for (const Entry& entry : fEntries) names.push_back(entry.name);
   return names;
 }
 
@@ -75,20 +80,21 @@ void BaseDictionary::Display(std::ostream& out) const {
   out << "End Of ScoreDictionary display.\n\n";
 }
 
+std::uint32_t BaseDictionary::PositionOf(const std::string& name) const {
+  return fIndex.Find(name,
+                     [this](std::uint32_t position) -> std::string_view { return fEntries[position].name; });
+}
+
 ScoreDictVar* BaseDictionary::Find(const std::string& name) const {
-  const auto entry = fVars.find(name);
-  return entry == fVars.end() ? nullptr : entry->second.get();
+  const std::uint32_t position = PositionOf(name);
+  return position == NameIndex::kNone ? nullptr : fEntries[position].var.get();
 }
 
-void BaseDictionary::Take(const std::string& name, ScoreDictVar* var) {
-  const auto entry = fVars.emplace(name, var).first;
-  fOrder.push_back(&entry->first);
-}
-
-void BaseDictionary::CopyFrom(const BaseDictionary& other) {
-  fVars.reserve(other.fVars.size());
-  fOrder.reserve(other.fOrder.size());
-  for (const std::string* name : other.fOrder) Take(*name, other.Find(*name)->Clone());
+bool BaseDictionary::Take(const std::string& name, ScoreDictVar* var) {
+  if (PositionOf(name) != NameIndex::kNone) return false;
+  fEntries.push_back({name, std::unique_ptr<ScoreDictVar>(var)});
+  fIndex.Append(name);
+  return true;
 }
 
 }  // namespace KxVeyra_940

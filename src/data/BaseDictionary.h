@@ -8,9 +8,9 @@
 
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "data/NameIndex.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreDictionary.h"
 
@@ -37,17 +37,24 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
   std::vector<std::string> GetVarNames() const override;
   void Display(std::ostream& out) const override;
 
+  // The variable that was added as number `position`, from 0; null beyond the last one.
+  ScoreDictVar* GetVarAt(std::size_t position) const {
+    return position < fEntries.size() ? fEntries[position].var.get() : nullptr;
+  }
+
  private:
-  // Nodes keep their place: fOrder points to the names in it.
-  using Vars = std::unordered_map<std::string, std::unique_ptr<ScoreDictVar>>;
+  struct Entry {
+    std::string name;
+    std::unique_ptr<ScoreDictVar> var;
+  };
 
+  std::uint32_t PositionOf(const std::string& name) const;
   ScoreDictVar* Find(const std::string& name) const;
-  // Takes the variable under a name that is new.
-  void Take(const std::string& name, ScoreDictVar* var);
-  void CopyFrom(const BaseDictionary& other);
+  // Takes the variable, unless the name is held: false.
+  bool Take(const std::string& name, ScoreDictVar* var);
 
-  Vars fVars;
-  std::vector<const std::string*> fOrder;  // of addition
+  std::vector<Entry> fEntries;  // in the order of addition
+  NameIndex fIndex;
 };
 
 }  // namespace KxVeyra_940
