@@ -51,6 +51,9 @@ double Compare(benchmark::State& state, Floor floor, Subject subject) {
 }
 
 // The last lines of a program.
+inline void PrintRatio(const std::string& what, double ratio) {
+  std::printf("%s = %.2f\n", what.c_str(), ratio);
+}
 inline void PrintRatio(const std::string& what, double ratio, double limit) {
   std::printf("%s = %.2f (limit %g)\n", what.c_str(), ratio, limit);
 }

@@ -108,7 +108,7 @@ void Measure(benchmark::State& state, Load& load) {
 void PrintLast(const Load* previous, const Load& load) {
   const std::string name(load.name);
   PrintRatio("load " + name + ": own time / bare parse", load.ownPerBare, kOwnLimit);
-  std::printf("load %s: release of the model / bare parse = %.2f\n", load.name, load.release);
+  PrintRatio("load " + name + ": release of the model / bare parse", load.release);
   if (previous == nullptr) return;
   PrintRatio("load " + name + ": own time per byte / that of " + previous->name,
              load.ownPerByte / previous->ownPerByte, kGrowthLimit);

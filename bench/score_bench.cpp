@@ -1,0 +1,150 @@
+// Scoring case by case, filling of the record included, compared with a hand-written function over arrays.
+//
+// The floor sums 20 products and looks 5 texts up in a hash table each.  The cases are many and random, so
+// that neither branches nor hashes are predictable.
+
+#include <cmath>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "AllocationCounter.h"
+#include "Comparison.h"
+#include "RegressionDocument.h"
+#include "data/CaseRecord.h"
+#include "veyra/ModelFactory.h"
+#include "veyra/VYException.h"
+
+namespace {
+
+using namespace VeyraBench;
+using KxVeyra_940::CaseRecord;
+using KxVeyra_940::ModelFactory;
+using KxVeyra_940::ScoreModel;
+using KxVeyra_940::ScoreResult;
+
+constexpr int kGroups = 5;
+constexpr std::size_t kNumbers = kGroups * kNumbersPerGroup;
+constexpr std::size_t kTexts = kGroups;
+constexpr std::size_t kCases = 10000;
+constexpr double kLimit = 4;
+
+struct Case {
+  double numbers[kNumbers];
+  std::string texts[kTexts];
+};
+
+std::vector<Case> MakeCases(const RegressionDocument& document) {
+  std::mt19937 random(25);
+  std::normal_distribution<double> number(0, 10);
+  std::vector<Case> cases(kCases);
+  for (Case& one : cases) {
+    for (double& value : one.numbers) value = number(random);
+    for (std::size_t i = 0; i < kTexts; ++i) {
+      const std::vector<Category>& categories = document.Categories()[i];
+      one.texts[i] =
+          categories[std::uniform_int_distribution<std::size_t>(0, categories.size() - 1)(random)].text;
+    }
+  }
+  return cases;
+}
+
+class HandWritten {
+ public:
+  explicit HandWritten(const RegressionDocument& document)
+      : fIntercept(document.Intercept()), fCoefficients(document.Coefficients()), fTables(kTexts) {
+    for (std::size_t i = 0; i < kTexts; ++i) {
+      for (const Category& category : document.Categories()[i]) {
+        fTables[i].emplace(category.text, category.coefficient);
+      }
+    }
+  }
+
+  double Score(const Case& one) const {
+    double sum = fIntercept;
+    for (std::size_t i = 0; i < kNumbers; ++i) sum += fCoefficients[i] * one.numbers[i];
+    for (std::size_t i = 0; i < kTexts; ++i) {
+      const auto found = fTables[i].find(one.texts[i]);
+      if (found != fTables[i].end()) sum += found->second;
+    }
+    return sum;
+  }
+
+ private:
+  double fIntercept;
+  std::vector<double> fCoefficients;
+  std::vector<std::unordered_map<std::string, double>> fTables;
+};
+
+class Scoring {
+ public:
+  explicit Scoring(const RegressionDocument& document) {
+    std::istringstream in(document.Text());
+    fModel.reset(ModelFactory::MakeModelFromXML(in, "RegressionModel"));
+    for (std::size_t i = 0; i < kNumbers; ++i) fRecord.Add(RegressionDocument::NumberName(i), nullptr);
+    for (std::size_t i = 0; i < kTexts; ++i) fRecord.Add(RegressionDocument::CategoryName(i), nullptr);
+    Require(fModel->PrepareForCases(fRecord).IsOK(), "layout");
+    fResult.reset(fModel->NewResult());
+  }
+
+  double Score(const Case& one) {
+    int slot = 0;
+    bool isFilled = true;
+    for (const double number : one.numbers) isFilled &= fRecord.SetValue(slot++, number);
+    for (const std::string& text : one.texts) isFilled &= fRecord.SetText(slot++, text);
+    if (!isFilled || !fModel->Score(fRecord, *fResult).IsOK()) return std::nan("");
+    return fResult->GetPredictedValue()->GetDouble();
+  }
+
+ private:
+  std::unique_ptr<ScoreModel> fModel;
+  CaseRecord fRecord{kNumbers + kTexts};
+  std::unique_ptr<ScoreResult> fResult;
+};
+
+template <class Scorer>
+double SumOf(Scorer& scorer, const std::vector<Case>& cases) {
+  double sum = 0;
+  for (const Case& one : cases) sum += scorer.Score(one);
+  return sum;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  ModelFactory::Initialize("");
+  benchmark::Initialize(&argc, argv);
+  const RegressionDocument document(kGroups, false);
+  const std::vector<Case> cases = MakeCases(document);
+  HandWritten handWritten(document);
+  const AllocationCounter ofAll;
+  Scoring scoring(document);
+  Require(ofAll.Count() > 0, "loading allocates, so the counter does not count");
+  for (const Case& one : cases) {
+    Require(std::fabs(scoring.Score(one) - handWritten.Score(one)) < 1e-9, "prediction");
+  }
+  const AllocationCounter ofCases;
+  SumOf(scoring, cases);
+  const double allocations = static_cast<double>(ofCases.Count()) / static_cast<double>(kCases);
+
+  double ratio = 0;
+  benchmark::RegisterBenchmark("score 10000 cases",
+                               [&](benchmark::State& state) {
+                                 ratio = Compare(
+                                     state, [&] { benchmark::DoNotOptimize(SumOf(handWritten, cases)); },
+                                     [&] { benchmark::DoNotOptimize(SumOf(scoring, cases)); });
+                                 state.counters["allocations/case"] = allocations;
+                               })
+      ->UseManualTime()
+      ->MinTime(2)
+      ->Unit(benchmark::kMillisecond);
+  benchmark::RunSpecifiedBenchmarks();
+  std::printf("score: heap allocations per case = %g (limit 0)\n", allocations);
+  PrintRatio("score: scoring / hand-written floor", ratio, kLimit);
+} catch (const KxVeyra_940::VYException& e) {
+  std::fprintf(stderr, "%s\n", e.GetErrorMessage().c_str());
+  return EXIT_FAILURE;
+}
