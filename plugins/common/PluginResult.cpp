@@ -8,6 +8,7 @@ PluginResult::~PluginResult() = default;
 void PluginResult::SetPredictedValue(ScoreValue* value) {
   if (value != fGivenValue.get()) fGivenValue.reset(value);
   fPredicted = value;
+  fPredictedCategory = value == nullptr ? -1 : FindCategory(*value);
 }
 
 void PluginResult::AddValueProbability(ScoreValue* value, double probability) {
@@ -39,6 +40,7 @@ const ScoreValue* PluginResult::GetOutputValue(int index) const {
 
 void PluginResult::Reset() {
   fPredicted = nullptr;
+  fPredictedCategory = -1;
   fProbability = NumericValue::gSysmisValue;
   for (Category& category : fCategories) category.probability = NumericValue::gSysmisValue;
   for (const auto& output : fOutputs) output->value = nullptr;
@@ -55,19 +57,17 @@ void PluginResult::AddOutput(const std::string& name) {
 void PluginResult::SetPredictedNumber(double number) {
   fNumber.SetDoubleValue(number);
   fPredicted = &fNumber;
+  fPredictedCategory = -1;
 }
 
 void PluginResult::SetPredictedCategory(int index) {
   fPredicted = At(index).value.get();
+  fPredictedCategory = index;
   fProbability = At(index).probability;
 }
 
 void PluginResult::SetCategoryProbability(int index, double probability) {
   At(index).probability = probability;
-}
-
-int PluginResult::GetPredictedCategory() const {
-  return fPredicted == nullptr ? -1 : FindCategory(*fPredicted);
 }
 
 int PluginResult::FindCategory(const ScoreValue& value) const {

@@ -41,7 +41,7 @@ class PluginResult final : public ScoreResult {
   void SetPredictedCategory(int index);  // also its probability
   void SetCategoryProbability(int index, double probability);
   // The index of the predicted category, or -1.
-  int GetPredictedCategory() const;
+  int GetPredictedCategory() const { return fPredictedCategory; }
   int FindCategory(const ScoreValue& value) const;  // -1 when there is none
 
   void SetOutputNumber(int index, double number);
@@ -66,6 +66,7 @@ class PluginResult final : public ScoreResult {
 
   ResultKind fKind;
   const ScoreValue* fPredicted = nullptr;  // fNumber, a category, or fGivenValue
+  int fPredictedCategory = -1;
   NumericValue fNumber;
   std::unique_ptr<ScoreValue> fGivenValue;
   double fProbability = NumericValue::gSysmisValue;

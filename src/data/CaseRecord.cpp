@@ -28,26 +28,30 @@ void CaseRecord::Add(const std::string& name, ScoreValue* value) {
   if (content != nullptr) fParked.Replace(slot, nullptr);
 }
 
-// The value of a slot as `Value`, whose kind is `type`: the one in it, or for an empty slot the one put aside
-// or a new one.  Null for an index outside the slots and for another kind.
+// The value of a slot as `Value`, whose kind is `type`; an empty slot is filled.  Null for an index outside
+// the slots and for another kind.
 template <class Value>
 Value* CaseRecord::Slot(int index, ScoreValue::ValueType type) {
   if (!IsSlot(index)) return nullptr;
   const auto slot = static_cast<std::size_t>(index);
-  const ScoreValue* const content = fSlots.At(slot);
+  ScoreValue* content = fSlots.At(slot);
   if (content == nullptr) {
-    ScoreValue* reused = fParked.At(slot);
-    if (reused != nullptr && reused->GetType() == type) {
-      fParked.Release(slot);
-    } else {
-      fParked.Replace(slot, nullptr);
-      reused = new Value;
-    }
-    fSlots.Replace(slot, reused);
+    content = Refill<Value>(slot, type);
   } else if (content->GetType() != type) {
     return nullptr;
   }
-  return static_cast<Value*>(fSlots.At(slot));
+  return static_cast<Value*>(content);
+}
+
+// Fills an empty slot with the value put aside when it is of that kind, else with a new one.
+template <class Value>
+ScoreValue* CaseRecord::Refill(std::size_t slot, ScoreValue::ValueType type) {
+  const ScoreValue* const parked = fParked.At(slot);
+  const bool isUsable = parked != nullptr && parked->GetType() == type;
+  ScoreValue* const content = isUsable ? fParked.Release(slot) : new Value;
+  fParked.Replace(slot, nullptr);
+  fSlots.Replace(slot, content);
+  return content;
 }
 
 bool CaseRecord::SetValue(const std::string& name, double value) { return SetValue(GetIndex(name), value); }

@@ -61,10 +61,12 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   void Clear(int index);
 
  private:
-  bool IsSlot(int index) const { return index >= 0 && index < Size(); }
+  bool IsSlot(int index) const { return index >= 0 && static_cast<std::size_t>(index) < fSlots.Size(); }
   void Reserve(std::size_t size);
   template <class Value>
   Value* Slot(int index, ScoreValue::ValueType type);
+  template <class Value>
+  ScoreValue* Refill(std::size_t slot, ScoreValue::ValueType type);
 
   std::map<std::string, int> fIndexes;
   OwnedList<ScoreValue> fSlots;

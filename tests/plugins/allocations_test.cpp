@@ -1,0 +1,136 @@
+// A case allocates nothing once a model, a record and a result are warm, whatever is in the case.
+
+#include <variant>
+
+#include "AllocationCounter.h"
+#include "plugins/Scoring.h"
+
+namespace {
+
+using namespace VeyraTest;
+
+struct Day {
+  double number;
+};
+constexpr auto kEmpty = std::monostate();
+using Cell = std::variant<std::monostate, double, Day, const char*>;
+
+// Texts are long enough to live on the heap.
+const char* const kRed = "red, as roses and fire engines are";
+const char* const kBlue = "blue, as the sky and the sea are  ";
+const char* const kGreen = "green, which the document does not list";
+const char* const kYes = "yes, the one that was hoped for";
+
+struct ModelRow {
+  const char* what;
+  const char* function;
+  const char* target;
+  const char* content;
+};
+
+std::string Document(const ModelRow& row) {
+  const std::string category = "<Value value='" + std::string(kRed) + "'/><Value value='" + kBlue + "'/>";
+  return "<PMML version='4.4'><DataDictionary numberOfFields='6'>"
+         "<DataField name='x' optype='continuous' dataType='double'>"
+         "<Interval closure='closedClosed' leftMargin='-100' rightMargin='100'/>"
+         "<Value value='-99' property='missing'/><Value value='99' property='invalid'/></DataField>"
+         "<DataField name='grade' optype='categorical' dataType='integer'><Value value='1'/><Value "
+         "value='2'/>"
+         "</DataField>"
+         "<DataField name='color' optype='categorical' dataType='string'>" +
+         category +
+         "</DataField>"
+         "<DataField name='day' optype='continuous' dataType='dateDaysSince[1960]'/>"
+         "<DataField name='amount' optype='continuous' dataType='double'/>"
+         "<DataField name='answer' optype='categorical' dataType='string'><Value value='" +
+         kYes + "' displayValue='Yes, to be shown in full length'/><Value value='no'/></DataField>" +
+         "</DataDictionary><RegressionModel functionName='" + row.function +
+         "' normalizationMethod='logit'><MiningSchema>"
+         "<MiningField name='x' missingValueReplacement='7' outliers='asExtremeValues' highValue='50'/>"
+         "<MiningField name='grade' missingValueReplacement='2' invalidValueTreatment='asMissing'/>"
+         "<MiningField name='color' missingValueReplacement='" +
+         kRed + "' invalidValueTreatment='asIs'/><MiningField name='day' missingValueReplacement='3'/>" +
+         "<MiningField name='" + row.target + "' usageType='target'/></MiningSchema>" + row.content +
+         "</RegressionModel></PMML>";
+}
+
+std::string Tables(const char* categories) {
+  return "<RegressionTable intercept='1' " + std::string(categories) +
+         "><NumericPredictor name='x' coefficient='0.01'/>"
+         "<NumericPredictor name='day' exponent='2' coefficient='0.01'/>"
+         "<CategoricalPredictor name='grade' value='2' coefficient='0.5'/>"
+         "<CategoricalPredictor name='color' value='" +
+         kBlue +
+         "' coefficient='-0.5'/>"
+         "<PredictorTerm coefficient='0.01'><FieldRef field='x'/><FieldRef field='day'/></PredictorTerm>"
+         "</RegressionTable>";
+}
+
+void Fill(CaseRecord& record, const std::vector<Cell>& cells) {
+  for (std::size_t i = 0; i < cells.size(); ++i) {
+    const int slot = static_cast<int>(i);
+    record.Clear(slot);
+    if (const double* number = std::get_if<double>(&cells[i])) {
+      record.SetValue(slot, *number);
+    } else if (const Day* day = std::get_if<Day>(&cells[i])) {
+      record.SetValue(slot, day->number, KxVeyra_940::ScoreDictVar::kDateDaysSince1960);
+    } else if (const char* const* text = std::get_if<const char*>(&cells[i])) {
+      record.SetText(slot, *text);
+    }
+  }
+}
+
+TEST(Allocations, NoneForAWarmCase) {
+  const std::string probabilities = "<OutputField name='p' feature='probability'/>";
+  const std::string outputs =
+      "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/>"
+      "<OutputField name='r' feature='residual'/>";
+  const std::string number = "<Output>" + outputs + "</Output>" + Tables("");
+  const std::string category = "<Output>" + outputs + probabilities + "</Output>" +
+                               Tables("targetCategory='no'") +
+                               "<RegressionTable intercept='0' targetCategory='" + kYes + "'/>";
+  const ModelRow models[] = {
+      {"a number", "regression", "amount", number.c_str()},
+      {"a category", "classification", "answer", category.c_str()},
+  };
+  // x, grade, color, day, amount, answer
+  const std::pair<const char*, std::vector<Cell>> cases[] = {
+      {"complete", {3., 1., kRed, Day{10}, 5., kYes}},
+      {"the other answer", {-50., 1., kBlue, Day{1}, 5., "no"}},
+      {"missing cells and the actual value too", {kEmpty, kEmpty, kEmpty, kEmpty, kEmpty, kEmpty}},
+      {"a value declared missing", {-99., 2., kRed, Day{10}, 5., kYes}},
+      {"declared invalid: no answer", {99., 2., kRed, Day{10}, 5., kYes}},
+      {"invalid as missing, invalid as it is", {3., 9., kGreen, Day{10}, 5., kYes}},
+      {"beyond the bound", {70., 2., kRed, Day{10}, 5., kYes}},
+      {"an actual value of no category", {3., 2., kBlue, Day{10}, 5., kGreen}},
+  };
+  for (const ModelRow& row : models) {
+    SCOPED_TRACE(row.what);
+    const AllocationCounter ofLoading;
+    const std::unique_ptr<ScoreModel> model = MakeModel(Document(row), "RegressionModel");
+    ASSERT_GT(ofLoading.Count(), 0) << "allocations of the library are not counted";
+    CaseRecord record(6);
+    for (const char* name : {"x", "grade", "color", "day", "amount", "answer"}) record.Add(name, nullptr);
+    ASSERT_TRUE(model->PrepareForCases(record).IsOK());
+    const std::unique_ptr<ScoreResult> result(model->NewResult());
+    std::vector<std::string> cold;
+    for (const auto& [what, cells] : cases) {
+      Fill(record, cells);
+      model->Score(record, *result);
+      cold.push_back(Answer(*result));
+    }
+    EXPECT_NE(cold[0], cold[1]);
+    auto before = cold.begin();
+    for (const auto& [what, cells] : cases) {
+      SCOPED_TRACE(what);
+      const AllocationCounter counter;
+      Fill(record, cells);
+      model->Score(record, *result);
+      const long allocations = counter.Count();
+      EXPECT_EQ(allocations, 0);
+      EXPECT_EQ(Answer(*result), *before++);
+    }
+  }
+}
+
+}  // namespace
