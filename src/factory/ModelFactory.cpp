@@ -262,8 +262,10 @@ ScoreModel* ModelFactory::MakeModelFromXML(ScoreModel* baseModel, DOMElement* mo
                                            const Names& modelNames, const std::string& encoding,
                                            bool supportOldParser) {
   return BuildFromElements(modelElement, modelNames, supportOldParser, [&](ScoreTranslator& translator) {
-    return translator.ParseFromTree(modelElement, baseModel->GetDictionary(),
-                                    baseModel->GetTransformationDictionary(), encoding);
+    ScoreDictionary* const dictionary = baseModel == nullptr ? nullptr : baseModel->GetDictionary();
+    ScoreDictionary* const transformationDictionary =
+        baseModel == nullptr ? nullptr : baseModel->GetTransformationDictionary();
+    return translator.ParseFromTree(modelElement, dictionary, transformationDictionary, encoding);
   });
 }
 
