@@ -1,0 +1,408 @@
+// Every road from a document to a plug-in.  The plug-ins tell in their model's kind how they were called.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "abi/Outcome.h"
+#include "data/BaseDictionary.h"
+#include "data/DictVar.h"
+#include "factory/DynamicLibrary.h"
+#include "tools/RunProgram.h"
+#include "transform/TransformationDictionary.h"
+
+namespace {
+
+using namespace KxVeyra_940;
+using namespace VeyraTest;
+
+const std::string kTree = "<PMML><TreeModel/></PMML>";
+const std::string kNeighbors = "<PMML><a/><NearestNeighborModel/></PMML>";
+
+// Each row runs without Initialize and after it.
+class Roads : public testing::TestWithParam<bool> {
+ protected:
+  Roads() {
+    if (GetParam()) ModelFactory::Initialize("");
+  }
+  ~Roads() override {
+    if (GetParam()) ModelFactory::Terminate();
+  }
+};
+INSTANTIATE_TEST_SUITE_P(Factory, Roads, testing::Bool(),
+                         [](const auto& how) { return how.param ? "Initialised" : "PerCall"; });
+
+TEST_P(Roads, TheRootAndTheCatalogueChooseThePlugin) {
+  const struct {
+    const char* what;
+    std::string document;
+    Names names;
+    std::string want;
+    std::string wantWithDictionary;  // empty: as `want`
+  } kRows[] = {
+      {"the first name that occurs wins, whatever the document's order",
+       "<PMML><TreeModel/><x><GeneralRegressionModel/></x></PMML>",
+       {"AssociationModel", "GeneralRegressionModel", "TreeModel"},
+       "GeneralRegressionModel: names(AssociationModel,GeneralRegressionModel,TreeModel) document(PMML, 'e')",
+       "GeneralRegressionModel: names(AssociationModel,GeneralRegressionModel,TreeModel) "
+       "document with dictionary(PMML, 1 fields, 'e')"},
+      {"a name that stands twice",
+       kTree,
+       {"TreeModel", "TreeModel"},
+       "TreeModel: names(TreeModel,TreeModel) document(PMML, 'e')",
+       "TreeModel: names(TreeModel,TreeModel) document with dictionary(PMML, 1 fields, 'e')"},
+      {"a plug-in that does not ask for the catalogue",
+       "<PMML><NamelessModel/></PMML>",
+       {"NamelessModel"},
+       "NamelessModel: document(PMML, 'e')",
+       "NamelessModel: document with dictionary(PMML, 1 fields, 'e')"},
+      {"lattices belong to associations",
+       "<PMML><AssociationModelLattice/></PMML>",
+       {"AssociationModelLattice"},
+       "AssociationModel: names(AssociationModelLattice) document(PMML, 'e')",
+       "AssociationModel: names(AssociationModelLattice) document with dictionary(PMML, 1 fields, 'e')"},
+      {"the root is no model", "<PMML/>", {"PMML"}, "260301: ", ""},
+      {"names are case-sensitive and whole", kTree, {"treemodel", "Tree", "TreeModel\r"}, "260301: ", ""},
+      {"an empty catalogue", kTree, {}, "260301: ", ""},
+      {"a prefix is part of the name",
+       "<PMML xmlns:p='u'><p:TreeModel/></PMML>",
+       {"TreeModel"},
+       "260301: ",
+       ""},
+      {"zent-ml: a regression needs no catalogue",
+       "<zent-ml><x><regression-model/></x><TreeModel/></zent-ml>",
+       {"TreeModel"},
+       "GeneralRegressionModel: names(TreeModel) document(zent-ml, 'e')",
+       ""},
+      {"zent-ml: anything else is searched for",
+       "<zent-ml><TreeModel/></zent-ml>",
+       {"TreeModel"},
+       "TreeModel: names(TreeModel) document(zent-ml, 'e')",
+       ""},
+      {"Tree needs no catalogue", "<Tree/>", {"x"}, "TreeModel: names(x) document(Tree, 'e')", ""},
+      {"AssocLattice is searched",
+       "<AssocLattice><AssociationModel/></AssocLattice>",
+       {"AssociationModel"},
+       "AssociationModel: names(AssociationModel) document(AssocLattice, 'e')",
+       ""},
+      {"SequentialAssociationLattice is searched",
+       "<SequentialAssociationLattice/>",
+       {"TreeModel"},
+       "260301: ",
+       ""},
+      {"another root",
+       "<Other><TreeModel/></Other>",
+       {"TreeModel"},
+       "260301: Other",
+       "TreeModel: names(TreeModel) document with dictionary(Other, 1 fields, 'e')"},
+      {"another root that holds nothing", "<pmml/>", {"TreeModel"}, "260301: pmml", "260301: "},
+      {"a neighbour model before the end goes to its plug-in as a stream",
+       kNeighbors,
+       {"TreeModel", "NearestNeighborModel"},
+       "NearestNeighborModel: stream(<PMML at 0, aux 'aux', '')",
+       "NearestNeighborModel: stream(<PMML at 0, aux '', '')"},
+      {"even when the catalogue has an earlier name for the document",
+       "<PMML><TreeModel/><NearestNeighborModel/></PMML>",
+       {"TreeModel", "NearestNeighborModel"},
+       "NearestNeighborModel: stream(<PMML at 0, aux 'aux', '')",
+       "NearestNeighborModel: stream(<PMML at 0, aux '', '')"},
+      {"a neighbour model that no catalogue name allows",
+       kNeighbors,
+       {"TreeModel"},
+       "260113: NearestNeighborModel",
+       ""},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    std::istringstream in(row.document);
+    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, row.names, "e", "aux"); }), row.want);
+    BaseDictionary dictionary;
+    dictionary.AddVar("x", new DictVar("x", ScoreDictVar::kNUMERIC_VAR));
+    std::istringstream again(row.document);
+    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(again, &dictionary, row.names, "e"); }),
+              row.wantWithDictionary.empty() ? row.want : row.wantWithDictionary);
+  }
+}
+
+TEST_P(Roads, StreamsAreReadFromTheirStart) {
+  std::istringstream in("      " + kNeighbors);
+  in.seekg(6);
+  EXPECT_EQ(
+      Outcome([&] { return ModelFactory::MakeModelFromXML(in, Names{"NearestNeighborModel"}, "", "a"); }),
+      "NearestNeighborModel: stream(      at 0, aux 'a', '')");
+  std::istringstream read(kTree);
+  read.seekg(0, std::ios::end);
+  read.get();
+  ASSERT_TRUE(read.eof());
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(read, Names{"TreeModel"}, ""); }),
+            "TreeModel: names(TreeModel) document(PMML, '')")
+      << "the pre-scan of a stream at its end finds nothing; the parser reads it from the start";
+}
+
+// Strings: constant ones name the model, others the catalogue file.
+TEST_P(Roads, FilesAndStrings) {
+  const TemporaryDirectory files;
+  const std::string tree = files.Write("tree \xC3\xA4.pmml", kTree);
+  const std::string neighbors = files.Write("n.pmml", kNeighbors);
+  std::string catalogue = files.Write("cat \xC3\xA4.txt", "NearestNeighborModel, TreeModel");
+  const std::string fromFile = "TreeModel: names(NearestNeighborModel,TreeModel) document(PMML, ";
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(tree, catalogue, "e"); }), fromFile + "'e')");
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(neighbors, catalogue, "e", "g\xC3\xA4"); }),
+            "NearestNeighborModel: stream(<PMML at 0, aux 'g\xC3\xA4', '')");
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(neighbors, catalogue, "e"); }),
+            "NearestNeighborModel: stream(<PMML at 0, aux '', '')");
+  std::istringstream in(kTree);
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, catalogue); }), fromFile + "'')");
+  const std::string name = "TreeModel";
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, name); }),
+            "TreeModel: names(TreeModel) document(PMML, '')");
+  const std::string other = "GeneralRegressionModel";
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, other); }), "260301: ");
+  std::string noCatalogue = "TreeModel";
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, noCatalogue); }), "260103: TreeModel");
+}
+
+// A parsed document whose platform this program keeps up.
+class Elements : public testing::Test {
+ protected:
+  // Finds the first element of that name.
+  xercesc::DOMElement* Find(const char16_t* name) const {
+    return static_cast<xercesc::DOMElement*>(fDocument->getElementsByTagName(name)->item(0));
+  }
+
+  struct Platform {
+    Platform() { xercesc::XMLPlatformUtils::Initialize(); }
+    ~Platform() { xercesc::XMLPlatformUtils::Terminate(); }
+  };
+  struct Release {
+    void operator()(xercesc::DOMDocument* document) const { document->release(); }
+  };
+  static xercesc::DOMDocument* NewDocument() {
+    auto* document =
+        xercesc::DOMImplementation::getImplementation()->createDocument(nullptr, u"PMML", nullptr);
+    for (const char16_t* name :
+         {u"DataDictionary", u"TreeModel", u"DecisionTree", u"Regression", u"AssociationModelLattice",
+          u"NullModel", u"NamelessModel", u"NoSuchModel"}) {
+      document->getDocumentElement()->appendChild(document->createElement(name));
+    }
+    return document;
+  }
+
+  Platform fPlatform;
+  std::unique_ptr<xercesc::DOMDocument, Release> fDocument{NewDocument()};
+  BaseDictionary fDictionary;
+  TransformationDictionary fTransformations;
+};
+
+TEST_F(Elements, ModelElementWithDictionariesOrOnAModel) {
+  ModelFactory::fModelNames = {"TreeModel"};
+  const std::unique_ptr<ScoreModel> base(
+      ModelFactory::MakeModelFromXML(Find(u"TreeModel"), Names{}, nullptr, nullptr, ""));
+  const struct {
+    const char* what;
+    xercesc::DOMElement* element;
+    Names names;
+    std::string want;
+    std::string wantOnModel;
+  } kRows[] = {
+      {"by its tag, the catalogue is not passed on",
+       Find(u"TreeModel"),
+       {"x", "TreeModel"},
+       "TreeModel: element(TreeModel, 0 fields, 0 fields, 'e')",
+       "TreeModel: element on model(TreeModel, TreeModel: element(TreeModel, null, null, ''), 'e')"},
+      {"an empty list stands for the process's catalogue",
+       Find(u"TreeModel"),
+       {},
+       "TreeModel: element(TreeModel, 0 fields, 0 fields, 'e')",
+       "TreeModel: element on model(TreeModel, TreeModel: element(TreeModel, null, null, ''), 'e')"},
+      {"DecisionTree is a tree",
+       Find(u"DecisionTree"),
+       {"TreeModel"},
+       "TreeModel: element(DecisionTree, 0 fields, 0 fields, 'e')",
+       "TreeModel: element on model(DecisionTree, TreeModel: element(TreeModel, null, null, ''), 'e')"},
+      {"Regression is a regression",
+       Find(u"Regression"),
+       {"TreeModel", "Regression"},
+       "260113: RegressionModel",
+       "260113: RegressionModel"},
+      {"a list that lacks the name",
+       Find(u"DecisionTree"),
+       {"DecisionTree"},
+       "260113: TreeModel",
+       "260113: TreeModel"},
+      {"lattices have no other plug-in here",
+       Find(u"AssociationModelLattice"),
+       {"AssociationModelLattice"},
+       "260113: AssociationModelLattice",
+       "260113: AssociationModelLattice"},
+      {"a plug-in without a translator", Find(u"NullModel"), {"NullModel"}, "null", "null"},
+      {"no element", nullptr, {"TreeModel"}, "null", "null"},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    void* const element = row.element;
+    EXPECT_EQ(Outcome([&] {
+                return ModelFactory::MakeModelFromXML(element, row.names, &fDictionary, &fTransformations,
+                                                      "e");
+              }),
+              row.want);
+    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(element, row.names, base.get(), "e"); }),
+              row.wantOnModel);
+  }
+}
+
+TEST_F(Elements, ThreeElementsOrAModelAndItsElement) {
+  std::istringstream in(kTree);
+  const std::unique_ptr<ScoreModel> base(ModelFactory::MakeModelFromXML(in, Names{"TreeModel"}, ""));
+  base->SetScoreDictionary(&fDictionary, false);
+  base->SetTransformationScoreDictionary(&fTransformations, false);
+  const struct {
+    const char* what;
+    const char16_t* element;
+    bool supportOldParser;
+    std::string want;
+    std::string wantOnModel;
+  } kRows[] = {
+      {"the flag is passed on", u"TreeModel", true,
+       "TreeModel: names(x,y) old parser elements(PMML, DataDictionary, TreeModel, 'e')",
+       "TreeModel: names(x,y) old parser element(TreeModel, 0 fields, 0 fields, 'e')"},
+      {"the catalogue is not searched", u"NamelessModel", false,
+       "NamelessModel: no old parser elements(PMML, DataDictionary, NamelessModel, 'e')",
+       "NamelessModel: no old parser element(NamelessModel, 0 fields, 0 fields, 'e')"},
+      {"lattices belong to associations", u"AssociationModelLattice", false,
+       "AssociationModel: names(x,y) no old parser elements(PMML, DataDictionary, AssociationModelLattice, "
+       "'e')",
+       "AssociationModel: names(x,y) no old parser element(AssociationModelLattice, 0 fields, 0 fields, "
+       "'e')"},
+      {"older names are no names here", u"DecisionTree", false, "260113: DecisionTree",
+       "260113: DecisionTree"},
+      {"a plug-in without a translator", u"NullModel", false, "260113: NullModel", "260113: NullModel"},
+      {"no element", u"absent", true, "null", "null"},
+  };
+  const Names names = {"x", "y"};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.what);
+    xercesc::DOMElement* const element = Find(row.element);
+    EXPECT_EQ(Outcome([&] {
+                return ModelFactory::MakeModelFromXML(fDocument->getDocumentElement(),
+                                                      Find(u"DataDictionary"), element, names, "e",
+                                                      row.supportOldParser);
+              }),
+              row.want);
+    EXPECT_EQ(Outcome([&] {
+                return ModelFactory::MakeModelFromXML(base.get(), element, names, "e", row.supportOldParser);
+              }),
+              row.wantOnModel);
+  }
+  EXPECT_EQ(Outcome([&] {
+              return ModelFactory::MakeModelFromXML(nullptr, nullptr, Find(u"TreeModel"), names, "", false);
+            }),
+            "TreeModel: names(x,y) no old parser elements(null, null, TreeModel, '')");
+  EXPECT_EQ(Outcome([&] {
+              ScoreModel* const noModel = nullptr;
+              return ModelFactory::MakeModelFromXML(noModel, Find(u"TreeModel"), names, "", false);
+            }),
+            "TreeModel: names(x,y) no old parser element(TreeModel, null, null, '')");
+}
+
+TEST(Catalogue, IsFilledOnceAndReplacedByInitialize) {
+  const TemporaryDirectory files;
+  const std::string tree = files.Write("tree.pmml", kTree);
+  EXPECT_TRUE(ModelFactory::fModelNames.empty());
+  OutcomeOf("<PMML/>", {"first", "second"});
+  EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"})) << "a failed call fills it as well";
+  OutcomeOf(kTree, {"TreeModel"});
+  const std::string catalogue = files.Write("names", "third");
+  Outcome([&] { return ModelFactory::MakeModelFromXML(tree, catalogue, ""); });
+  EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"}));
+  ModelFactory::Initialize("");
+  EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"}));
+  EXPECT_TRUE(ModelFactory::fInitialized);
+  ModelFactory::Initialize(catalogue);
+  EXPECT_EQ(ModelFactory::fModelNames, Names{"third"});
+  ModelFactory::fModelNames = {"TreeModel"};
+  EXPECT_EQ(OutcomeOf(kTree, ModelFactory::fModelNames), "TreeModel: names(TreeModel) document(PMML, '')");
+  ModelFactory::Terminate();
+  ModelFactory::Terminate();
+  EXPECT_TRUE(ModelFactory::fInitialized);
+  EXPECT_EQ(ModelFactory::fModelNames, Names{"TreeModel"});
+}
+
+TEST(Catalogue, IsFilledByTheFileEntryAndTheDictionaryEntryToo) {
+  const TemporaryDirectory files;
+  const std::string catalogue = files.Write("names", "file");
+  const std::string absent = files.Path("absent");
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(absent, catalogue, ""); }),
+            "260104: " + absent);
+  EXPECT_EQ(ModelFactory::fModelNames, Names{"file"});
+  ModelFactory::fModelNames.clear();
+  OutcomeWithDictionary("<PMML/>", {"dictionary"});
+  EXPECT_EQ(ModelFactory::fModelNames, Names{"dictionary"});
+}
+
+// The factory deletes the translator after the one call, whether a model came of it or an exception.
+TEST(Translator, IsDeletedAfterItsCall) {
+  for (const char* encoding : {"", "throw VYException", "throw standard"}) {
+    SCOPED_TRACE(encoding);
+    OutcomeOf(kTree, {"TreeModel"}, encoding);
+    VYDynamicLoadedLibrary library("libTreeModel940r.dylib", VYDynamicLoadedLibrary::kLazyMode);
+    const auto count = reinterpret_cast<int (*)()>(library.GetSymbolAddress("CountTranslators"));
+    ASSERT_NE(count, nullptr) << library.GetLastError();
+    EXPECT_EQ(count(), 0);
+  }
+}
+
+// Reads the lines that one call traces.
+class Trace : public testing::Test {
+ protected:
+  Trace() {
+    fFiles.Write("sc.cfg", "trace_leve,2\n");
+    std::filesystem::current_path(fFiles.Path(""));
+  }
+  ~Trace() override { std::filesystem::current_path("/"); }
+
+  std::string Lines() const {
+    const std::string path = "log" + std::to_string(getpid()) + "/" + std::to_string(gettid());
+    const std::string text = ReadFile(path + "_scoring_trace.log");
+    std::filesystem::remove(path + "_scoring_trace.log");
+    return text;
+  }
+
+  TemporaryDirectory fFiles;
+};
+
+TEST_F(Trace, OfEveryRoad) {
+  const std::string kSymbol = "Enter:GetSymbolAddress\nExit:GetSymbolAddress\n";
+  const std::string kMake = "Enter:MakeModelFromXML\n";
+  fFiles.Write("modeldll.txt", "TreeModel NearestNeighborModel");
+  const std::string tree = fFiles.Write("tree.pmml", kTree);
+  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(tree, "", ""); }),
+            "TreeModel: names(TreeModel,NearestNeighborModel) document(PMML, '')");
+  EXPECT_EQ(Lines(), kMake + kMake + "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
+  OutcomeWithDictionary(kTree, {"TreeModel"});
+  EXPECT_EQ(Lines(), kMake + "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
+  OutcomeOf(kNeighbors, {"NearestNeighborModel"});
+  EXPECT_EQ(Lines(), kMake + kSymbol + "Make Model End\n");
+  OutcomeOf(kTree, {"x"});
+  EXPECT_EQ(Lines(), kMake + "Enter:GetLibraryPath\n");
+  ModelFactory::Initialize("");
+  {
+    struct Release {
+      void operator()(xercesc::DOMDocument* document) const { document->release(); }
+    };
+    const std::unique_ptr<xercesc::DOMDocument, Release> document(
+        xercesc::DOMImplementation::getImplementation()->createDocument(nullptr, u"TreeModel", nullptr));
+    auto* const element = document->getDocumentElement();
+    const Names names = {"TreeModel"};
+    Outcome([&] {
+      return ModelFactory::MakeModelFromXML(static_cast<void*>(element), names, nullptr, nullptr, "");
+    });
+    EXPECT_EQ(Lines(), kMake + "Model name is :TreeModel\n" + kSymbol + "Exit:MakeModelFromXML\n");
+    Outcome([&] { return ModelFactory::MakeModelFromXML(nullptr, nullptr, element, names, "", false); });
+    EXPECT_EQ(Lines(), "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
+  }
+  ModelFactory::Terminate();
+}
+
+}  // namespace
