@@ -1,7 +1,10 @@
 #include "veyra/ModelFactory.h"
 
 #include <fstream>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
 
 #include "error/ProcessState.h"
 #include "error/Raise.h"
@@ -75,6 +78,29 @@ std::string SearchCatalogue(const DOMElement& root, const Names& names) {
   return KxXML_940::ToUTF8(element->getNodeName());
 }
 
+// One start of the parser platform that no stop follows.
+void KeepPlatformUp() {
+  if (!ModelFactory::fInitialized) xercesc::XMLPlatformUtils::Initialize();
+}
+
+// Runs a plug-in's translator under the guard.  An exception of the parser uses the platform's memory manager
+// until the host is done with it, which is after the guard has ended: it keeps the platform up.
+template <typename Build>
+ScoreModel* Translate(Build build) {
+  try {
+    return build();
+  } catch (const xercesc::XMLException&) {
+    KeepPlatformUp();
+    throw;
+  } catch (const xercesc::DOMException&) {
+    KeepPlatformUp();
+    throw;
+  } catch (const xercesc::SAXException&) {
+    KeepPlatformUp();
+    throw;
+  }
+}
+
 // Builds with the plug-in of `givenName`, or of the first catalogue name that the document holds when it is
 // empty.  `build` gets the translator.
 template <typename Build>
@@ -83,7 +109,7 @@ ScoreModel* BuildFromDocument(const Names& names, const DOMElement& root, const 
   TraceEnter(kGetLibraryPath);
   const std::string modelName = givenName.empty() ? SearchCatalogue(root, names) : givenName;
   const std::unique_ptr<ScoreTranslator> translator = GetNamedTranslator(names, modelName);
-  ScoreModel* model = build(*translator);
+  ScoreModel* model = Translate([&] { return build(*translator); });
   ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
   return model;
 }
@@ -106,7 +132,7 @@ ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, cons
                                       const std::string& auxPath) {
   const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, kNearestNeighborModel);
   if (translator == nullptr) return nullptr;
-  ScoreModel* model = translator->ParseFromTree(in, encoding, auxPath);
+  ScoreModel* model = Translate([&] { return translator->ParseFromTree(in, encoding, auxPath); });
   ScoringLog::GetInstance()->TraceText(1, "Make Model End");
   return model;
 }
@@ -140,7 +166,7 @@ ScoreModel* BuildFromElement(void* modelElement, const Names& modelNames, Build 
     ScoringLog::GetInstance()->TraceText(2, "Model name is :%s", name.c_str());
     const Names names = modelNames.empty() ? ModelFactory::fModelNames : modelNames;
     const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, name);
-    if (translator != nullptr) model = build(*translator, element);
+    if (translator != nullptr) model = Translate([&] { return build(*translator, element); });
   }
   TraceExit(kMakeModel);
   return model;
