@@ -4,9 +4,11 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/RuntimeException.hpp>
 
+#include "veyra/ModelFactory.h"
 #include "veyra/VYException.h"
 #include "xml/LockIsFree.h"
 #include "xml/XercesWrapper.h"
@@ -66,6 +68,22 @@ TEST_F(GuardFailure, OfAnotherKindPasses) {
 TEST_F(GuardFailure, IsNotSeenByAnInitialisedFactory) {
   gFailure = Failure::kOfTheParser;
   EXPECT_NO_THROW(const XercesWrapper guard(true));
+}
+
+TEST_F(GuardFailure, ReachesTheHostOfTheFactoryAndIsOverWithTheCall) {
+  for (const auto& [failure, want] :
+       {std::pair(Failure::kOfTheParser, 260102), std::pair(Failure::kNone, 260301)}) {
+    gFailure = failure;
+    std::istringstream in("<PMML/>");
+    try {
+      ModelFactory::MakeModelFromXML(in, std::vector<std::string>{"X"}, "");
+      ADD_FAILURE() << "no exception";
+    } catch (const VYException& exception) {
+      EXPECT_EQ(exception.GetErrorCode(), want);
+    }
+    EXPECT_EQ(xercesc::XMLPlatformUtils::fgTransService, nullptr);
+    EXPECT_TRUE(LockIsFree());
+  }
 }
 
 }  // namespace
