@@ -1,6 +1,7 @@
 // A plug-in that translates nothing: the kind of its model tells in which way the factory asked for it.  An
 // encoding "throw ..." makes the translator throw instead.
 
+#include <atomic>
 #include <istream>
 #include <memory>
 #include <new>
@@ -20,7 +21,7 @@ using namespace KxVeyra_940;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 
-int gLiveTranslators = 0;
+std::atomic<int> gLiveTranslators = 0;
 
 class RecordedModel final : public BaseModel {
  public:
