@@ -21,6 +21,8 @@ class VEYRA_API VersionInfo : public ScoreVersionInfo {
   void SetVersionInfo(const std::string& version) override;
   VersionInfo* Clone() const override;
   bool operator==(const ScoreVersionInfo& other) const override;
+  // For two of this class, which could otherwise be compared either way round.
+  bool operator==(const VersionInfo& other) const { return fVersion == other.fVersion; }
   const std::string& GetVersionInfo() const override;
 
  private:

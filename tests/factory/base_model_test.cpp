@@ -315,6 +315,7 @@ TEST(AlgorithmName, TellsSurvivalModels) {
   }
 }
 
+// Two of the class were ambiguous to compare: clang++ warned in every host.
 TEST(VersionInfo, IsAValue) {
   VersionInfo first;
   EXPECT_EQ(first.GetVersionInfo(), "2.1");
@@ -323,6 +324,8 @@ TEST(VersionInfo, IsAValue) {
   const std::unique_ptr<VersionInfo> clone(second.Clone());
   first = second;
   EXPECT_TRUE(first == second && *clone == second);
+  const ScoreVersionInfo& interface = *clone;
+  EXPECT_TRUE(interface == second && second == interface);
   first.SetVersionInfo("4.4 ");
   EXPECT_FALSE(first == second);
 }
