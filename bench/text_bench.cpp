@@ -56,9 +56,11 @@ int CountEqual(const std::vector<Pair>& pairs) {
   return count;
 }
 
+bool AreEqual(const ScoreValue& left, const ScoreValue& right) { return left == right; }
+
 int CountEqual(const std::vector<ValuePair>& pairs) {
   int count = 0;
-  for (const ValuePair& pair : pairs) count += static_cast<const ScoreValue&>(pair.left) == pair.right;
+  for (const ValuePair& pair : pairs) count += AreEqual(pair.left, pair.right);
   return count;
 }
 
@@ -72,7 +74,8 @@ int main(int argc, char** argv) {
   for (const Pair& pair : pairs) values.push_back({StringValue(pair.left), StringValue(pair.right)});
   Require(ofAll.Count() > 0, "values allocate, so the counter does not count");
   for (std::size_t i = 0; i < pairs.size(); ++i) {
-    Require((values[i].left == values[i].right) == (Trim(pairs[i].left) == Trim(pairs[i].right)), "equality");
+    Require(AreEqual(values[i].left, values[i].right) == (Trim(pairs[i].left) == Trim(pairs[i].right)),
+            "equality");
   }
   const AllocationCounter ofComparisons;
   Require(CountEqual(values) == CountEqual(pairs), "number of equal pairs");
