@@ -173,6 +173,17 @@ bool IsPlainNumber(std::string_view text) {
   return IsLastSignInPlace(text, '-', mark) && IsLastSignInPlace(text, '+', mark);
 }
 
+struct TimeOfDay {
+  long long hour;
+  long long minute;
+  long long second;
+};
+
+TimeOfDay TimeOf(double stored) {
+  const long long seconds = SplitSeconds(stored).seconds;
+  return {seconds / 3600, seconds % 3600 / 60, seconds % 60};
+}
+
 }  // namespace
 
 DateTimeValue::DateTimeValue(const std::string& text, ScoreDictVar::DateTimeType type)
@@ -331,18 +342,15 @@ double DateTimeValue::ExtractDay() const {
 }
 
 double DateTimeValue::ExtractHour() const {
-  if (IsSystemMissingValue()) return gSysmisValue;
-  return static_cast<double>(SplitSeconds(GetNumber()).seconds / 3600);
+  return IsSystemMissingValue() ? gSysmisValue : static_cast<double>(TimeOf(GetNumber()).hour);
 }
 
 double DateTimeValue::ExtractMinute() const {
-  if (IsSystemMissingValue()) return gSysmisValue;
-  return static_cast<double>(SplitSeconds(GetNumber()).seconds % 3600 / 60);
+  return IsSystemMissingValue() ? gSysmisValue : static_cast<double>(TimeOf(GetNumber()).minute);
 }
 
 double DateTimeValue::ExtractSecond() const {
-  if (IsSystemMissingValue()) return gSysmisValue;
-  return static_cast<double>(SplitSeconds(GetNumber()).seconds % 60);
+  return IsSystemMissingValue() ? gSysmisValue : static_cast<double>(TimeOf(GetNumber()).second);
 }
 
 double DateTimeValue::ComputeDurationSeconds(const DateTimeValue& other) const {
@@ -387,10 +395,10 @@ void DateTimeValue::ExtractDate(double seconds, long long& year, long long& mont
 }
 
 void DateTimeValue::ExtractTime(double seconds, long long& hour, long long& minute, long long& second) {
-  const long long secondsOfDay = SplitSeconds(seconds).seconds;
-  hour = secondsOfDay / 3600;
-  minute = secondsOfDay % 3600 / 60;
-  second = secondsOfDay % 60;
+  const TimeOfDay time = TimeOf(seconds);
+  hour = time.hour;
+  minute = time.minute;
+  second = time.second;
 }
 
 bool DateTimeValue::ParseDate(const std::string& text, long long& year, long long& month, long long& day) {

@@ -109,11 +109,13 @@ std::string MissingValues(const ScoreDictVar& field) {
   if (ranges == nullptr) return {};
   std::vector<std::string> texts;
   for (const auto* range : ranges->GetMissingValues()) {
-    const std::string low = ValueText(*range->GetMin());
+    std::string text = ValueText(*range->GetMin());
     const std::string high = ValueText(*range->GetMax());
-    texts.push_back(low == high ? low
-                                : (range->GetLowEnd() ? "[" : "(") + low + ", " + high +
-                                      (range->GetHighEnd() ? "]" : ")"));
+    if (text != high) {
+      text.insert(0, range->GetLowEnd() ? "[" : "(");
+      text.append(", ").append(high).append(range->GetHighEnd() ? "]" : ")");
+    }
+    texts.push_back(std::move(text));
   }
   return "missing: " + Joined(texts);
 }
