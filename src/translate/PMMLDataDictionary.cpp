@@ -21,6 +21,7 @@
 #include "data/ValueLbl.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
+#include "translate/OptypesInternal.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "xml/VeyraTranscoder.h"
@@ -51,16 +52,6 @@ constexpr int kTwice = 2;  // no bound counts further, so that ten lower ones ar
 
 constexpr int kEncoderRoom = 2;
 
-struct OptypeRow {
-  const char* text;
-  ScoreDictVar::MeasureLevel level;
-};
-constexpr OptypeRow kOptypes[] = {
-    {XML_VAL_OT_CONTINUOUS, ScoreDictVar::kContinuous},
-    {XML_VAL_OT_CATEGORICAL, ScoreDictVar::kNominal},
-    {XML_VAL_OT_ORDINAL, ScoreDictVar::kOrdinal},
-};
-
 struct DateTimeRow {
   const char* text;
   ScoreDictVar::DateTimeType type;
@@ -79,12 +70,6 @@ constexpr DateTimeRow kDateTimeTypes[] = {
     {XML_VAL_DATETIMESECONDSSINCE_1970, ScoreDictVar::kDateTimeSecondsSince1970},
     {XML_VAL_DATETIMESECONDSSINCE_1980, ScoreDictVar::kDateTimeSecondsSince1980},
 };
-
-ScoreDictVar::MeasureLevel LevelOf(const XMLCh* optype) {
-  for (const OptypeRow& row : kOptypes)
-    if (EqualsAscii(optype, row.text)) return row.level;
-  Raise(MessageId::kInvalidAttributeValue, {ToUTF8(optype), XML_ATT_DATAFIELD_OPTYPE});
-}
 
 // A whole number, with white space around it.  Error 260151.
 int ReadCount(const XMLCh* text) {

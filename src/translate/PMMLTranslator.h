@@ -90,6 +90,18 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // their order; false for a continuous variable.
   static bool SetupCatEncoder(ScoreDictVar* variable);
 
+  // --- Targets and result fields --------------------------------------------------------------------------
+
+  // A new dictionary of ResultVar variables from the "ResultField" elements at any depth below the node; the
+  // caller owns it.  Null when there are none.  Errors 260120, 260152, 260153, 260285.
+  ScoreDictionary* ParseResultDictionary(const xercesc::DOMNode* node);
+  // Completes the variables of the "Target" children: categories, prior probabilities, a default value.
+  // Always true.  Errors 260120, 260124, 260151, 260152, 260203, 260214, 260271, 260285, 260294; the
+  // dictionary may then have been completed in part.
+  bool HandleTargets(const xercesc::DOMElement* targets, ScoreDictionary* dictionary);
+  // The word of "optype"; empty for any other number.
+  static std::string ToString(ScoreDictVar::MeasureLevel level);
+
   // What every list of categories must fulfil: a flag has at most two (260271), none is missing by the
   // variable's own account (260294), no two are equal (260203).  The variable has its labels and its missing
   // values already.
