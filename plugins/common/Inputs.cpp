@@ -35,8 +35,6 @@ int Inputs::Add(MiningField field, std::shared_ptr<const InvalidValues> invalidV
   input.hasMissingValues = var.GetMissingValues() != nullptr;
   input.hasListedValues = HasListedValues(var);
   input.kind = KindOf(var);
-  input.isPlain = !input.hasMissingValues && input.kind != ScoreValue::kDateTimeValueType &&
-                  field.outliers == OutlierTreatment::kAsIs;
   input.field = std::move(field);
   input.field.var->SetEncodedValueIndex(Size());
   fInputs.push_back(std::move(input));
@@ -64,8 +62,12 @@ void Inputs::Resolve(ScoreDictionary& dictionary) {
 bool Inputs::Prepare(const ScoreCaseRecord& layout) {
   bool complete = true;
   for (const std::size_t i : fRead) {
-    fInputs[i].slot = layout.GetIndex(fInputs[i].Var().GetName());
-    complete = complete && fInputs[i].slot >= 0;
+    Input& input = fInputs[i];
+    input.slot = layout.GetIndex(input.Var().GetName());
+    complete = complete && input.slot >= 0;
+    const bool isJustANumber =
+        input.kind == ScoreValue::kNumericValueType && !input.hasListedValues && input.categories == nullptr;
+    input.plain = isJustANumber ? FindPlainNumbers(input.field) : PlainNumbers();
   }
   return complete;
 }
@@ -81,26 +83,25 @@ Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, CaseValues& values) 
     const Input& input = fInputs[i];
     const auto slot = static_cast<std::size_t>(input.slot);
     const ScoreValue* value = slot < slots.size() ? slots[slot] : nullptr;
-    if (value != nullptr && input.isPlain && ReadPlain(input, i, value, values)) continue;
+    if (value != nullptr && ReadPlain(input, i, *value, values)) continue;
     const Outcome outcome = ReadByRules(input, i, value, values);
     if (outcome != Outcome::kComplete) return outcome;
   }
   return Outcome::kComplete;
 }
 
-// The usual case: a number where a number is wanted, or a category that the table has.
-bool Inputs::ReadPlain(const Input& input, std::size_t index, const ScoreValue* value,
-                       CaseValues& values) const {
-  if (value->GetType() != input.kind) return false;
+// The usual case: a number that no rule touches, or a category that the table has.
+bool Inputs::ReadPlain(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values) {
+  if (value.GetType() != input.kind) return false;
   if (input.kind == ScoreValue::kStringValueType) {
-    const int code = input.categories->FindText(static_cast<const StringValue*>(value)->GetText());
+    if (input.hasMissingValues) return false;
+    const int code = input.categories->FindText(static_cast<const StringValue&>(value).GetText());
     values.codes[index] = code;
     return code != kNoCategory && (!input.hasListedValues || code < input.categories->GetListedCount());
   }
-  const double number = static_cast<const NumericValue*>(value)->GetNumber();
+  const double number = static_cast<const NumericValue&>(value).GetNumber();
   values.numbers[index] = number;
-  // False for the missing number and for NaN; listed values and categories are looked up by the rules.
-  return number > NumericValue::gSysmisValue && !input.hasListedValues && input.categories == nullptr;
+  return input.plain.Contains(number);
 }
 
 Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue* value) {

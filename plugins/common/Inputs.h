@@ -18,6 +18,7 @@
 #include "common/CategoryTable.h"
 #include "common/InvalidValues.h"
 #include "common/MiningSchema.h"
+#include "common/PlainNumbers.h"
 #include "veyra/ScoreCaseRecord.h"
 #include "veyra/ScoreDictionary.h"
 
@@ -52,7 +53,8 @@ class Inputs {
 
   // Points to the variables of that dictionary, a clone of the one before, by name.
   void Resolve(ScoreDictionary& dictionary);
-  // Resolves names to the slots of `layout`; false when one of the inputs that are read has no slot.
+  // Resolves names to the slots of `layout` and finds the plain numbers; false when one of the inputs that
+  // are read has no slot.
   bool Prepare(const ScoreCaseRecord& layout);
   // Sizes `values` for Read.
   void Size(CaseValues& values) const;
@@ -68,7 +70,7 @@ class Inputs {
     std::shared_ptr<CategoryTable> categories;  // null: not read as a category; fixed once the model is built
     bool hasMissingValues = false;              // the variable has values that count as missing
     bool hasListedValues = false;               // the variable is categorical with listed values
-    bool isPlain = false;                       // a value of the usual kind needs no look at any rule
+    PlainNumbers plain;                         // none for a field that is more than a number
     ScoreValue::ValueType kind = ScoreValue::kNumericValueType;
     int slot = -1;
 
@@ -77,7 +79,7 @@ class Inputs {
 
   enum class Standing { kValid, kMissing, kInvalid };
 
-  bool ReadPlain(const Input& input, std::size_t index, const ScoreValue* value, CaseValues& values) const;
+  static bool ReadPlain(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
   Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
                       CaseValues& values) const;
   static Outcome ReadInvalid(const Input& input, std::size_t index, const ScoreValue& value,
