@@ -7,7 +7,11 @@ using KxScore::KxStatus;
 PluginModel::PluginModel(std::string kind) : fKind(std::move(kind)) {}
 
 PluginModel::PluginModel(const PluginModel& other)
-    : BaseModel(other), fKind(other.fKind), fInputs(other.fInputs), fOutputs(other.fOutputs) {
+    : BaseModel(other),
+      fKind(other.fKind),
+      fInputs(other.fInputs),
+      fTargetRules(other.fTargetRules),
+      fOutputs(other.fOutputs) {
   if (GetDictionary() != nullptr) fInputs.Resolve(*GetDictionary());
   for (const auto& category : other.fCategories) fCategories.emplace_back(category->Clone());
   fInputs.Size(fValues);
@@ -61,7 +65,11 @@ KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
   KxStatus status;
   switch (fInputs.Read(input, fValues)) {
     case Inputs::Outcome::kComplete:
-      if (!ScoreCase(fValues, answer)) status = KxStatus(kNoAnswer, false);
+      if (!ScoreCase(fValues, answer)) {
+        status = KxStatus(kNoAnswer, false);
+      } else if (fCategories.empty()) {
+        answer.SetPredictedNumber(fTargetRules.Apply(answer.GetPredictedNumber()));
+      }
       break;
     case Inputs::Outcome::kMissing:
       status = HandleMissingValue(&answer);

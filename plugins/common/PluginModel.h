@@ -11,6 +11,7 @@
 #include "common/Inputs.h"
 #include "common/OutputFields.h"
 #include "common/PluginResult.h"
+#include "common/TargetRules.h"
 #include "factory/BaseModel.h"
 
 namespace KxVeyra_940::Plugin {
@@ -37,6 +38,8 @@ class PluginModel : public BaseModel {
   // Takes the categories that the model tells apart, in its order; without any it predicts numbers.
   void SetCategories(std::vector<std::unique_ptr<ScoreValue>> categories);
   void SetOutputs(OutputFields outputs);
+  // What becomes of a predicted number; answers of HandleMissingValue stay as they are.
+  void SetTargetRules(const TargetRules& rules) { fTargetRules = rules; }
   // A result with the categories and no output fields.
   std::unique_ptr<PluginResult> NewBareResult() const;
 
@@ -52,6 +55,7 @@ class PluginModel : public BaseModel {
   std::string fKind;
   Inputs fInputs;
   std::vector<std::unique_ptr<ScoreValue>> fCategories;
+  TargetRules fTargetRules;
   OutputFields fOutputs;
   CaseValues fValues;
 };

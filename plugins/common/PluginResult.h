@@ -38,7 +38,8 @@ class PluginResult final : public ScoreResult {
 
   // For scoring: nothing is allocated.
   void SetPredictedNumber(double number);
-  void SetPredictedCategory(int index);  // also its probability
+  double GetPredictedNumber() const { return fNumber.GetNumber(); }  // REQUIRES: a number was set
+  void SetPredictedCategory(int index);                              // also its probability
   void SetCategoryProbability(int index, double probability);
   // The index of the predicted category, or -1.
   int GetPredictedCategory() const { return fPredictedCategory; }

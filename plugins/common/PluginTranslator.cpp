@@ -114,7 +114,11 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
   model->SetMiningFunction(
       BaseModel::MiningFunctionFromString(ToString(RequiredAttribute(element, Tags::XML_ATT_FUNCTIONNAME))));
   AddFields(element, dataDictionary, *model);
+  if (const DOMElement* targets = GetChildByTag(&element, Tags::XML_ELE_TARGETS)) {
+    HandleTargets(targets, model->GetDictionary());
+  }
   BuildModel(element, *model);
+  model->SetTargetRules(ReadTargetRules(element, model->GetTargetVar()));
   model->SetOutputs(OutputFields::Read(*this, element, *model->NewBareResult(), model->GetTargetVar()));
   return model.release();
 }

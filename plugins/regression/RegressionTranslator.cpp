@@ -75,9 +75,6 @@ std::unique_ptr<PluginModel> RegressionTranslator::NewModel() const {
 }
 
 void RegressionTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
-  if (GetChildByTag(&element, Tags::XML_ELE_TARGETS) != nullptr) {
-    Raise(MessageId::kUnsupportedElement, {Tags::XML_ELE_TARGETS, Tags::XML_ELE_REGMODEL});
-  }
   // Older documents name the target here and not in the mining schema.
   if (model.GetTargetVar() == nullptr) {
     model.SetVarRole(BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_TAGFIELDNAME)),

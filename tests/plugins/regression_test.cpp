@@ -223,6 +223,47 @@ TEST(Regression, OutputFields) {
   }
 }
 
+TEST(Regression, Targets) {
+  const auto number = [](const char* attributes, const char* values = "") {
+    return Document{.content = std::string("<Targets><Target field='y' optype='continuous' ") + attributes +
+                               ">" + values + "</Target></Targets>" + kPlain};
+  };
+  const std::string categories =
+      "<Targets><Target field='class' optype='categorical'><TargetValue value='b' priorProbability='0.6'/>"
+      "<TargetValue value='a' priorProbability='0.4'/></Target></Targets>"
+      "<Output><OutputField name='pa' feature='probability' value='a'/></Output>"
+      "<RegressionTable intercept='9' targetCategory='a'><NumericPredictor name='x' coefficient='1'/>"
+      "</RegressionTable><RegressionTable intercept='0' targetCategory='b'/>";
+  const ScoreRow rows[] = {
+      {"rescaling", number("rescaleFactor='10' rescaleConstant='-3'"), "x=3", "67"},
+      {"bounds come before rescaling", number("rescaleFactor='10' min='1' max='5'"), "x=3", "50"},
+      {"a lower bound", number("min='10'"), "x=3", "10"},
+      {"round", number("castInteger='round' rescaleFactor='0.5'"), "x=3", "4"},
+      {"round of a negative half", number("castInteger='round' rescaleFactor='-0.5'"), "x=3", "-4"},
+      {"ceiling", number("castInteger='ceiling' rescaleFactor='0.1'"), "x=3", "1"},
+      {"floor", number("castInteger='floor' rescaleFactor='0.1'"), "x=3", "0"},
+      {"a default answers for a missing input, as it stands",
+       number("rescaleFactor='10'", "<TargetValue defaultValue='42'/>"), "x=", "42"},
+      {"rules of another field",
+       {.content =
+            std::string("<Targets><Target field='x' optype='continuous' rescaleFactor='2'/></Targets>") +
+            kPlain},
+       "x=3",
+       "7"},
+      {"priors answer for a missing input",
+       {.function = "classification",
+        .target = "class",
+        .content = categories,
+        .attributes = "normalizationMethod='logit'"},
+       "x=",
+       "b|pa=0.4"},
+  };
+  for (const ScoreRow& row : rows) {
+    SCOPED_TRACE(row.what);
+    EXPECT_EQ(ScoreText(row.document.Text(), row.data), row.want);
+  }
+}
+
 // Values of the functions to 16 digits, from a table of 40 digits.
 TEST(Regression, NormalizationOfANumber) {
   struct Row {
@@ -382,7 +423,18 @@ TEST(Regression, Refusals) {
       {"not to be scored",
        {.content = kPlain, .attributes = "isScorable='false'"},
        "260303: false, isScorable"},
-      {"targets", {.content = std::string("<Targets/>") + kPlain}, "260302: Targets, RegressionModel"},
+      {"a target of another level",
+       {.content = std::string("<Targets><Target field='y' optype='ordinal'/></Targets>") + kPlain},
+       "260214: continuous, optype, DataDictionary, ordinal, optype, Target"},
+      {"a minimum above the maximum",
+       {.content = std::string("<Targets><Target field='y' optype='continuous' min='2' max='1'/></Targets>") +
+                   kPlain},
+       "260258: 2, min, 1, max, Target"},
+      {"an unknown cast",
+       {.content =
+            std::string("<Targets><Target field='y' optype='continuous' castInteger='up'/></Targets>") +
+            kPlain},
+       "260152: up, castInteger"},
       {"a field given twice",
        {.schema = "<MiningField name='x'/><MiningField name='x'/>", .content = kPlain},
        "260202: x, MiningSchema"},
