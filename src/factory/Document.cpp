@@ -73,6 +73,7 @@ xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istre
     const KxXML_940::KxXInputSource source(in);
     parser.setErrorHandler(&errors);
     parser.parse(source);
+    if (errors.HasFatalError()) source.RethrowFailure();
   } catch (const xercesc::XMLException& e) {
     failed = true;
     parserText = KxXML_940::ToUTF8(e.getMessage());

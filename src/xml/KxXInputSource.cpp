@@ -12,21 +12,26 @@ constexpr XMLCh kSystemId[] = u"istream";
 
 class KxXBinInputStream : public xercesc::BinInputStream {
  public:
-  explicit KxXBinInputStream(std::istream* in) : fStream(in) {}
+  KxXBinInputStream(std::istream* in, std::exception_ptr* failure) : fStream(in), fFailure(failure) {}
 
   XMLFilePos curPos() const override { return static_cast<XMLFilePos>(fStream->tellg()); }
 
   XMLSize_t readBytes(XMLByte* buffer, XMLSize_t maxToRead) override {
     constexpr XMLSize_t kLongest = std::numeric_limits<std::streamsize>::max();
-    fStream->read(reinterpret_cast<char*>(buffer),
-                  static_cast<std::streamsize>(std::min(maxToRead, kLongest)));
+    try {
+      fStream->read(reinterpret_cast<char*>(buffer),
+                    static_cast<std::streamsize>(std::min(maxToRead, kLongest)));
+    } catch (...) {
+      if (*fFailure == nullptr) *fFailure = std::current_exception();
+    }
     return static_cast<XMLSize_t>(fStream->gcount());
   }
 
   const XMLCh* getContentType() const override { return nullptr; }
 
  private:
-  std::istream* fStream;  // lent
+  std::istream* fStream;         // lent
+  std::exception_ptr* fFailure;  // lent
 };
 
 }  // namespace
@@ -36,7 +41,11 @@ KxXInputSource::KxXInputSource(std::istream& in) : InputSource(kSystemId), fStre
 KxXInputSource::~KxXInputSource() = default;
 
 xercesc::BinInputStream* KxXInputSource::makeStream() const {
-  return new (getMemoryManager()) KxXBinInputStream(&fStream);
+  return new (getMemoryManager()) KxXBinInputStream(&fStream, &fFailure);
+}
+
+void KxXInputSource::RethrowFailure() const {
+  if (fFailure != nullptr) std::rethrow_exception(fFailure);
 }
 
 }  // namespace KxXML_940

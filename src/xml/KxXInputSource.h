@@ -3,6 +3,7 @@
 #ifndef VEYRA_XML_KXXINPUTSOURCE_H_
 #define VEYRA_XML_KXXINPUTSOURCE_H_
 
+#include <exception>
 #include <istream>
 #include <xercesc/sax/InputSource.hpp>
 
@@ -17,11 +18,17 @@ class VEYRA_API KxXInputSource : public xercesc::InputSource {
   explicit KxXInputSource(std::istream& in);
   ~KxXInputSource() override;
 
-  // A new stream that reads on from where `in` stands; the caller (the parser) owns it.
+  // A new stream that reads on from where `in` stands; the caller (the parser) owns it.  It reads while the
+  // source lives.
   xercesc::BinInputStream* makeStream() const override;
+
+  // Throws what `in` threw first, if it did.  The parser never sees it, for it would leak the stream object:
+  // what it sees is a document that ends there.
+  void RethrowFailure() const;
 
  private:
   std::istream& fStream;
+  mutable std::exception_ptr fFailure;
 };
 
 }  // namespace KxXML_940

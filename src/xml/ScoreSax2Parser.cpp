@@ -108,10 +108,14 @@ bool Scan(const std::string& modelType, std::istream& in, XMLSize_t longest) {
   reader.setContentHandler(&handlers);
   reader.setErrorHandler(&handlers);
   reader.setDeclarationHandler(&handlers);
+  const KxXML_940::KxXInputSource source(in);
   try {
-    reader.parse(KxXML_940::KxXInputSource(in));
-  } catch (const ScoreSAX2Handlers::HandlerState state) {
-    return state == ScoreSAX2Handlers::kFoundModel;
+    try {
+      reader.parse(source);
+    } catch (const ScoreSAX2Handlers::HandlerState state) {
+      if (state == ScoreSAX2Handlers::kFatalError) source.RethrowFailure();
+      return state == ScoreSAX2Handlers::kFoundModel;
+    }
   } catch (const xercesc::OutOfMemoryException&) {
     return false;
   } catch (const xercesc::XMLException&) {
