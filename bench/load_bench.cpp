@@ -105,13 +105,14 @@ void Measure(benchmark::State& state, Load& load) {
   state.counters["release/bare"] = load.release;
 }
 
-void PrintLast(const Load* previous, const Load& load) {
-  const std::string name(load.name);
-  PrintRatio("load " + name + ": own time / bare parse", load.ownPerBare, kOwnLimit);
-  PrintRatio("load " + name + ": release of the model / bare parse", load.release);
-  if (previous == nullptr) return;
-  PrintRatio("load " + name + ": own time per byte / that of " + previous->name,
-             load.ownPerByte / previous->ownPerByte, kGrowthLimit);
+void Print(const Load& load, const std::vector<const Load*>& smallerOnes) {
+  const std::string name = "load " + std::string(load.name);
+  PrintRatio(name + ": own time / bare parse", load.ownPerBare, kOwnLimit);
+  PrintRatio(name + ": release of the model / bare parse", load.release);
+  for (const Load* smaller : smallerOnes) {
+    PrintRatio(name + ": own time per byte / that of " + smaller->name, load.ownPerByte / smaller->ownPerByte,
+               kGrowthLimit);
+  }
 }
 
 }  // namespace
@@ -127,11 +128,11 @@ int main(int argc, char** argv) try {
         ->Iterations(load.iterations);
   }
   benchmark::RunSpecifiedBenchmarks();
-  const Load* previous = nullptr;
+  std::vector<const Load*> smallerOnes;
   for (const Load& load : loads) {
     if (load.ownPerByte == 0) continue;  // filtered out
-    PrintLast(previous, load);
-    previous = &load;
+    Print(load, smallerOnes);
+    smallerOnes.push_back(&load);
   }
   ModelFactory::Terminate();
 } catch (const KxVeyra_940::VYException& e) {
