@@ -120,7 +120,7 @@ void Print(const Load& load, const std::vector<const Load*>& smallerOnes) {
 int main(int argc, char** argv) try {
   ModelFactory::Initialize("");
   benchmark::Initialize(&argc, argv);
-  std::vector<Load> loads = {{"10 kB", 3, 500}, {"1 MB", 325, 15}, {"50 MB", 16000, 5}};
+  std::vector<Load> loads = {{"10 kB", 3, 500}, {"1 MB", 325, 45}, {"50 MB", 16000, 7}};
   for (Load& load : loads) {
     benchmark::RegisterBenchmark(load.name, [&load](benchmark::State& state) { Measure(state, load); })
         ->UseManualTime()
