@@ -1,7 +1,6 @@
 #include "common/InvalidValues.h"
 
 #include "data/DictVar.h"
-#include "data/MissingValueSet.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
 
@@ -55,10 +54,7 @@ InvalidValues::InvalidValues(const PMMLTranslator& translator, const DOMElement&
 bool InvalidValues::Contains(const ScoreValue& value) const {
   if (fInvalid.Find(value) != kNoCategory) return true;
   if (fOutsideInterval == nullptr || fMissing.Find(value) != kNoCategory) return false;
-  for (const ScoreValueRange* range : fOutsideInterval->GetMissingValues()) {
-    if (range->IsInRange(&value)) return true;
-  }
-  return false;
+  return fOutsideInterval->Covers(&value);
 }
 
 InvalidValuesByField ReadInvalidValues(const PMMLTranslator& translator, const DOMElement* dataDictionary,

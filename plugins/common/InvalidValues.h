@@ -12,9 +12,9 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "common/CategoryTable.h"
+#include "data/MissingValueSet.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ScoreDictionary.h"
-#include "veyra/ScoreMissingValueSet.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -30,7 +30,7 @@ class InvalidValues {
  private:
   CategoryTable fInvalid;
   CategoryTable fMissing;
-  std::unique_ptr<ScoreMissingValueSet> fOutsideInterval;  // null without an interval
+  std::unique_ptr<MissingValueSet> fOutsideInterval;  // null without an interval
 };
 
 // By field name; fields about which the document says nothing have no entry.

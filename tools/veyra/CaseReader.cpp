@@ -33,24 +33,27 @@ const char* WantedText(ScoreDictVar::VariableType type) {
 CaseReader::CaseReader(CsvReader& csv, CellRules rules)
     : fCsv(csv), fRules(std::move(rules)), fRecord(kUsualFields) {
   if (!fCsv.ReadRow()) throw DataFailure(fCsv.GetFileName(), {}, "there is no header row");
-  for (std::size_t i = 0; i < fCsv.GetCellCount(); ++i) fHeader.emplace_back(fCsv.GetCell(i));
+  for (std::size_t i = 0; i < fCsv.GetCellCount(); ++i) {
+    fHeader.emplace_back(fCsv.GetCell(i));
+    const auto [columns, isNew] = fColumns.emplace(fHeader.back(), Columns{i, 0});
+    if (!isNew && columns->second.second == 0) columns->second.second = i;
+  }
 }
 
 void CaseReader::Bind(const ScoreDictVar& field, bool isNeeded) {
   const std::string& name = field.GetName();
   fRecord.Add(name, nullptr);
-  const auto found = std::find(fHeader.begin(), fHeader.end(), name);
-  if (found == fHeader.end()) {
+  const auto found = fColumns.find(name);
+  if (found == fColumns.end()) {
     if (!isNeeded || fRules.absentColumnsAreMissing) return;
     throw DataFailure(fCsv.GetFileName(), {}, "there is no column '" + name + "', which the model needs");
   }
-  const auto column = static_cast<std::size_t>(found - fHeader.begin());
-  const auto second = std::find(found + 1, fHeader.end(), name);
-  if (isNeeded && second != fHeader.end()) {
-    const DataPlace place{1, static_cast<std::size_t>(second - fHeader.begin()) + 1, name};
-    throw DataFailure(fCsv.GetFileName(), place, "the model needs this column, and the header has it twice");
+  const Columns& columns = found->second;
+  if (isNeeded && columns.second > 0) {
+    throw DataFailure(fCsv.GetFileName(), DataPlace{1, columns.second + 1, name},
+                      "the model needs this column, and the header has it twice");
   }
-  fBindings.push_back({column, fRecord.GetIndex(name), &field, field.GetVarType()});
+  fBindings.push_back({columns.first, fRecord.GetIndex(name), &field, field.GetVarType()});
 }
 
 bool CaseReader::ReadCase() {

@@ -6,6 +6,7 @@
 #define VEYRA_TOOLS_CASEREADER_H_
 
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "data/CaseRecord.h"
@@ -50,9 +51,16 @@ class CaseReader {
   bool StoreCell(const Binding& binding, std::string_view cell);
   bool IsMissingText(std::string_view cell) const;
 
+  // The columns of one name.
+  struct Columns {
+    std::size_t first;
+    std::size_t second;  // 0 when there is no second one
+  };
+
   CsvReader& fCsv;
   CellRules fRules;
   std::vector<std::string> fHeader;
+  std::unordered_map<std::string, Columns> fColumns;
   std::vector<Binding> fBindings;
   KxVeyra_940::CaseRecord fRecord;
 };
