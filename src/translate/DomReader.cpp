@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "error/Raise.h"
 #include "translate/BaseTranslator.h"
@@ -29,6 +30,8 @@ const DOMNode* NextNodeBehind(const DOMNode& root, const DOMNode* node) {
   }
   return nullptr;
 }
+
+constexpr XMLSize_t kFewAttributes = 8;
 
 bool IsCharacterData(const DOMNode& node) {
   return node.getNodeType() == DOMNode::TEXT_NODE || node.getNodeType() == DOMNode::CDATA_SECTION_NODE;
@@ -90,8 +93,20 @@ const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
 }
 
 const XMLCh* FindAttribute(const DOMElement& element, const char* name) {
-  const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
-  return attribute == nullptr ? nullptr : ValueOf(*attribute);
+  const xercesc::DOMNamedNodeMap& attributes = *element.getAttributes();
+  const XMLSize_t count = attributes.getLength();
+  if (count > kFewAttributes || !KxXML_940::IsAscii(std::string_view(name))) {
+    const xercesc::DOMAttr* attribute = element.getAttributeNode(XmlName(name).Get());
+    return attribute == nullptr ? nullptr : ValueOf(*attribute);
+  }
+  // Comparing a few names in place costs less than making one in the parser's units.
+  for (XMLSize_t i = 0; i < count; ++i) {
+    const DOMNode* attribute = attributes.item(i);
+    if (EqualsAscii(attribute->getNodeName(), name)) {
+      return ValueOf(*static_cast<const xercesc::DOMAttr*>(attribute));
+    }
+  }
+  return nullptr;
 }
 
 const XMLCh* Attribute(const DOMElement& element, const char* name) {
