@@ -100,6 +100,7 @@ TEST(Allocations, NoneForAWarmCase) {
       {"missing cells and the actual value too", {kEmpty, kEmpty, kEmpty, kEmpty, kEmpty, kEmpty}},
       {"a value declared missing", {-99., 2., kRed, Day{10}, 5., kYes}},
       {"declared invalid: no answer", {99., 2., kRed, Day{10}, 5., kYes}},
+      {"beyond the interval: no answer", {101., 2., kRed, Day{10}, 5., kYes}},
       {"invalid as missing, invalid as it is", {3., 9., kGreen, Day{10}, 5., kYes}},
       {"beyond the bound", {70., 2., kRed, Day{10}, 5., kYes}},
       {"an actual value of no category", {3., 2., kBlue, Day{10}, 5., kGreen}},
