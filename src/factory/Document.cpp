@@ -6,62 +6,59 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "error/Raise.h"
+#include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
-#include "translate/DomReader.h"
 #include "xml/KxXInputSource.h"
 #include "xml/ParserLimits.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
 
-namespace {
-
 using xercesc::DOMElement;
-using xercesc::DOMNode;
 
-// Looks element names up in the catalogue.  The document pools its names, so each distinct name is compared
-// once and known by its address from then on.
-class CatalogueIndex {
- public:
-  explicit CatalogueIndex(const std::vector<std::string>& names) : fUnknown(names.size()) {
-    for (std::size_t i = 0; i < names.size(); ++i) fByName.emplace(names[i], i);  // the first of equal ones
-  }
+DocumentParser::DocumentParser() {
+  setLoadExternalDTD(false);
+  setValidationScheme(XercesDOMParser::Val_Never);
+}
 
-  // The position of the name in the catalogue; its size for any other name.
-  std::size_t Find(const XMLCh* name) {
-    if (name == fLastName) return fLastPosition;
-    fLastName = name;
-    const auto known = fByAddress.find(name);
-    if (known != fByAddress.end()) return fLastPosition = known->second;
-    const auto found = fByName.find(KxXML_940::ToUTF8(name));
-    fLastPosition = found == fByName.end() ? fUnknown : found->second;
-    fByAddress.emplace(name, fLastPosition);
-    return fLastPosition;
-  }
+DocumentParser::~DocumentParser() = default;
 
- private:
-  std::size_t fUnknown;
-  std::unordered_map<std::string, std::size_t> fByName;
-  std::unordered_map<const XMLCh*, std::size_t> fByAddress;
-  const XMLCh* fLastName = nullptr;
-  std::size_t fLastPosition = 0;
-};
+void DocumentParser::resetDocument() {
+  fRecent.fill(nullptr);
+  fKnown.clear();
+  fFirstElements.clear();
+  LimitedDOMParser::resetDocument();
+}
 
-}  // namespace
+bool DocumentParser::IsKnown(const xercesc::XMLElementDecl* declaration) {
+  const std::size_t place = (reinterpret_cast<std::uintptr_t>(declaration) >> 6U) % fRecent.size();
+  if (fRecent[place] == declaration) return true;
+  fRecent[place] = declaration;
+  return !fKnown.insert(declaration).second;
+}
 
-xercesc::DOMElement* FindModelElement(const DOMElement& root, const std::vector<std::string>& names) {
-  CatalogueIndex index(names);
+void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int uriId,
+                                  const XMLCh* prefix,
+                                  const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                                  XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
+  LimitedDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+  if (isRoot || IsKnown(&declaration)) return;
+  fFirstElements.push_back(static_cast<const DOMElement*>(getCurrentNode()));
+}
+
+const DOMElement* FindModelElement(const std::vector<const DOMElement*>& firstElements,
+                                   const std::vector<std::string>& names) {
+  std::unordered_map<std::string, std::size_t> positions;
+  for (std::size_t i = 0; i < names.size(); ++i) positions.emplace(names[i], i);  // the first of equal ones
   std::size_t best = names.size();
-  const DOMNode* found = nullptr;
-  for (const DOMNode* node = NextNodeBelow(root, root); node != nullptr && best > 0;
-       node = NextNodeBelow(root, *node)) {
-    if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
-    const std::size_t position = index.Find(node->getNodeName());
-    if (position >= best) continue;
-    best = position;
-    found = node;
+  const DOMElement* found = nullptr;
+  for (const DOMElement* element : firstElements) {
+    const auto position = positions.find(KxXML_940::ToUTF8(element->getNodeName()));
+    if (position == positions.end() || position->second >= best) continue;
+    best = position->second;
+    found = element;
   }
-  return const_cast<DOMElement*>(static_cast<const DOMElement*>(found));
+  return found;
 }
 
 xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istream& in,

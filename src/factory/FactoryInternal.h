@@ -29,9 +29,10 @@ bool IsDirectory(const std::string& path);
 xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istream& in,
                                     const std::string& name);
 
-// The first element below `root` of the first catalogue name that occurs at all; null when none does.  One
-// walk finds it, whatever the number of names.
-xercesc::DOMElement* FindModelElement(const xercesc::DOMElement& root, const std::vector<std::string>& names);
+// The first element below the root for the first catalogue name that occurs at all; null when none does.
+// `firstElements` are those of a DocumentParser.
+const xercesc::DOMElement* FindModelElement(const std::vector<const xercesc::DOMElement*>& firstElements,
+                                            const std::vector<std::string>& names);
 
 // The translator of the plug-in for `modelName`, which the catalogue must hold.  Raises 260113.  Null when
 // the plug-in hands out none.

@@ -9,9 +9,9 @@
 #include "error/ProcessState.h"
 #include "error/Raise.h"
 #include "error/ScoringLog.h"
+#include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
 #include "transform/TransformationDictionary.h"
-#include "xml/ParserLimits.h"
 #include "xml/ScoreSax2Parser.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
@@ -25,7 +25,6 @@ namespace {
 
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
-using xercesc::XercesDOMParser;
 using Names = std::vector<std::string>;
 
 constexpr const char* kMakeModel = "MakeModelFromXML";
@@ -64,16 +63,17 @@ const RootRow* FindRoot(const std::string& tag) {
 }
 
 // The model kind that the root alone decides; empty when the catalogue is searched.
-std::string KindOfRoot(const RootRow& row, const DOMElement& root) {
+std::string KindOfRoot(const RootRow& row, const DocumentParser& parser) {
   if (row.modelName != nullptr) return row.modelName;
-  if (std::string_view(row.tag) == "zent-ml" && FindModelElement(root, {"regression-model"}) != nullptr) {
+  if (std::string_view(row.tag) == "zent-ml" &&
+      FindModelElement(parser.GetFirstElements(), {"regression-model"}) != nullptr) {
     return "GeneralRegressionModel";
   }
   return {};
 }
 
-std::string SearchCatalogue(const DOMElement& root, const Names& names) {
-  const DOMElement* element = FindModelElement(root, names);
+std::string SearchCatalogue(const DocumentParser& parser, const Names& names) {
+  const DOMElement* element = FindModelElement(parser.GetFirstElements(), names);
   if (element == nullptr) Raise(MessageId::kUnsupportedModel, {""});
   return KxXML_940::ToUTF8(element->getNodeName());
 }
@@ -104,10 +104,10 @@ ScoreModel* Translate(Build build) {
 // Builds with the plug-in of `givenName`, or of the first catalogue name that the document holds when it is
 // empty.  `build` gets the translator.
 template <typename Build>
-ScoreModel* BuildFromDocument(const Names& names, const DOMElement& root, const std::string& givenName,
+ScoreModel* BuildFromDocument(const Names& names, const DocumentParser& parser, const std::string& givenName,
                               Build build) {
   TraceEnter(kGetLibraryPath);
-  const std::string modelName = givenName.empty() ? SearchCatalogue(root, names) : givenName;
+  const std::string modelName = givenName.empty() ? SearchCatalogue(parser, names) : givenName;
   const std::unique_ptr<ScoreTranslator> translator = GetNamedTranslator(names, modelName);
   ScoreModel* model = Translate([&] { return build(*translator); });
   ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
@@ -135,11 +135,6 @@ ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, cons
   ScoreModel* model = Translate([&] { return translator->ParseFromTree(in, encoding, auxPath); });
   ScoringLog::GetInstance()->TraceText(1, "Make Model End");
   return model;
-}
-
-void SetUpParser(XercesDOMParser& parser) {
-  parser.setLoadExternalDTD(false);
-  parser.setValidationScheme(XercesDOMParser::Val_Never);
 }
 
 std::string RootTag(const DOMElement& root) {
@@ -212,14 +207,13 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const Names& modelN
   const XercesWrapper guard(fInitialized);
   FillCatalogueOnce(modelNames);
   if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", auxPath);
-  KxXML_940::LimitedDOMParser parser;
-  SetUpParser(parser);
+  DocumentParser parser;
   DOMDocument* document = GetDocElement(parser, in, "");
   const DOMElement& root = *document->getDocumentElement();
   const std::string tag = RootTag(root);
   const RootRow* row = FindRoot(tag);
   if (row == nullptr) Raise(MessageId::kUnsupportedModel, {tag});
-  return BuildFromDocument(modelNames, root, KindOfRoot(*row, root), [&](ScoreTranslator& translator) {
+  return BuildFromDocument(modelNames, parser, KindOfRoot(*row, parser), [&](ScoreTranslator& translator) {
     return translator.ParseFromTree(document, encoding);
   });
 }
@@ -245,15 +239,14 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, ScoreDictionary* di
   const XercesWrapper guard(fInitialized);
   FillCatalogueOnce(modelNames);
   if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", "");
-  KxXML_940::LimitedDOMParser parser;
-  SetUpParser(parser);
+  DocumentParser parser;
   parser.setDoSchema(false);
   DOMDocument* document = GetDocElement(parser, in, "");
   const DOMElement& root = *document->getDocumentElement();
   const std::string tag = RootTag(root);
   const RootRow* row = FindRoot(tag);
   const bool withDictionary = row == nullptr || tag == "PMML";
-  return BuildFromDocument(modelNames, root, withDictionary ? std::string() : KindOfRoot(*row, root),
+  return BuildFromDocument(modelNames, parser, withDictionary ? std::string() : KindOfRoot(*row, parser),
                            [&](ScoreTranslator& translator) {
                              return withDictionary ? translator.ParseFromTree(document, dictionary, encoding)
                                                    : translator.ParseFromTree(document, encoding);

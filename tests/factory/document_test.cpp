@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
 #include "veyra/VYException.h"
 #include "xml/ParserLimits.h"
@@ -33,6 +34,14 @@ TEST(FindModelElement, TakesTheFirstNameOfTheCatalogueThatOccurs) {
       {"no names", "<r><A n='1'/></r>", {}, ""},
       {"names are whole and case-sensitive", "<r><Ab/><a/><p:A/></r>", {"A", ""}, ""},
       {"comments, texts and CDATA hold no elements", "<r><!--<A/>--><![CDATA[<A/>]]>A<?A A?></r>", {"A"}, ""},
+      {"elements inside an entity",
+       "<!DOCTYPE r [<!ENTITY e \"<A n='1'/>\">]><r>&e;<A n='2'/></r>",
+       {"A"},
+       "A1"},
+      {"names that a DTD declares",
+       "<!DOCTYPE r [<!ELEMENT A ANY>]><r><B n='1'/><A n='2'/></r>",
+       {"A", "B"},
+       "A2"},
       {"names outside ASCII",
        "<r><\xC3\xA4 n='1'/></r>",
        {"\xC3\xA4"},
@@ -43,9 +52,9 @@ TEST(FindModelElement, TakesTheFirstNameOfTheCatalogueThatOccurs) {
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);
     std::istringstream in(row.document);
-    KxXML_940::LimitedDOMParser parser;
-    const auto* root = GetDocElement(parser, in, "")->getDocumentElement();
-    const xercesc::DOMElement* found = FindModelElement(*root, row.names);
+    DocumentParser parser;
+    GetDocElement(parser, in, "");
+    const xercesc::DOMElement* found = FindModelElement(parser.GetFirstElements(), row.names);
     EXPECT_EQ(found == nullptr
                   ? ""
                   : KxXML_940::ToUTF8(found->getTagName()) + KxXML_940::ToUTF8(found->getAttribute(u"n")),
