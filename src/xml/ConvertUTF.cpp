@@ -1,0 +1,304 @@
+#include "xml/ConvertUTF.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+
+namespace KxXML_940 {
+
+namespace {
+
+using Byte = unsigned char;
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t kLastCharacter = 0x10FFFF;
+
+constexpr bool IsSurrogate(char32_t code) { return (code & 0xFFFFF800) == 0xD800; }
+constexpr bool IsHighSurrogate(char32_t code) { return (code & 0xFFFFFC00) == 0xD800; }
+constexpr bool IsLowSurrogate(char32_t code) { return (code & 0xFFFFFC00) == 0xDC00; }
+
+// Units at any address: the compiler makes one load or store of a copy.
+template <class Unit>
+Unit Load(const Byte* at) {
+  Unit unit;
+  std::memcpy(&unit, at, sizeof unit);
+  return unit;
+}
+
+template <class Unit>
+void Store(Byte* at, Unit unit) {
+  std::memcpy(at, &unit, sizeof unit);
+}
+
+// Each encoding reads and writes one character.  Read moves behind a character that is fit to be written,
+// and not at all otherwise; Write tells whether there was room.  Get and Put move single units.
+
+struct EncodingUTF8 {
+  static constexpr std::ptrdiff_t kUnit = 1;
+
+  static char32_t Get(const Byte* at) { return *at; }
+  static void Put(Byte* at, char32_t unit) { *at = static_cast<Byte>(unit); }
+
+  // What the lead byte announces, including the forms of five and six bytes that Unicode gave up.
+  static std::ptrdiff_t LengthOf(Byte lead) {
+    if (lead < 0xC0) return 1;
+    if (lead < 0xE0) return 2;
+    if (lead < 0xF0) return 3;
+    if (lead < 0xF8) return 4;
+    return lead < 0xFC ? 5 : 6;
+  }
+
+  static bool IsTrail(Byte byte) { return (byte & 0xC0) == 0x80; }
+  static char32_t Bits(Byte trail) { return trail & 0x3F; }
+
+  static ConversionResult Read(const Byte*& at, const Byte* end, ConversionFlags, char32_t& code) {
+    const Byte lead = *at;
+    if (lead < 0x80) {
+      code = lead;
+      ++at;
+      return conversionOK;
+    }
+    const std::ptrdiff_t length = LengthOf(lead);
+    if (end - at < length) return sourceExhausted;
+    bool isLegal = false;
+    if (length == 3) {
+      code = static_cast<char32_t>(lead & 0xF) << 12 | Bits(at[1]) << 6 | Bits(at[2]);
+      isLegal = IsTrail(at[1]) && IsTrail(at[2]) && code >= 0x800 && !IsSurrogate(code);
+    } else if (length == 2) {
+      code = static_cast<char32_t>(lead & 0x1F) << 6 | Bits(at[1]);
+      isLegal = IsTrail(at[1]) && code >= 0x80;
+    } else if (length == 4) {
+      code = static_cast<char32_t>(lead & 0x7) << 18 | Bits(at[1]) << 12 | Bits(at[2]) << 6 | Bits(at[3]);
+      isLegal =
+          IsTrail(at[1]) && IsTrail(at[2]) && IsTrail(at[3]) && code >= 0x10000 && code <= kLastCharacter;
+    }
+    if (!isLegal) return sourceIllegal;
+    at += length;
+    return conversionOK;
+  }
+
+  static bool Write(Byte*& at, const Byte* end, char32_t code) {
+    const std::ptrdiff_t length = code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
+    if (end - at < length) return false;
+    const auto trail = [code](int shift) { return static_cast<Byte>(0x80 | (code >> shift & 0x3F)); };
+    switch (length) {
+      case 1:
+        at[0] = static_cast<Byte>(code);
+        break;
+      case 2:
+        at[0] = static_cast<Byte>(0xC0 | code >> 6);
+        at[1] = trail(0);
+        break;
+      case 3:
+        at[0] = static_cast<Byte>(0xE0 | code >> 12);
+        at[1] = trail(6);
+        at[2] = trail(0);
+        break;
+      default:
+        at[0] = static_cast<Byte>(0xF0 | code >> 18);
+        at[1] = trail(12);
+        at[2] = trail(6);
+        at[3] = trail(0);
+    }
+    at += length;
+    return true;
+  }
+};
+
+template <bool kSwap>
+struct EncodingUTF16 {
+  static constexpr std::ptrdiff_t kUnit = 2;
+
+  static char16_t Swap(char16_t unit) { return kSwap ? static_cast<char16_t>(unit << 8 | unit >> 8) : unit; }
+  static char32_t Get(const Byte* at) { return Swap(Load<char16_t>(at)); }
+  static void Put(Byte* at, char32_t unit) { Store(at, Swap(static_cast<char16_t>(unit))); }
+
+  static ConversionResult Read(const Byte*& at, const Byte* end, ConversionFlags flags, char32_t& code) {
+    if (end - at < kUnit) return sourceExhausted;
+    code = Get(at);
+    if (!IsSurrogate(code)) {
+      at += kUnit;
+      return conversionOK;
+    }
+    if (IsHighSurrogate(code)) {
+      if (end - at < 2 * kUnit) return sourceExhausted;
+      if (const char32_t low = Get(at + kUnit); IsLowSurrogate(low)) {
+        code = 0x10000 + ((code & 0x3FF) << 10 | (low & 0x3FF));
+        at += 2 * kUnit;
+        return conversionOK;
+      }
+    }
+    if (flags == strictConversion) return sourceIllegal;
+    at += kUnit;
+    return conversionOK;
+  }
+
+  static bool Write(Byte*& at, const Byte* end, char32_t code) {
+    if (code < 0x10000) {
+      if (end - at < kUnit) return false;
+      Put(at, IsSurrogate(code) ? kReplacement : code);
+      at += kUnit;
+      return true;
+    }
+    if (end - at < 2 * kUnit) return false;
+    Put(at, 0xD7C0 + (code >> 10));
+    Put(at + kUnit, 0xDC00 | (code & 0x3FF));
+    at += 2 * kUnit;
+    return true;
+  }
+};
+
+struct EncodingUTF32 {
+  static constexpr std::ptrdiff_t kUnit = 4;
+
+  static char32_t Get(const Byte* at) { return Load<char32_t>(at); }
+  static void Put(Byte* at, char32_t unit) { Store(at, unit); }
+
+  static ConversionResult Read(const Byte*& at, const Byte*, ConversionFlags flags, char32_t& code) {
+    code = Get(at);
+    if (code > kLastCharacter || IsSurrogate(code)) {
+      if (flags == strictConversion) return sourceIllegal;
+      if (code > kLastCharacter) code = kReplacement;
+    }
+    at += kUnit;
+    return conversionOK;
+  }
+
+  static bool Write(Byte*& at, const Byte* end, char32_t code) {
+    if (end - at < kUnit) return false;
+    Put(at, code);
+    at += kUnit;
+    return true;
+  }
+};
+
+// ASCII is the same number in every encoding, so runs of it are moved in blocks.
+template <class From, class To>
+void MoveAscii(const Byte*& source, const Byte* sourceEnd, Byte*& target, const Byte* targetEnd) {
+  constexpr std::ptrdiff_t kBlock = 16;
+  while (sourceEnd - source >= kBlock * From::kUnit && targetEnd - target >= kBlock * To::kUnit) {
+    char32_t bits = 0;
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i) bits |= From::Get(source + i * From::kUnit);
+    if (bits >= 0x80) return;
+    for (std::ptrdiff_t i = 0; i < kBlock; ++i)
+      To::Put(target + i * To::kUnit, From::Get(source + i * From::kUnit));
+    source += kBlock * From::kUnit;
+    target += kBlock * To::kUnit;
+  }
+}
+
+template <class From, class To>
+ConversionResult ConvertBytes(const Byte*& sourceStart, const Byte* sourceEnd, Byte*& targetStart,
+                              const Byte* targetEnd, ConversionFlags flags) {
+  const Byte* source = sourceStart;  // in registers while the loop runs
+  Byte* target = targetStart;
+  ConversionResult result = conversionOK;
+  while (source != sourceEnd) {
+    const Byte* next = source;
+    char32_t code = 0;
+    result = From::Read(next, sourceEnd, flags, code);
+    if (result != conversionOK) break;
+    if (!To::Write(target, targetEnd, code)) {
+      result = targetExhausted;
+      break;
+    }
+    source = next;
+    if (code < 0x80) MoveAscii<From, To>(source, sourceEnd, target, targetEnd);
+  }
+  sourceStart = source;
+  targetStart = target;
+  return result;
+}
+
+template <class From, class To, class FromUnit, class ToUnit>
+ConversionResult Convert(const FromUnit** sourceStart, const FromUnit* sourceEnd, ToUnit** targetStart,
+                         ToUnit* targetEnd, ConversionFlags flags) {
+  auto* source = reinterpret_cast<const Byte*>(*sourceStart);
+  auto* target = reinterpret_cast<Byte*>(*targetStart);
+  const ConversionResult result =
+      ConvertBytes<From, To>(source, reinterpret_cast<const Byte*>(sourceEnd), target,
+                             reinterpret_cast<const Byte*>(targetEnd), flags);
+  *sourceStart = reinterpret_cast<const FromUnit*>(source);
+  *targetStart = reinterpret_cast<ToUnit*>(target);
+  return result;
+}
+
+using NativeUTF16 = EncodingUTF16<false>;
+using SwappedUTF16 = EncodingUTF16<true>;
+
+}  // namespace
+
+ConversionResult ConvertUTF8toUTF16(const UTF8** sourceStart, const UTF8* sourceEnd, UTF16** targetStart,
+                                    UTF16* targetEnd, ConversionFlags flags) {
+  return Convert<EncodingUTF8, NativeUTF16>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF8toUTF32(const UTF8** sourceStart, const UTF8* sourceEnd, UTF32** targetStart,
+                                    UTF32* targetEnd, ConversionFlags flags) {
+  return Convert<EncodingUTF8, EncodingUTF32>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF16toUTF8(const UTF16** sourceStart, const UTF16* sourceEnd, UTF8** targetStart,
+                                    UTF8* targetEnd, ConversionFlags flags) {
+  return Convert<NativeUTF16, EncodingUTF8>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF16toUTF32(const UTF16** sourceStart, const UTF16* sourceEnd, UTF32** targetStart,
+                                     UTF32* targetEnd, ConversionFlags flags) {
+  return Convert<NativeUTF16, EncodingUTF32>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF32toUTF8(const UTF32** sourceStart, const UTF32* sourceEnd, UTF8** targetStart,
+                                    UTF8* targetEnd, ConversionFlags flags) {
+  return Convert<EncodingUTF32, EncodingUTF8>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF32toUTF16(const UTF32** sourceStart, const UTF32* sourceEnd, UTF16** targetStart,
+                                     UTF16* targetEnd, ConversionFlags flags) {
+  return Convert<EncodingUTF32, NativeUTF16>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF8toUTF16Rev(const UTF8** sourceStart, const UTF8* sourceEnd, UTF16** targetStart,
+                                       UTF16* targetEnd, ConversionFlags flags) {
+  return Convert<EncodingUTF8, SwappedUTF16>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult ConvertUTF16RevtoUTF8(const UTF16** sourceStart, const UTF16* sourceEnd, UTF8** targetStart,
+                                       UTF8* targetEnd, ConversionFlags flags) {
+  return Convert<SwappedUTF16, EncodingUTF8>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult LocalUTF8toUTF16(const UTF8** sourceStart, const UTF8* sourceEnd,
+                                  unsigned char** targetStart, unsigned char* targetEnd,
+                                  ConversionFlags flags, bool swapBytes) {
+  return swapBytes
+             ? Convert<EncodingUTF8, SwappedUTF16>(sourceStart, sourceEnd, targetStart, targetEnd, flags)
+             : Convert<EncodingUTF8, NativeUTF16>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+ConversionResult LocalUTF16toUTF8(const unsigned char** sourceStart, const unsigned char* sourceEnd,
+                                  UTF8** targetStart, UTF8* targetEnd, ConversionFlags flags,
+                                  bool swapBytes) {
+  return swapBytes
+             ? Convert<SwappedUTF16, EncodingUTF8>(sourceStart, sourceEnd, targetStart, targetEnd, flags)
+             : Convert<NativeUTF16, EncodingUTF8>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+bool isLegalUTF8(const UTF8* source, int length) {
+  const UTF8* const end = source + std::max(length, 0);
+  char32_t code = 0;
+  return source != end && EncodingUTF8::Read(source, end, strictConversion, code) == conversionOK &&
+         source == end;
+}
+
+bool isLegalUTF8Sequence(const UTF8* source, const UTF8* sourceEnd) {
+  char32_t code = 0;
+  return source != sourceEnd && EncodingUTF8::Read(source, sourceEnd, strictConversion, code) == conversionOK;
+}
+
+bool isLegalUTF8Substring(const UTF8* source, const UTF8* sourceEnd) {
+  while (isLegalUTF8Sequence(source, sourceEnd)) source += EncodingUTF8::LengthOf(*source);
+  return source == sourceEnd;
+}
+
+}  // namespace KxXML_940
