@@ -138,19 +138,32 @@ Outcome ToUTF8(std::u16string_view from, Room<char> room) {
 
 // --- Code pages
 
-// The converter may have been stopped within a character.
-Outcome ToCodePage(void* converter, std::u16string_view from, Room<char> room) {
-  const ChosenConverter chosen(converter);
-  Outcome outcome = FromUnicode(chosen.Get(), from, room.start, room.size);
-  if (outcome.status == kCut) outcome.written = ValidPrefix(chosen.Get(), {room.start, outcome.written});
+// Converts into no more than `most` units.  By way of a work buffer, because some converters write beyond
+// their output.  `whole` counts the units that may stay of a cut output, which may end within a character.
+template <class To, class From, class Conversion, class Whole>
+Outcome ByConverter(UConverter* converter, From from, Room<To> room, std::size_t most, Conversion convert,
+                    Whole whole) {
+  const std::size_t size = std::min(room.size, most);
+  WorkBuffer<To> work(size);
+  if (work.Get() == nullptr) return {0, kNotConverted};
+  Outcome outcome = convert(converter, from, work.Get(), size);
+  if (outcome.status == kCut)
+    outcome.written = whole(std::basic_string_view<To>(work.Get(), outcome.written));
+  std::copy_n(work.Get(), outcome.written, room.start);
   return outcome;
 }
 
+Outcome ToCodePage(void* converter, std::u16string_view from, Room<char> room) {
+  const ChosenConverter chosen(converter);
+  return ByConverter(chosen.Get(), from, room, BytesFor(chosen.Get(), from.size()), FromUnicode,
+                     [&](std::string_view text) { return ValidPrefix(chosen.Get(), text); });
+}
+
 Outcome FromCodePage(void* converter, std::string_view from, Room<char16_t> room) {
-  Outcome outcome = ToUnicode(ChosenConverter(converter).Get(), from, room.start, room.size);
-  if (outcome.status == kCut && outcome.written > 0 && U16_IS_LEAD(room.start[outcome.written - 1]))
-    --outcome.written;
-  return outcome;
+  return ByConverter(ChosenConverter(converter).Get(), from, room, room.size, ToUnicode,
+                     [](std::u16string_view text) {
+                       return text.size() - (!text.empty() && U16_IS_LEAD(text.back()) ? 1 : 0);
+                     });
 }
 
 // Converts by way of UTF-16, for which so many units are tried first.

@@ -56,6 +56,66 @@ TEST(Names, FollowTheDefaultConverter) {
   ucnv_close(latin);
 }
 
+TEST(Names, AreSetInEveryForm) {
+  SetUserLocale("C");
+  UConverter* const latin = ZENTMBConverterNew_C("28591");
+  const std::string want = "\u00e4";
+  const std::pair<const char*, void (*)(ExtNameStr&, UConverter*)> kSetters[] = {
+      {"UTF-8", [](ExtNameStr& name, UConverter*) { name.SetU8("\u00e4"); }},
+      {"UTF-16", [](ExtNameStr& name, UConverter*) { name.SetU16(u"\u00e4"); }},
+      {"a code page", [](ExtNameStr& name, UConverter* converter) { name.SetCP("\xE4", converter); }},
+      {"the default code page", [](ExtNameStr& name, UConverter*) { name.SetCP("\u00e4", nullptr); }},
+      {"generic", [](ExtNameStr& name, UConverter*) { name.SetGeneric("\u00e4"); }},
+      {"system", [](ExtNameStr& name, UConverter*) { name.SetSystem("\u00e4"); }},
+  };
+  for (const auto& [what, set] : kSetters) {
+    SCOPED_TRACE(what);
+    ExtNameStr name;
+    name.SetU8("before");
+    EXPECT_EQ(name.GetSystem(), "before");
+    set(name, latin);
+    EXPECT_EQ(name.GetU8(), want);
+    EXPECT_EQ(name.GetU16(), u"\u00e4");
+    EXPECT_EQ(name.GetCP(), want);
+    EXPECT_EQ(name.GetSystem(), want);
+    EXPECT_EQ(name.GetGeneric(), want);
+    EXPECT_EQ(name.GetCP(latin), "\xE4");
+    EXPECT_EQ(name.ErrorCode(), 0);
+    ExtNameStr copy;
+    copy = name;
+    name.Clear();
+    EXPECT_TRUE(name.GetSystem().empty() && name.GetGeneric().empty());
+    EXPECT_EQ(copy.GetSystem(), want);
+  }
+  // In the other mode a generic name is in the default code page, whichever that is now.
+  ExtNameStr name;
+  UConverter* const first = ZENTMBGetDefaultConverter();
+  name.SetU8("\u00e4\u20ac");
+  SetUTF8mode(0);
+  EXPECT_EQ(name.GetGeneric(), "\u00e4\u20ac");
+  ZENTMBSetDefaultConverter(latin);
+  EXPECT_EQ(name.GetGeneric(), "\xE4?");
+  EXPECT_EQ(name.ErrorCode(), 3);
+  name.SetGeneric("\xF6");
+  EXPECT_EQ(name.GetU8(), "\u00f6");
+  name.SetSystem("\u20ac");
+  EXPECT_EQ(name.ErrorCode(), 3) << "of the code page";
+  name.SetSystem("\xFF");
+  EXPECT_EQ(name.GetSystem(), "\xFF") << "kept as it is";
+  EXPECT_EQ(name.GetU16(), u"?");
+  ZENTMBSetDefaultConverter(first);
+  ucnv_close(latin);
+}
+
+TEST(Names, LeaveTheLocaleAloneUntilTheSystemsEncodingIsNeeded) {
+  SetUserLocale("de_DE.UTF-8");
+  ExtNameStr name;
+  name.SetU8("a");
+  EXPECT_STREQ(getenv("LC_ALL"), "de_DE.UTF-8");
+  EXPECT_EQ(name.GetSystem(), "a");
+  EXPECT_STREQ(getenv("LC_ALL"), "de_DE.ISO8859-15");
+}
+
 TEST(DefaultConverter, IsTheUsersEncodingWhenItIsKnown) {
   SetUserLocale("ja_JP.SJIS");
   std::string bytes;
@@ -97,13 +157,16 @@ TEST(Converters, AreNamed) {
     EXPECT_EQ(ZENTMBCpNameFromNum_C(name, number), *want == '\0' ? 0 : 1) << number;
     EXPECT_STRCASEEQ(name, want);
   }
-  const std::pair<const char*, bool> kNames[] = {{"1252", true},   {"cp1252", true}, {"Windows-28591", true},
-                                                 {"99999", false}, {"none", false},  {"123456", false}};
-  for (const auto& [name, isKnown] : kNames) {
-    UConverter* const converter = ZENTMBConverterNew_C(name);
-    EXPECT_EQ(converter != nullptr, isKnown) << name;
-    if (converter != nullptr) ucnv_close(converter);
-  }
+  const std::pair<const char*, bool> kNames[] = {
+      {"1252", true},    {"cp1252", true},  {"Windows-28591", true}, {"99999", false}, {"none", false},
+      {"123456", false}, {"0001252", true}, {"\u00e4", false},       {nullptr, true}};
+  for (const auto& [name, isKnown] : kNames)
+    for (UConverter* (*open)(const char*) :
+         {ZENTMBConverterNew_C, ZENTMBConverterNew_8, ZENTMBConverterNew_A}) {
+      UConverter* const converter = open(name);
+      EXPECT_EQ(converter != nullptr, isKnown) << (name != nullptr ? name : "null");
+      if (converter != nullptr) ucnv_close(converter);
+    }
 }
 
 TEST(Converters, SubstituteAndSaySo) {

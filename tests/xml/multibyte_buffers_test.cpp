@@ -1,0 +1,504 @@
+// Every conversion into a buffer or a string, compared with ICU's conversion of the whole text and with
+// iconv.
+
+#include <gtest/gtest.h>
+#include <iconv.h>
+#include <unicode/ustring.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <random>
+#include <set>
+
+#include "xml/Multibyte.h"
+
+namespace {
+
+using namespace KxXML_940;
+
+constexpr int kMostUnits = 64;
+constexpr unsigned kSeed = 20;
+
+struct CodePageRow {
+  const char* icuName;
+  const char* iconvName;
+  bool hasNullBytes;
+};
+
+constexpr CodePageRow kCodePages[] = {
+    {"UTF-8", "UTF-8", false},           {"UTF-16BE", "UTF-16BE", true},    {"UTF-16LE", "UTF-16LE", true},
+    {"UTF-32BE", "UTF-32BE", true},      {"UTF-32LE", "UTF-32LE", true},    {"windows-1252", "CP1252", false},
+    {"ISO-8859-1", "ISO-8859-1", false}, {"Shift_JIS", "SHIFT-JIS", false}, {"GBK", "GBK", false},
+    {"EUC-KR", "EUC-KR", false},         {"Big5", "BIG5", false},           {"US-ASCII", "US-ASCII", false},
+};
+
+struct Closer {
+  void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+using OpenConverter = std::unique_ptr<UConverter, Closer>;
+
+OpenConverter Open(const char* name) { return OpenConverter(ZENTMBConverterNew_C(name)); }
+
+// What a conversion of the whole text gives, and where a cut output may end.
+template <class Unit>
+struct Whole {
+  std::basic_string<Unit> text;
+  bool isSubstituted = false;
+  std::set<std::size_t> ends{0};
+};
+
+// --- The reference: ICU, with far more room than is needed
+
+Whole<char16_t> WithEnds(std::u16string text, bool isSubstituted) {
+  Whole<char16_t> whole{std::move(text), isSubstituted};
+  for (std::size_t i = 0; i < whole.text.size();) {
+    U16_FWD_1(whole.text, i, whole.text.size());
+    whole.ends.insert(i);
+  }
+  return whole;
+}
+
+Whole<char> WithEnds(std::string text, bool isSubstituted) {
+  Whole<char> whole{std::move(text), isSubstituted};
+  for (std::size_t i = 0; i < whole.text.size();) {
+    U8_FWD_1_UNSAFE(whole.text, i);
+    whole.ends.insert(i);
+  }
+  return whole;
+}
+
+Whole<char32_t> WithEnds(std::u32string text, bool isSubstituted) {
+  Whole<char32_t> whole{std::move(text), isSubstituted};
+  for (std::size_t i = 0; i <= whole.text.size(); ++i) whole.ends.insert(i);
+  return whole;
+}
+
+// Runs one of ICU's conversions with U+FFFD for what is ill-formed.
+template <class To, class Unit, class From, class Convert>
+Whole<To> ByString(const std::basic_string<From>& from, Convert convert) {
+  Unit out[8 * kMostUnits];
+  std::int32_t length = 0;
+  std::int32_t substitutions = 0;
+  UErrorCode status = U_ZERO_ERROR;
+  convert(out, 8 * kMostUnits, &length, from.data(), static_cast<std::int32_t>(from.size()), 0xFFFD,
+          &substitutions, &status);
+  EXPECT_TRUE(U_SUCCESS(status));
+  return WithEnds(std::basic_string<To>(out, out + length), substitutions > 0);
+}
+
+Whole<char16_t> From8(const std::string& from) {
+  return ByString<char16_t, char16_t>(from, u_strFromUTF8WithSub);
+}
+Whole<char> From16(const std::u16string& from) { return ByString<char, char>(from, u_strToUTF8WithSub); }
+
+Whole<char16_t> From32(const std::u32string& from) {
+  return ByString<char16_t, char16_t>(
+      from, [](char16_t* out, int room, std::int32_t* length, const char32_t* in, std::int32_t n, UChar32 sub,
+               std::int32_t* subs, UErrorCode* status) {
+        u_strFromUTF32WithSub(out, room, length, reinterpret_cast<const UChar32*>(in), n, sub, subs, status);
+      });
+}
+
+Whole<char32_t> To32(const std::u16string& from) {
+  return ByString<char32_t, UChar32>(from, u_strToUTF32WithSub);
+}
+
+std::string ToBytes(UConverter* converter, const std::u16string& from, bool& isSubstituted) {
+  char out[16 * kMostUnits];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length = ucnv_fromUChars(converter, out, sizeof out, from.data(),
+                                              static_cast<std::int32_t>(from.size()), &status);
+  isSubstituted = isSubstituted || static_cast<int>(status) <= -100;
+  return {out, out + length};
+}
+
+// These code pages have no state, so a text is what its characters are, one after the other.
+Whole<char> ToCodePage(UConverter* converter, const std::u16string& from) {
+  Whole<char> whole;
+  whole.text = ToBytes(converter, from, whole.isSubstituted);
+  std::size_t end = 0;
+  for (std::size_t i = 0; i < from.size();) {
+    const std::size_t start = i;
+    U16_FWD_1(from, i, from.size());
+    bool ignored = false;
+    end += ToBytes(converter, from.substr(start, i - start), ignored).size();
+    whole.ends.insert(end);
+  }
+  EXPECT_EQ(end, whole.text.size());
+  return whole;
+}
+
+Whole<char16_t> FromCodePage(UConverter* converter, const std::string& from) {
+  char16_t out[8 * kMostUnits];
+  UErrorCode status = U_ZERO_ERROR;
+  const std::int32_t length = ucnv_toUChars(converter, out, 8 * kMostUnits, from.data(),
+                                            static_cast<std::int32_t>(from.size()), &status);
+  return WithEnds(std::u16string(out, out + length), static_cast<int>(status) <= -100);
+}
+
+// The second of two conversions substitutes too.
+template <class Unit>
+Whole<Unit> After(bool isSubstituted, Whole<Unit> whole) {
+  whole.isSubstituted = whole.isSubstituted || isSubstituted;
+  return whole;
+}
+
+// --- The subject
+
+template <class To, class From>
+using Conversion = std::function<int(To*, int, const From*, int, int*)>;
+
+// A copy of exactly this size on the heap: the sanitizer sees every access beyond it.
+template <class Unit>
+std::unique_ptr<Unit[]> Exactly(const Unit* text, std::size_t size) {
+  auto copy = std::make_unique<Unit[]>(size);
+  std::copy_n(text, size, copy.get());
+  return copy;
+}
+
+// Converts into so much room, from a text of stated length or a null-terminated one, and compares everything.
+template <class To, class From>
+void Check(const Conversion<To, From>& convert, const std::basic_string<From>& from, const Whole<To>& want,
+           int size, bool isTerminated) {
+  constexpr auto kUntouched = static_cast<To>(0x55);
+  const std::basic_string<To> before(static_cast<std::size_t>(size), kUntouched);
+  const auto out = Exactly(before.data(), before.size());
+  const auto source = Exactly(from.c_str(), from.size() + (isTerminated ? 1 : 0));
+  const int length = isTerminated ? -1 : static_cast<int>(from.size());
+  int error = -1;
+  const int written = convert(out.get(), size, source.get(), length, &error);
+
+  std::basic_string<To> layout = before;
+  const bool hasNull = isTerminated && size > 0;
+  const std::size_t room = layout.size() - (hasNull ? 1 : 0);
+  const bool isCut = want.text.size() > room || (isTerminated && !hasNull);
+  const std::size_t kept = isCut ? *std::prev(want.ends.upper_bound(room)) : want.text.size();
+  std::copy_n(want.text.data(), kept, layout.data());
+  if (isCut) std::fill(layout.begin() + static_cast<std::ptrdiff_t>(kept), layout.end(), To(' '));
+  if (hasNull)
+    layout[isCut ? room : kept] = 0;
+  else if (!isCut && kept < room)
+    layout[kept] = ' ';
+  ASSERT_EQ(error, isCut ? 1 : want.isSubstituted ? 3 : 0) << "size " << size;
+  ASSERT_EQ(written, static_cast<int>(kept)) << "size " << size;
+  ASSERT_EQ(std::basic_string<To>(out.get(), before.size()), layout) << "size " << size;
+}
+
+template <class To, class From>
+void CheckAllSizes(const char* what, const Conversion<To, From>& convert, const std::basic_string<From>& from,
+                   const Whole<To>& want, bool mayTerminate = true) {
+  SCOPED_TRACE(what);
+  const bool hasNull = from.find(From(0)) != from.npos;
+  for (int size = 0; size <= kMostUnits; ++size) {
+    Check(convert, from, want, size, false);
+    if (mayTerminate && !hasNull) Check(convert, from, want, size, true);
+    if (testing::Test::HasFatalFailure()) return;
+  }
+}
+
+template <class To, class From, class Convert>
+void CheckString(Convert convert, const std::basic_string<From>& from, const Whole<To>& want) {
+  std::basic_string<To> out;
+  ASSERT_EQ(convert(out, from), want.isSubstituted ? 3 : 0);
+  ASSERT_EQ(out, want.text);
+}
+
+void CheckUTF(const std::u16string& units, const std::string& bytes) {
+  CheckAllSizes<char, char16_t>("16 to 8", ZENTMB16to8, units, From16(units));
+  CheckAllSizes<char16_t, char>("8 to 16", ZENTMB8to16, bytes, From8(bytes));
+  CheckString<char>(ZENTMBU16ToU8, units, From16(units));
+  CheckString<char16_t>(ZENTMBU8ToU16, bytes, From8(bytes));
+
+  // Ill-formed UTF-8 comes out as U+FFFD by way of UTF-16 as well.
+  const Whole<char16_t> by16 = From8(bytes);
+  const auto to32 = [](char32_t* dst, int size, const char* src, int length, int* error) {
+    return ZENTMB8and32(1, dst, size, src, length, error);
+  };
+  CheckAllSizes<char32_t, char>("8 to 32", to32, bytes, After(by16.isSubstituted, To32(by16.text)));
+  std::u32string wide(units.begin(), units.end());  // surrogates and all
+  wide += U"\U0001F600\x110000";
+  const Whole<char16_t> replaced = From32(wide);
+  const auto from32 = [](char* dst, int size, const char32_t* src, int length, int* error) {
+    return ZENTMB8and32(0, dst, size, src, length, error);
+  };
+  CheckAllSizes<char, char32_t>("32 to 8", from32, wide,
+                                After(replaced.isSubstituted, From16(replaced.text)));
+}
+
+void CheckCodePage(const CodePageRow& row, UConverter* converter, const std::u16string& units,
+                   const std::string& bytes, const std::string& utf8) {
+  const bool mayTerminate = !row.hasNullBytes;
+  const Whole<char> to = ToCodePage(converter, units);
+  CheckAllSizes<char, char16_t>("16 to code page", std::bind_front(ZENTMB16toCodePage, converter), units, to);
+  CheckString<char>(std::bind_front(ZENTMBU16ToCodePage, converter), units, to);
+
+  const Whole<char16_t> from = FromCodePage(converter, bytes);
+  CheckAllSizes<char16_t, char>("code page to 16", std::bind_front(ZENTMBCodePageto16, converter), bytes,
+                                from, mayTerminate);
+  CheckString<char16_t>(std::bind_front(ZENTMBCodePageToU16, converter), bytes, from);
+
+  const Whole<char> from8 = After(from.isSubstituted, From16(from.text));
+  CheckAllSizes<char, char>("code page to 8", std::bind_front(ZENTMBCodePageto8, converter), bytes, from8,
+                            mayTerminate);
+  CheckString<char>(std::bind_front(ZENTMBCodePageToU8, converter), bytes, from8);
+
+  const Whole<char16_t> by16 = From8(utf8);
+  const Whole<char> to8 = After(by16.isSubstituted, ToCodePage(converter, by16.text));
+  CheckAllSizes<char, char>("8 to code page", std::bind_front(ZENTMB8toCodePage, converter), utf8, to8);
+  CheckString<char>(std::bind_front(ZENTMBU8ToCodePage, converter), utf8, to8);
+}
+
+// --- Random texts
+
+class Texts {
+ public:
+  // Characters that most of the code pages have, and some that none has; lone surrogates now and then.
+  std::u16string Units(bool isWellFormed) {
+    static constexpr std::pair<int, int> kRanges[] = {{0x20, 0x7E},     {0x20, 0x7E},       {0xA0, 0xFF},
+                                                      {0x391, 0x3C9},   {0x20AC, 0x20AC},   {0x3041, 0x3093},
+                                                      {0x4E00, 0x4E60}, {0x1F600, 0x1F640}, {0xAC00, 0xAC40}};
+    std::u16string text;
+    for (int n = Whole(0, 20); n > 0; --n) {
+      const auto& [first, last] = kRanges[Whole(0, static_cast<int>(std::size(kRanges)) - 1)];
+      const UChar32 code = Whole(first, last);
+      char16_t pair[2];
+      std::size_t length = 0;
+      U16_APPEND_UNSAFE(pair, length, code);
+      text.append(pair, length);
+      if (!isWellFormed && Whole(0, 7) == 0) text += static_cast<char16_t>(Whole(0xD800, 0xDFFF));
+    }
+    return text;
+  }
+
+  // Damages one byte in eight.
+  std::string Damaged(std::string bytes) {
+    for (char& byte : bytes)
+      if (Whole(0, 7) == 0) byte = static_cast<char>(Whole(0, 255));
+    return bytes;
+  }
+
+ private:
+  int Whole(int low, int high) { return std::uniform_int_distribution(low, high)(fRandom); }
+
+  std::mt19937 fRandom{kSeed};
+};
+
+TEST(Buffers, BetweenUnicodeEncodings) {
+  Texts texts;
+  for (int i = 0; i < 200 && !HasFatalFailure(); ++i) {
+    const std::u16string units = texts.Units(i % 2 == 0);
+    const std::string bytes = From16(units).text;
+    CheckUTF(units, i % 2 == 0 ? bytes : texts.Damaged(bytes));
+  }
+}
+
+TEST(Buffers, CutAtEveryByte) {
+  const std::u16string units = u"a\u00e9\U0001F600\u20ac\xD83D";
+  const std::string bytes = "a\xC3\xA9\xF0\x9F\x98\x80\xE2\x82\xAC\xF4\x90\xED\xA0\x80";
+  for (std::size_t n = 0; n <= bytes.size() && !HasFatalFailure(); ++n)
+    CheckUTF(units.substr(0, std::min(n, units.size())), bytes.substr(0, n));
+}
+
+TEST(Buffers, WithCodePages) {
+  for (const CodePageRow& row : kCodePages) {
+    SCOPED_TRACE(row.icuName);
+    const OpenConverter converter = Open(row.icuName);
+    ASSERT_NE(converter, nullptr);
+    Texts texts;
+    for (int i = 0; i < 30; ++i) {
+      const std::u16string units = texts.Units(i % 2 == 0);
+      const std::string bytes = ToCodePage(converter.get(), units).text;
+      const std::string utf8 = From16(units).text;
+      if (i % 2 == 0)
+        CheckCodePage(row, converter.get(), units, bytes, utf8);
+      else
+        CheckCodePage(row, converter.get(), units, texts.Damaged(bytes), texts.Damaged(utf8));
+      for (std::size_t n = 0; i == 0 && n < bytes.size(); ++n)
+        CheckCodePage(row, converter.get(), units, bytes.substr(0, n), utf8.substr(0, n));
+      if (HasFatalFailure()) return;
+    }
+  }
+}
+
+// Texts beyond the local buffers, and an encoding with state.
+TEST(Buffers, LongTextsGoToTheHeap) {
+  std::string bytes;
+  while (bytes.size() < 5000) bytes += "\x93\xFA\xB1";  // a kanji and a katakana of one byte
+  const OpenConverter japanese = Open("Shift_JIS");
+  std::string utf8(20000, '\0');
+  int error = -1;
+  const int written = ZENTMBCodePageto8(japanese.get(), utf8.data(), 20000, bytes.data(),
+                                        static_cast<int>(bytes.size()), &error);
+  utf8.resize(static_cast<std::size_t>(written));
+  EXPECT_EQ(error, 0);
+  EXPECT_EQ(utf8.size(), bytes.size() * 2);
+  const OpenConverter shifting = Open("ISO-2022-JP");
+  std::string text;
+  EXPECT_EQ(ZENTMBU8ToCodePage(shifting.get(), text, "\u65e5a"), 0);
+  EXPECT_EQ(text, "\x1B$BF|\x1B(Ba");
+  char cut[8];
+  EXPECT_EQ(ZENTMB8toCodePage(shifting.get(), cut, 8, "\u65e5a", 4, &error), 5);
+  EXPECT_EQ(error, 1);
+  EXPECT_EQ(std::string(cut, 8), "\x1B$BF|   ");
+}
+
+// iconv has mappings of its own, from other hands than ICU's.
+TEST(Strings, AgreeWithIconv) {
+  struct IconvCloser {
+    void operator()(void* handle) const { iconv_close(handle); }
+  };
+  using Handle = std::unique_ptr<void, IconvCloser>;
+  const auto convert = [](const Handle& handle, std::string from) {
+    char out[8 * kMostUnits];
+    char* source = from.data();
+    char* target = out;
+    std::size_t sourceLeft = from.size();
+    std::size_t targetLeft = sizeof out;
+    const std::size_t result = iconv(handle.get(), &source, &sourceLeft, &target, &targetLeft);
+    return result == 0 ? std::string(out, target) : std::string();
+  };
+  for (const CodePageRow& row : kCodePages) {
+    SCOPED_TRACE(row.icuName);
+    const Handle to(iconv_open(row.iconvName, "UTF-8"));
+    const Handle from(iconv_open("UTF-8", row.iconvName));
+    const OpenConverter converter = Open(row.icuName);
+    Texts texts;
+    std::size_t compared = 0;
+    for (int i = 0; i < 200; ++i) {
+      std::string common;  // of the text, the characters that both map there and back
+      const std::u16string units = texts.Units(true);
+      for (std::size_t at = 0; at < units.size();) {
+        const std::size_t start = at;
+        U16_FWD_1(units, at, units.size());
+        const std::string character = From16(units.substr(start, at - start)).text;
+        std::string bytes;
+        std::string back;
+        ZENTMBU8ToCodePage(converter.get(), bytes, character);
+        ZENTMBCodePageToU8(converter.get(), back, bytes);
+        if (back == character && convert(from, convert(to, character)) == character) common += character;
+      }
+      std::string bytes;
+      std::string back;
+      ASSERT_EQ(ZENTMBU8ToCodePage(converter.get(), bytes, common), 0);
+      ASSERT_EQ(bytes, convert(to, common)) << common;
+      ASSERT_EQ(ZENTMBCodePageToU8(converter.get(), back, bytes), 0);
+      ASSERT_EQ(back, convert(from, bytes));
+      compared += common.size();
+    }
+    EXPECT_GT(compared, 400u);
+  }
+}
+
+TEST(Strings, StatusSurvivesAnExactFit) {
+  const OpenConverter latin = Open("ISO-8859-1");
+  char byte = 0;
+  int error = -1;
+  EXPECT_EQ(ZENTMB16toCodePage(latin.get(), &byte, 1, u"\u20ac", 1, &error), 1);
+  EXPECT_EQ(byte, '?');
+  EXPECT_EQ(error, 3);
+}
+
+// The default code page is Shift-JIS here, where a kanji is two bytes and a katakana one.
+TEST(Generic, FollowsTheMode) {
+  UConverter* const first = ZENTMBGetDefaultConverter();
+  const OpenConverter japanese = Open("932");
+  const OpenConverter european = Open("1252");
+  ZENTMBSetDefaultConverter(japanese.get());
+  const std::string kanji8 = "\u65e5";
+  const std::string kanjiCP = "\x93\xFA";
+  for (const int mode : {1, 0}) {
+    SCOPED_TRACE(mode);
+    SetUTF8mode(mode);
+    const std::string& generic = mode == 1 ? kanji8 : kanjiCP;
+    std::string bytes;
+    std::u16string units;
+    EXPECT_EQ(ZENTMBGenericToU16(units, generic), 0);
+    EXPECT_EQ(units, u"\u65e5");
+    EXPECT_EQ(ZENTMBU16ToGeneric(bytes, units), 0);
+    EXPECT_EQ(bytes, generic);
+    EXPECT_EQ(ZENTMBGenericToU8(bytes, generic), 0);
+    EXPECT_EQ(bytes, kanji8);
+    EXPECT_EQ(ZENTMBU8ToGeneric(bytes, kanji8), 0);
+    EXPECT_EQ(bytes, generic);
+    EXPECT_EQ(ZENTMBGenericToCodePage(bytes, generic), 0);
+    EXPECT_EQ(bytes, kanjiCP);
+    EXPECT_EQ(ZENTMBCodePageToGeneric(bytes, kanjiCP), 0);
+    EXPECT_EQ(bytes, generic);
+    EXPECT_EQ(ZENTMBGenericToCodePage(european.get(), bytes, generic), 3);
+    EXPECT_EQ(bytes, "?");
+    EXPECT_EQ(ZENTMBCodePageToGeneric(european.get(), bytes, "\xA7"), 0);
+    EXPECT_EQ(bytes, mode == 1 ? "\u00a7" : "\x81\x98");
+
+    // Three characters that were cut within the last, and one that fits.
+    const std::string three = generic + generic + generic;
+    const int two = static_cast<int>(generic.size()) * 2;
+    const int length = static_cast<int>(three.size());
+    const struct {
+      const char* what;
+      std::function<int(char*, int, int*)> convert;
+      std::string want;
+    } kRows[] = {
+        {"16", [](char* d, int n, int* e) { return ZENTMB16toGeneric(d, n, u"\u65e5\u65e5\u65e5", 3, e); },
+         generic},
+        {"8",
+         [&](char* d, int n, int* e) {
+           return ZENTMB8toGeneric(d, n, (kanji8 + kanji8 + kanji8).c_str(), 9, e);
+         },
+         generic},
+        {"code page",
+         [&](char* d, int n, int* e) {
+           return ZENTMBCodePagetoGeneric(nullptr, d, n, (kanjiCP + kanjiCP + kanjiCP).c_str(), 6, e);
+         },
+         generic},
+        {"to 8", [&](char* d, int n, int* e) { return ZENTMBGenericto8(d, n, three.c_str(), length, e); },
+         kanji8},
+        {"to code page",
+         [&](char* d, int n, int* e) {
+           return ZENTMBGenerictoCodePage(nullptr, d, n, three.c_str(), length, e);
+         },
+         kanjiCP},
+    };
+    for (const auto& row : kRows) {
+      SCOPED_TRACE(row.what);
+      const std::string whole = row.want + row.want + row.want;
+      const int size = static_cast<int>(whole.size());
+      char out[16];
+      int error = -1;
+      EXPECT_EQ(row.convert(out, size, &error), size);
+      EXPECT_EQ(error, 0);
+      EXPECT_EQ(std::string(out, whole.size()), whole);
+      EXPECT_EQ(row.convert(out, size - 1, &error), size / 3 * 2);
+      EXPECT_EQ(error, 1);
+      EXPECT_EQ(std::string(out, whole.size() - 1).substr(whole.size() / 3 * 2),
+                std::string(row.want.size() - 1, ' '));
+    }
+    char16_t units3[2];
+    int error = -1;
+    EXPECT_EQ(ZENTMBGenericto16(units3, 2, three.c_str(), two, &error), 2);
+    EXPECT_EQ(error, 0);
+
+    const std::unique_ptr<char16_t[]> new16(ZENTMBTranscodeGeneric(generic.c_str()));
+    const std::unique_ptr<char[]> new8(ZENTMBTranscodeGeneric(new16.get()));
+    EXPECT_EQ(std::u16string(new16.get()), u"\u65e5");
+    EXPECT_EQ(new8.get(), generic);
+  }
+  EXPECT_EQ(ZENTMBTranscodeU8(static_cast<const char*>(nullptr)), nullptr);
+  ZENTMBSetDefaultConverter(first);
+}
+
+TEST(Temporaries, AreLocalWhileTheyFit) {
+  char local[8];
+  EXPECT_EQ(ZENTMBTempGet(local, sizeof local, 2, 4), local);
+  void* const block = ZENTMBTempGet(local, sizeof local, 2, 5);
+  EXPECT_NE(block, local);
+  std::memset(block, 0, 10);
+  ZENTMBTempFree(local, block);
+  ZENTMBTempFree(local, local);
+  ZENTMBTempFree(local, nullptr);
+  EXPECT_EQ(ZENTMBTempGet(local, sizeof local, SIZE_MAX, 2), nullptr) << "the product overflows";
+}
+
+}  // namespace
