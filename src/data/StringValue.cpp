@@ -5,6 +5,7 @@
 #include <limits>
 #include <locale>
 #include <sstream>
+#include <utility>
 
 #include "data/ReadNumber.h"
 #include "data/TextRules.h"
@@ -35,6 +36,8 @@ StringValue::StringValue() : fText(kDefaultLength, '\0') {}
 StringValue::StringValue(const char* text) : StringValue(std::string(text == nullptr ? "" : text)) {}
 
 StringValue::StringValue(const std::string& text) : fText(text), fLength(static_cast<int>(text.size())) {}
+
+StringValue::StringValue(std::string&& text) : fText(std::move(text)), fLength(static_cast<int>(fText.size())) {}
 
 StringValue::StringValue(const StringValue& other) : StringValue(other.fText) {}
 

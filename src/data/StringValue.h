@@ -22,6 +22,7 @@ class VEYRA_API StringValue : public ScoreValue {
   // The declared length becomes the number of bytes.
   explicit StringValue(const char* text);  // null gives the empty text
   explicit StringValue(const std::string& text);
+  explicit StringValue(std::string&& text);
   StringValue(const StringValue& other);
   StringValue& operator=(const StringValue& other) = default;  // takes the other's declared length
   ~StringValue() override;

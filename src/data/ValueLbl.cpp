@@ -1,10 +1,11 @@
 #include "data/ValueLbl.h"
 
 #include <ostream>
+#include <utility>
 
 namespace KxVeyra_940 {
 
-ValueLbl::ValueLbl(ScoreValue* value, const std::string& label) : fValue(value), fLabel(label) {}
+ValueLbl::ValueLbl(ScoreValue* value, std::string label) : fValue(value), fLabel(std::move(label)) {}
 
 ValueLbl::~ValueLbl() = default;
 

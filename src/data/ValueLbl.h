@@ -14,7 +14,7 @@ namespace KxVeyra_940 {
 class VEYRA_API ValueLbl : public ScoreValueLabel {
  public:
   // Takes the value, which may be null: then the label cannot be compared.
-  ValueLbl(ScoreValue* value, const std::string& label);
+  ValueLbl(ScoreValue* value, std::string label);
   ValueLbl(const ValueLbl& other) = default;
   ValueLbl& operator=(const ValueLbl& other) = default;
   ~ValueLbl() override;
