@@ -84,7 +84,8 @@ Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, CaseValues& values) 
     const auto slot = static_cast<std::size_t>(input.slot);
     const ScoreValue* value = slot < slots.size() ? slots[slot] : nullptr;
     if (value != nullptr && ReadPlain(input, i, *value, values)) continue;
-    const Outcome outcome = ReadByRules(input, i, value, values);
+    const Outcome outcome =
+        value == nullptr ? ReadMissing(input, i, values) : ReadByRules(input, i, *value, values);
     if (outcome != Outcome::kComplete) return outcome;
   }
   return Outcome::kComplete;
@@ -104,21 +105,21 @@ bool Inputs::ReadPlain(const Input& input, std::size_t index, const ScoreValue& 
   return input.plain.Contains(number);
 }
 
-Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue* value) {
-  if (value == nullptr || value->IsSystemMissingValue()) return Standing::kMissing;
-  if (value->GetType() != input.kind) return Standing::kInvalid;
-  if (input.kind != ScoreValue::kStringValueType && std::isnan(value->GetDouble())) return Standing::kMissing;
-  if (input.hasMissingValues && input.Var().IsMissingValue(value)) {
-    const bool isInvalid = input.invalidValues != nullptr && input.invalidValues->Contains(*value);
+Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue& value) {
+  if (value.IsSystemMissingValue()) return Standing::kMissing;
+  if (value.GetType() != input.kind) return Standing::kInvalid;
+  if (input.kind != ScoreValue::kStringValueType && std::isnan(value.GetDouble())) return Standing::kMissing;
+  if (input.hasMissingValues && input.Var().IsMissingValue(&value)) {
+    const bool isInvalid = input.invalidValues != nullptr && input.invalidValues->Contains(value);
     return isInvalid ? Standing::kInvalid : Standing::kMissing;
   }
   if (!input.hasListedValues) return Standing::kValid;
   if (input.categories != nullptr) {
-    const int code = input.categories->Find(*value);
+    const int code = input.categories->Find(value);
     const bool isListed = code != kNoCategory && code < input.categories->GetListedCount();
     return isListed ? Standing::kValid : Standing::kInvalid;
   }
-  return input.Var().IsValidValue(value) ? Standing::kValid : Standing::kInvalid;
+  return input.Var().IsValidValue(&value) ? Standing::kValid : Standing::kInvalid;
 }
 
 double Inputs::NumberOf(const Input& input, const ScoreValue& value) {
@@ -137,6 +138,10 @@ bool Inputs::Store(const Input& input, std::size_t index, const ScoreValue& valu
   if (input.field.outliers == OutlierTreatment::kAsMissing && bounded != number) return false;
   values.numbers[index] = input.field.outliers == OutlierTreatment::kAsExtreme ? bounded : number;
   return true;
+}
+
+Inputs::Outcome Inputs::ReadMissing(const Input& input, std::size_t index, CaseValues& values) {
+  return input.field.missingIsInvalid ? Outcome::kInvalid : ReplaceMissing(input, index, values);
 }
 
 // The replacement stands as it is, whatever the bounds.
@@ -166,18 +171,17 @@ Inputs::Outcome Inputs::ReadInvalid(const Input& input, std::size_t index, const
   return ReplaceMissing(input, index, values);
 }
 
-Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
-                                    CaseValues& values) const {
+Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue& value,
+                                    CaseValues& values) {
   switch (Judge(input, value)) {
     case Standing::kInvalid:
-      return ReadInvalid(input, index, *value, values);
+      return ReadInvalid(input, index, value, values);
     case Standing::kMissing:
-      return input.field.missingIsInvalid ? Outcome::kInvalid : ReplaceMissing(input, index, values);
+      return ReadMissing(input, index, values);
     case Standing::kValid:
       break;
   }
-  const bool stored = Store(input, index, *value, values);
-  return stored ? Outcome::kComplete : ReplaceMissing(input, index, values);
+  return Store(input, index, value, values) ? Outcome::kComplete : ReplaceMissing(input, index, values);
 }
 
 }  // namespace KxVeyra_940::Plugin

@@ -80,12 +80,13 @@ class Inputs {
   enum class Standing { kValid, kMissing, kInvalid };
 
   static bool ReadPlain(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
-  Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
-                      CaseValues& values) const;
+  static Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue& value,
+                             CaseValues& values);
+  static Outcome ReadMissing(const Input& input, std::size_t index, CaseValues& values);
   static Outcome ReadInvalid(const Input& input, std::size_t index, const ScoreValue& value,
                              CaseValues& values);
   static Outcome ReplaceMissing(const Input& input, std::size_t index, CaseValues& values);
-  static Standing Judge(const Input& input, const ScoreValue* value);
+  static Standing Judge(const Input& input, const ScoreValue& value);
   static bool Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
   static double NumberOf(const Input& input, const ScoreValue& value);
 
