@@ -31,11 +31,13 @@ void Store(Byte* at, Unit unit) {
 }
 
 // Each encoding reads and writes one character.  Read moves behind a character that is fit to be written,
-// and not at all otherwise; Write tells whether there was room.  Get and Put move single units.
+// and not at all otherwise; Write tells whether there was room.  Get and Put move single units, of which
+// IsCharacter tells whether they are whole characters.
 
 struct EncodingUTF8 {
   static constexpr std::ptrdiff_t kUnit = 1;
 
+  static bool IsCharacter(char32_t unit) { return unit < 0x80; }
   static char32_t Get(const Byte* at) { return *at; }
   static void Put(Byte* at, char32_t unit) { *at = static_cast<Byte>(unit); }
 
@@ -78,37 +80,37 @@ struct EncodingUTF8 {
   }
 
   static bool Write(Byte*& at, const Byte* end, char32_t code) {
-    const std::ptrdiff_t length = code < 0x80 ? 1 : code < 0x800 ? 2 : code < 0x10000 ? 3 : 4;
-    if (end - at < length) return false;
-    const auto trail = [code](int shift) { return static_cast<Byte>(0x80 | (code >> shift & 0x3F)); };
-    switch (length) {
-      case 1:
-        at[0] = static_cast<Byte>(code);
-        break;
-      case 2:
-        at[0] = static_cast<Byte>(0xC0 | code >> 6);
-        at[1] = trail(0);
-        break;
-      case 3:
-        at[0] = static_cast<Byte>(0xE0 | code >> 12);
-        at[1] = trail(6);
-        at[2] = trail(0);
-        break;
-      default:
-        at[0] = static_cast<Byte>(0xF0 | code >> 18);
-        at[1] = trail(12);
-        at[2] = trail(6);
-        at[3] = trail(0);
+    if (code < 0x80) {
+      if (end - at < 1) return false;
+      *at++ = static_cast<Byte>(code);
+    } else if (code < 0x800) {
+      if (end - at < 2) return false;
+      *at++ = static_cast<Byte>(0xC0 | code >> 6);
+      *at++ = Trail(code);
+    } else if (code < 0x10000) {
+      if (end - at < 3) return false;
+      *at++ = static_cast<Byte>(0xE0 | code >> 12);
+      *at++ = Trail(code >> 6);
+      *at++ = Trail(code);
+    } else {
+      if (end - at < 4) return false;
+      *at++ = static_cast<Byte>(0xF0 | code >> 18);
+      *at++ = Trail(code >> 12);
+      *at++ = Trail(code >> 6);
+      *at++ = Trail(code);
     }
-    at += length;
     return true;
   }
+
+ private:
+  static Byte Trail(char32_t bits) { return static_cast<Byte>(0x80 | (bits & 0x3F)); }
 };
 
 template <bool kSwap>
 struct EncodingUTF16 {
   static constexpr std::ptrdiff_t kUnit = 2;
 
+  static bool IsCharacter(char32_t unit) { return unit < 0x10000 && !IsSurrogate(unit); }
   static char16_t Swap(char16_t unit) { return kSwap ? static_cast<char16_t>(unit << 8 | unit >> 8) : unit; }
   static char32_t Get(const Byte* at) { return Swap(Load<char16_t>(at)); }
   static void Put(Byte* at, char32_t unit) { Store(at, Swap(static_cast<char16_t>(unit))); }
@@ -151,6 +153,7 @@ struct EncodingUTF16 {
 struct EncodingUTF32 {
   static constexpr std::ptrdiff_t kUnit = 4;
 
+  static bool IsCharacter(char32_t unit) { return unit <= kLastCharacter && !IsSurrogate(unit); }
   static char32_t Get(const Byte* at) { return Load<char32_t>(at); }
   static void Put(Byte* at, char32_t unit) { Store(at, unit); }
 
@@ -172,19 +175,33 @@ struct EncodingUTF32 {
   }
 };
 
-// ASCII is the same number in every encoding, so runs of it are moved in blocks.
+// Whether a unit of one encoding is a character, and the same unit of the other.
 template <class From, class To>
-void MoveAscii(const Byte*& source, const Byte* sourceEnd, Byte*& target, const Byte* targetEnd) {
+bool IsSame(char32_t unit) {
+  return From::IsCharacter(unit) && To::IsCharacter(unit);
+}
+
+// Moves runs of such units in blocks and returns their number.
+template <class From, class To>
+std::ptrdiff_t MoveRun(const Byte* source, const Byte* sourceEnd, Byte* target, const Byte* targetEnd) {
   constexpr std::ptrdiff_t kBlock = 16;
-  while (sourceEnd - source >= kBlock * From::kUnit && targetEnd - target >= kBlock * To::kUnit) {
-    char32_t bits = 0;
-    for (std::ptrdiff_t i = 0; i < kBlock; ++i) bits |= From::Get(source + i * From::kUnit);
-    if (bits >= 0x80) return;
-    for (std::ptrdiff_t i = 0; i < kBlock; ++i)
+  const std::ptrdiff_t most =
+      std::min((sourceEnd - source) / From::kUnit, (targetEnd - target) / To::kUnit) / kBlock * kBlock;
+  for (std::ptrdiff_t count = 0; count < most; count += kBlock) {
+    unsigned others = 0;
+    for (std::ptrdiff_t i = count; i < count + kBlock; ++i)
+      others |= !IsSame<From, To>(From::Get(source + i * From::kUnit));
+    if (others != 0) return count;
+    for (std::ptrdiff_t i = count; i < count + kBlock; ++i)
       To::Put(target + i * To::kUnit, From::Get(source + i * From::kUnit));
-    source += kBlock * From::kUnit;
-    target += kBlock * To::kUnit;
   }
+  return most;
+}
+
+// One ASCII character alone, a blank between words, is no run.
+template <class From, class To>
+bool IsRun(char32_t code, const Byte* source, const Byte* sourceEnd) {
+  return IsSame<From, To>(code) && sourceEnd - source >= From::kUnit && IsSame<From, To>(From::Get(source));
 }
 
 template <class From, class To>
@@ -203,7 +220,11 @@ ConversionResult ConvertBytes(const Byte*& sourceStart, const Byte* sourceEnd, B
       break;
     }
     source = next;
-    if (code < 0x80) MoveAscii<From, To>(source, sourceEnd, target, targetEnd);
+    if (IsRun<From, To>(code, source, sourceEnd)) {
+      const std::ptrdiff_t moved = MoveRun<From, To>(source, sourceEnd, target, targetEnd);
+      source += moved * From::kUnit;
+      target += moved * To::kUnit;
+    }
   }
   sourceStart = source;
   targetStart = target;
