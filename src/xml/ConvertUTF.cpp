@@ -30,9 +30,9 @@ void Store(Byte* at, Unit unit) {
   std::memcpy(at, &unit, sizeof unit);
 }
 
-// Each encoding reads and writes one character.  Read moves behind a character that is fit to be written,
-// and not at all otherwise; Write tells whether there was room.  Get and Put move single units, of which
-// IsCharacter tells whether they are whole characters.
+// Each encoding reads and writes one character.  Read, which needs one unit at least, moves behind a
+// character that is fit to be written, and not at all otherwise; Write tells whether there was room.  Get and
+// Put move single units, of which IsCharacter tells whether they are whole characters.
 
 struct EncodingUTF8 {
   static constexpr std::ptrdiff_t kUnit = 1;
@@ -50,7 +50,11 @@ struct EncodingUTF8 {
     return lead < 0xFC ? 5 : 6;
   }
 
-  static bool IsTrail(Byte byte) { return (byte & 0xC0) == 0x80; }
+  // In one comparison for all of them.
+  template <class... Bytes>
+  static bool AreTrails(Bytes... bytes) {
+    return ((bytes ^ 0x80) | ...) < 0x40;
+  }
   static char32_t Bits(Byte trail) { return trail & 0x3F; }
 
   static ConversionResult Read(const Byte*& at, const Byte* end, ConversionFlags, char32_t& code) {
@@ -60,23 +64,29 @@ struct EncodingUTF8 {
       ++at;
       return conversionOK;
     }
-    const std::ptrdiff_t length = LengthOf(lead);
-    if (end - at < length) return sourceExhausted;
-    bool isLegal = false;
-    if (length == 3) {
-      code = static_cast<char32_t>(lead & 0xF) << 12 | Bits(at[1]) << 6 | Bits(at[2]);
-      isLegal = IsTrail(at[1]) && IsTrail(at[2]) && code >= 0x800 && !IsSurrogate(code);
-    } else if (length == 2) {
-      code = static_cast<char32_t>(lead & 0x1F) << 6 | Bits(at[1]);
-      isLegal = IsTrail(at[1]) && code >= 0x80;
-    } else if (length == 4) {
-      code = static_cast<char32_t>(lead & 0x7) << 18 | Bits(at[1]) << 12 | Bits(at[2]) << 6 | Bits(at[3]);
-      isLegal =
-          IsTrail(at[1]) && IsTrail(at[2]) && IsTrail(at[3]) && code >= 0x10000 && code <= kLastCharacter;
+    const std::ptrdiff_t length = end - at;
+    if (lead >= 0xC2 && lead < 0xE0) {
+      if (length >= 2 && AreTrails(at[1])) {
+        code = static_cast<char32_t>(lead & 0x1F) << 6 | Bits(at[1]);
+        at += 2;
+        return conversionOK;
+      }
+    } else if (lead >= 0xE0 && lead < 0xF0) {
+      if (length >= 3 && AreTrails(at[1], at[2])) {
+        code = static_cast<char32_t>(lead & 0xF) << 12 | Bits(at[1]) << 6 | Bits(at[2]);
+        if (code < 0x800 || IsSurrogate(code)) return sourceIllegal;
+        at += 3;
+        return conversionOK;
+      }
+    } else if (lead >= 0xF0 && lead < 0xF8) {
+      if (length >= 4 && AreTrails(at[1], at[2], at[3])) {
+        code = static_cast<char32_t>(lead & 0x7) << 18 | Bits(at[1]) << 12 | Bits(at[2]) << 6 | Bits(at[3]);
+        if (code < 0x10000 || code > kLastCharacter) return sourceIllegal;
+        at += 4;
+        return conversionOK;
+      }
     }
-    if (!isLegal) return sourceIllegal;
-    at += length;
-    return conversionOK;
+    return length < LengthOf(lead) ? sourceExhausted : sourceIllegal;
   }
 
   static bool Write(Byte*& at, const Byte* end, char32_t code) {
@@ -116,7 +126,6 @@ struct EncodingUTF16 {
   static void Put(Byte* at, char32_t unit) { Store(at, Swap(static_cast<char16_t>(unit))); }
 
   static ConversionResult Read(const Byte*& at, const Byte* end, ConversionFlags flags, char32_t& code) {
-    if (end - at < kUnit) return sourceExhausted;
     code = Get(at);
     if (!IsSurrogate(code)) {
       at += kUnit;
@@ -210,7 +219,7 @@ ConversionResult ConvertBytes(const Byte*& sourceStart, const Byte* sourceEnd, B
   const Byte* source = sourceStart;  // in registers while the loop runs
   Byte* target = targetStart;
   ConversionResult result = conversionOK;
-  while (source != sourceEnd) {
+  while (sourceEnd - source >= From::kUnit) {
     const Byte* next = source;
     char32_t code = 0;
     result = From::Read(next, sourceEnd, flags, code);
@@ -226,6 +235,7 @@ ConversionResult ConvertBytes(const Byte*& sourceStart, const Byte* sourceEnd, B
       target += moved * To::kUnit;
     }
   }
+  if (result == conversionOK && source != sourceEnd) result = sourceExhausted;  // a cut unit
   sourceStart = source;
   targetStart = target;
   return result;
