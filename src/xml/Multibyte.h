@@ -140,9 +140,9 @@ VEYRA_API void ZENTMBTempFree(void* local, void* block);
 
 // --- Characters
 //
-// Texts are null-terminated.  The lengths of code-page characters are those of the process's locale, as
-// EnableLocale sets it up; code points are those of the default converter.  A host sees to it that both are
-// of one code page.
+// Texts are null-terminated.  The lengths of code-page characters are those of the process's locale, which
+// the first use sets up (EnableLocale in xml/SystemLocale.h); code points are those of the default converter.
+// A host sees to it that both are of one code page.
 
 #define VEYRA_DECLARE_FLAVOURS(result, name, ...) \
   VEYRA_API result name##_8(__VA_ARGS__);         \

@@ -185,120 +185,102 @@ struct EncodingCodePage {
 // --- The functions
 
 template <class Encoding>
-int mbclen(const char* text) {
-  const std::string_view bytes = TextOf(text, kLongest);
-  return bytes.empty() ? 1 : static_cast<int>(Encoding::Length(bytes));
-}
-
-template <class Encoding>
-int mblen(const char* text, int n) {
-  const std::string_view bytes = TextOf(text, std::max(n, 0));
-  return bytes.empty() ? 0 : Encoding::CheckedLength(bytes);
-}
-
-// How much of a text goes into `n` bytes.  A text that ends before them is taken as it is.
-template <class Encoding>
-std::string_view Fitting(const char* text, int n) {
-  const std::string_view bytes = TextOf(text, std::max(n, 0));
-  return bytes.size() < static_cast<std::size_t>(std::max(n, 0)) ? bytes
-                                                                 : bytes.substr(0, Encoding::Whole(bytes));
-}
-
-template <class Encoding>
-char* strncpy(char* dst, const char* src, int n) {
-  const std::string_view text = Fitting<Encoding>(src, n);
-  std::copy(text.begin(), text.end(), dst);
-  if (n > 0) std::fill(dst + text.size(), dst + n, '\0');
-  return dst;
-}
-
-template <class Encoding>
-bool qstricmp(const char* a, int alen, const char* b, int blen, int* error) {
+struct Functions {
   using Reader = typename Encoding::Reader;
-  return Compare(0, Reader(TextOf(a, alen)), Reader(TextOf(b, blen)), error) == 0;
-}
 
-template <class Encoding>
-int strnicmp(const char* a, const char* b, int n) {
-  using Reader = typename Encoding::Reader;
-  return Compare(0, Reader(TextOf(a, n)), Reader(TextOf(b, n)), nullptr);
-}
-
-// In UTF-8 no byte below 128 is part of another character, so those are left to the C library.
-template <class Encoding>
-const char* SearchChar(const char* text, char32_t code, int fromEnd) {
-  if (text == nullptr) return nullptr;
-  if (code == 0) return text + std::strlen(text);
-  if (std::is_same_v<Encoding, EncodingUTF8> && code < 0x80) {
-    const int byte = static_cast<int>(code);
-    return fromEnd != 0 ? std::strrchr(text, byte) : std::strchr(text, byte);
+  static int mbclen(const char* text) {
+    const std::string_view bytes = TextOf(text, kLongest);
+    return bytes.empty() ? 1 : static_cast<int>(Encoding::Length(bytes));
   }
-  const char* found = nullptr;
-  typename Encoding::Reader reader(TextOf(text, -1));
-  const char* start = reader.Position();
-  for (Character character; reader.Next(character); start = reader.Position()) {
-    if (!character.isValid || static_cast<char32_t>(character.code) != code) continue;
-    found = start;
-    if (fromEnd == 0) break;
+
+  static int mblen(const char* text, int n) {
+    const std::string_view bytes = TextOf(text, std::max(n, 0));
+    return bytes.empty() ? 0 : Encoding::CheckedLength(bytes);
   }
-  return found;
-}
 
-template <class Encoding>
-const char* strchr(const char* text, char32_t code) {
-  return SearchChar<Encoding>(text, code, 0);
-}
+  // How much of a text goes into `n` bytes.  A text that ends before them is taken as it is.
+  static std::string_view Fitting(const char* text, int n) {
+    const std::string_view bytes = TextOf(text, std::max(n, 0));
+    return bytes.size() < static_cast<std::size_t>(std::max(n, 0)) ? bytes
+                                                                   : bytes.substr(0, Encoding::Whole(bytes));
+  }
 
-template <class Encoding>
-const char* strrchr(const char* text, char32_t code) {
-  return SearchChar<Encoding>(text, code, 1);
-}
+  static char* strncpy(char* dst, const char* src, int n) {
+    const std::string_view text = Fitting(src, n);
+    std::copy(text.begin(), text.end(), dst);
+    if (n > 0) std::fill(dst + text.size(), dst + n, '\0');
+    return dst;
+  }
 
-template <class Encoding>
-const char* strinc(const char* text) {
-  return *text == '\0' ? text : text + mbclen<Encoding>(text);
-}
+  static bool qstricmp(const char* a, int alen, const char* b, int blen, int* error) {
+    return Compare(0, Reader(TextOf(a, alen)), Reader(TextOf(b, blen)), error) == 0;
+  }
 
-template <class Encoding>
-std::string_view CharacterAt(const char* text) {
-  return {text, strinc<Encoding>(text)};
-}
+  static int strnicmp(const char* a, const char* b, int n) {
+    return Compare(0, Reader(TextOf(a, n)), Reader(TextOf(b, n)), nullptr);
+  }
 
-template <class Encoding>
-bool Contains(const char* set, std::string_view wanted) {
-  for (; *set != '\0'; set = strinc<Encoding>(set))
-    if (CharacterAt<Encoding>(set) == wanted) return true;
-  return false;
-}
+  // In UTF-8 no byte below 128 is part of another character, so those are left to the C library.
+  static const char* SearchChar(const char* text, char32_t code, int fromEnd) {
+    if (text == nullptr) return nullptr;
+    if (code == 0) return text + std::strlen(text);
+    if (std::is_same_v<Encoding, EncodingUTF8> && code < 0x80) {
+      const int byte = static_cast<int>(code);
+      return fromEnd != 0 ? std::strrchr(text, byte) : std::strchr(text, byte);
+    }
+    const char* found = nullptr;
+    Reader reader(TextOf(text, -1));
+    const char* start = reader.Position();
+    for (Character character; reader.Next(character); start = reader.Position()) {
+      if (!character.isValid || static_cast<char32_t>(character.code) != code) continue;
+      found = start;
+      if (fromEnd == 0) break;
+    }
+    return found;
+  }
 
-template <class Encoding>
-std::size_t strcspn(const char* text, const char* set) {
-  const char* end = text;
-  while (*end != '\0' && !Contains<Encoding>(set, CharacterAt<Encoding>(end))) end = strinc<Encoding>(end);
-  return static_cast<std::size_t>(end - text);
-}
+  static const char* strchr(const char* text, char32_t code) { return SearchChar(text, code, 0); }
 
-// Characters are found from the start only: a trail byte may look like a lead byte.
-template <class Encoding>
-const char* AnsiPrev(const char* start, const char* current) {
-  const char* previous = start;
-  for (const char* next = start; next < current && *next != '\0'; next = strinc<Encoding>(next))
-    previous = next;
-  return previous;
-}
+  static const char* strrchr(const char* text, char32_t code) { return SearchChar(text, code, 1); }
 
-template <class Encoding>
-int PreviousIndex(const char* text, int index) {
-  return static_cast<int>(AnsiPrev<Encoding>(text, text + std::max(index, 0)) - text);
-}
+  static const char* strinc(const char* text) { return *text == '\0' ? text : text + mbclen(text); }
+
+  static std::string_view CharacterAt(const char* text) { return {text, strinc(text)}; }
+
+  static bool Contains(const char* set, std::string_view wanted) {
+    for (; *set != '\0'; set = strinc(set))
+      if (CharacterAt(set) == wanted) return true;
+    return false;
+  }
+
+  static std::size_t strcspn(const char* text, const char* set) {
+    const char* end = text;
+    while (*end != '\0' && !Contains(set, CharacterAt(end))) end = strinc(end);
+    return static_cast<std::size_t>(end - text);
+  }
+
+  // Characters are found from the start only: a trail byte may look like a lead byte.
+  static const char* AnsiPrev(const char* start, const char* current) {
+    const char* previous = start;
+    for (const char* next = start; next < current && *next != '\0'; next = strinc(next)) previous = next;
+    return previous;
+  }
+
+  static int PreviousIndex(const char* text, int index) {
+    return static_cast<int>(AnsiPrev(text, text + std::max(index, 0)) - text);
+  }
+};
+
+using FunctionsOnUTF8 = Functions<EncodingUTF8>;
+using FunctionsOnCodePage = Functions<EncodingCodePage>;
 
 }  // namespace
 
 // --- The flavours
 
-#define VEYRA_FLAVOURS(result, name, parameters, arguments)               \
-  result name##_8 parameters { return name<EncodingUTF8> arguments; }     \
-  result name##_C parameters { return name<EncodingCodePage> arguments; } \
+#define VEYRA_FLAVOURS(result, name, parameters, arguments)                  \
+  result name##_8 parameters { return FunctionsOnUTF8::name arguments; }     \
+  result name##_C parameters { return FunctionsOnCodePage::name arguments; } \
   result name##_A parameters { return qUTF8mode() != 0 ? name##_8 arguments : name##_C arguments; }
 
 VEYRA_FLAVOURS(int, mbclen, (const char* text), (text))
@@ -354,7 +336,7 @@ int ZENTMBCheckFinalChar_8(const char* text, int n) {
 }
 
 int ZENTMBLimitedCopy_8(char* dst, const char* src, int n) {
-  const std::string_view text = Fitting<EncodingUTF8>(src, n);
+  const std::string_view text = FunctionsOnUTF8::Fitting(src, n);
   std::copy(text.begin(), text.end(), dst);
   return static_cast<int>(text.size());
 }

@@ -128,9 +128,10 @@ UConverter* ZENTMBConverterNew_C(const char* name) {
 
 UConverter* ZENTMBConverterNew_8(const char* name) {
   if (name == nullptr) return ZENTMBConverterNew_C(nullptr);
-  std::string inCodePage;
-  ZENTMBU8ToCodePage(nullptr, inCodePage, name);
-  return ZENTMBConverterNew_C(inCodePage.c_str());
+  char inCodePage[UCNV_MAX_CONVERTER_NAME_LENGTH];
+  int error = kDone;
+  ZENTMB8toCodePage(nullptr, inCodePage, sizeof inCodePage, name, -1, &error);
+  return error == kCut ? nullptr : ZENTMBConverterNew_C(inCodePage);  // no name is that long
 }
 
 UConverter* ZENTMBConverterNew_A(const char* name) {

@@ -364,6 +364,7 @@ TEST(Strings, AgreeWithIconv) {
     SCOPED_TRACE(row.icuName);
     const Handle to(iconv_open(row.iconvName, "UTF-8"));
     const Handle from(iconv_open("UTF-8", row.iconvName));
+    ASSERT_TRUE(to.get() != reinterpret_cast<void*>(-1) && from.get() != reinterpret_cast<void*>(-1));
     const OpenConverter converter = Open(row.icuName);
     Texts texts;
     std::size_t compared = 0;
