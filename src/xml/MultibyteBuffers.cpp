@@ -17,6 +17,8 @@ namespace {
 
 // Local buffers hold so many units; longer texts go to the heap.
 constexpr std::size_t kLocalUnits = 1025;
+// No mapping table has more for one character.
+constexpr std::size_t kMostUnits = 19;
 
 // Room for a text between two conversions.
 template <class Unit>
@@ -138,32 +140,33 @@ Outcome ToUTF8(std::u16string_view from, Room<char> room) {
 
 // --- Code pages
 
-// Converts into no more than `most` units.  By way of a work buffer, because some converters write beyond
-// their output.  `whole` counts the units that may stay of a cut output, which may end within a character.
+// By way of a work buffer, because some converters write beyond their output, and one unit larger than the
+// room, because they call a full buffer too small when nothing but a shift sequence follows.  `whole` counts
+// the units that may stay of a cut output, which may end within a character.
 template <class To, class From, class Conversion, class Whole>
-Outcome ByConverter(UConverter* converter, From from, Room<To> room, std::size_t most, Conversion convert,
-                    Whole whole) {
-  const std::size_t size = std::min(room.size, most);
-  WorkBuffer<To> work(size);
+Outcome ByConverter(UConverter* converter, From from, Room<To> room, Conversion convert, Whole whole) {
+  WorkBuffer<To> work(room.size + 1);
   if (work.Get() == nullptr) return {0, kNotConverted};
-  Outcome outcome = convert(converter, from, work.Get(), size);
-  if (outcome.status == kCut)
-    outcome.written = whole(std::basic_string_view<To>(work.Get(), outcome.written));
+  Outcome outcome = convert(converter, from, work.Get(), room.size + 1);
+  if (outcome.status == kCut || outcome.written > room.size)
+    outcome = {whole(std::basic_string_view<To>(work.Get(), std::min(outcome.written, room.size))), kCut};
   std::copy_n(work.Get(), outcome.written, room.start);
   return outcome;
 }
 
 Outcome ToCodePage(void* converter, std::u16string_view from, Room<char> room) {
   const ChosenConverter chosen(converter);
-  return ByConverter(chosen.Get(), from, room, BytesFor(chosen.Get(), from.size()), FromUnicode,
+  room.size = std::min(room.size, BytesFor(chosen.Get(), from.size()));
+  return ByConverter(chosen.Get(), from, room, FromUnicode,
                      [&](std::string_view text) { return ValidPrefix(chosen.Get(), text); });
 }
 
 Outcome FromCodePage(void* converter, std::string_view from, Room<char16_t> room) {
-  return ByConverter(ChosenConverter(converter).Get(), from, room, room.size, ToUnicode,
-                     [](std::u16string_view text) {
-                       return text.size() - (!text.empty() && U16_IS_LEAD(text.back()) ? 1 : 0);
-                     });
+  const ChosenConverter chosen(converter);
+  room.size = std::min(room.size, from.size() * kMostUnits);
+  return ByConverter(chosen.Get(), from, room, ToUnicode, [](std::u16string_view text) {
+    return text.size() - (!text.empty() && U16_IS_LEAD(text.back()) ? 1 : 0);
+  });
 }
 
 // Converts by way of UTF-16, for which so many units are tried first.

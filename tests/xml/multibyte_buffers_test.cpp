@@ -343,6 +343,10 @@ TEST(Buffers, LongTextsGoToTheHeap) {
   EXPECT_EQ(ZENTMB8toCodePage(shifting.get(), cut, 8, "\u65e5a", 4, &error), 5);
   EXPECT_EQ(error, 1);
   EXPECT_EQ(std::string(cut, 8), "\x1B$BF|   ");
+  char16_t unit = 0;
+  EXPECT_EQ(ZENTMBCodePageto16(shifting.get(), &unit, 1, "\x1B$BF|\x1B(B", 8, &error), 1);
+  EXPECT_EQ(error, 0) << "a shift sequence needs no room";
+  EXPECT_EQ(unit, u'\u65e5');
 }
 
 // iconv has mappings of its own, from other hands than ICU's.
