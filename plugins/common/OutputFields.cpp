@@ -1,9 +1,6 @@
 #include "common/OutputFields.h"
 
-#include <set>
-
 #include "data/BaseDictionary.h"
-#include "data/ResultVar.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
@@ -31,63 +28,80 @@ constexpr FeatureRow kFeatures[] = {
     {"residual", ScoreResultField::kResidual, false},
 };
 
-const FeatureRow& FindFeature(const std::string& text, const PluginResult& layout) {
+const FeatureRow& FindFeature(const std::string& text) {
   if (text.empty()) return kFeatures[0];
   for (const FeatureRow& row : kFeatures) {
-    if (row.text == text && (!row.needsCategories || layout.GetNumberOfCategories() > 0)) return row;
+    if (row.text == text) return row;
   }
   Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
 }
 
-// The model's category that the field names; -1 when it names none.
-int ReadCategory(const PMMLTranslator& translator, const DOMElement& element, const PluginResult& layout,
+// Raises unless this kind of model gives the feature.
+void VerifyFeature(ScoreResultField::ResultFeature feature, const std::string& text,
+                   const PluginResult& layout) {
+  if (feature == ScoreResultField::kNoFeature) return;
+  for (const FeatureRow& row : kFeatures) {
+    if (row.feature == feature && (!row.needsCategories || layout.GetNumberOfCategories() > 0)) return;
+  }
+  Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
+}
+
+// The model's category of that text in the translator's encoding; -1 for an empty text.
+int FindCategory(const PMMLTranslator& translator, const std::string& text, const PluginResult& layout,
                  const ScoreDictVar* target) {
-  const XMLCh* text = Attribute(element, Tags::XML_ATT_VALUE);
-  if (IsEmpty(text) || layout.GetNumberOfCategories() == 0) return -1;
-  const bool isText = layout.GetCategory(0)->GetType() == ScoreValue::kStringValueType;
+  if (text.empty() || layout.GetNumberOfCategories() == 0) return -1;
   std::unique_ptr<ScoreValue> value;
   if (target != nullptr) {
     value.reset(translator.CarefullyMakeVarValue(target, text));
-  } else if (isText) {
-    value = std::make_unique<StringValue>(translator.BaseTranslator::ToString(text));
   } else {
-    value = std::make_unique<NumericValue>(BaseTranslator::VerifyDouble(text));
+    value = std::make_unique<StringValue>(text);  // without a target categories are texts
   }
   const int category = layout.FindCategory(*value);
   if (category < 0) {
     Raise(MessageId::kMissingValueDefinition,
-          {PMMLTranslator::ToString(text), target == nullptr ? Tags::XML_ELE_REGTABLE : target->GetName()});
+          {text, target == nullptr ? Tags::XML_ELE_REGTABLE : target->GetName()});
   }
   return category;
 }
 
-const char* FieldTag(const DOMElement& element) {
-  if (HasTag(element, kOutputField)) return kOutputField;
-  return HasTag(element, Tags::XML_ELE_VAL_RESULTFIELD) ? Tags::XML_ELE_VAL_RESULTFIELD : nullptr;
+std::shared_ptr<const ResultVar> ReadOutputField(const PMMLTranslator& translator,
+                                                 const DOMElement& element) {
+  const std::string name =
+      translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_NAME));
+  const bool isText =
+      BaseTranslator::IsEqual(Attribute(element, Tags::XML_ATT_DATATYPE), Tags::XML_VAL_STRING);
+  auto var =
+      std::make_shared<ResultVar>(name, isText ? ScoreDictVar::STRING_VAR : ScoreDictVar::kNUMERIC_VAR);
+  const XMLCh* label = Attribute(element, Tags::XML_ATT_DATAFIELD_DISPLAYNAME);
+  var->SetLabel(IsEmpty(label) ? name : translator.BaseTranslator::ToString(label));
+  var->SetFeature(FindFeature(OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE)).feature);
+  return var;
 }
 
 }  // namespace
 
-OutputFields OutputFields::Read(const PMMLTranslator& translator, const DOMElement& model,
+OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& model,
                                 const PluginResult& layout, const ScoreDictVar* target) {
   OutputFields outputs;
   std::set<std::string> names;
   ForEachChildElement(
       BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT), [&](const DOMElement& element) {
-        const char* tag = FieldTag(element);
-        if (tag == nullptr) return;
-        Field field;
-        field.name =
-            translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_NAME));
-        if (!names.insert(field.name).second) {
-          Raise(MessageId::kDuplicateValueIn, {tag, field.name, Tags::XML_ELE_VAL_OUTPUT});
-        }
-        field.label =
-            translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_DATAFIELD_DISPLAYNAME));
-        field.feature = FindFeature(OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout).feature;
-        field.category = ReadCategory(translator, element, layout, target);
-        outputs.fFields.push_back(std::move(field));
+        if (!HasTag(element, kOutputField)) return;
+        std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element);
+        VerifyFeature(var->GetFeature(), OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
+        const std::string category =
+            translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
+        outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
       });
+  const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(&model));
+  if (results != nullptr) {
+    for (const std::string& name : results->GetVarNames()) {
+      auto var = std::make_shared<const ResultVar>(static_cast<const ResultVar&>(*results->GetVar(name)));
+      VerifyFeature(var->GetFeature(), std::to_string(var->GetFeature()), layout);
+      const std::string category = var->GetDefValue() == nullptr ? "" : var->GetDefValue()->GetString();
+      outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
+    }
+  }
   for (int i = 0; i < layout.GetNumberOfCategories(); ++i) {
     const ScoreValue* category = layout.GetCategory(i);
     const std::string label = target == nullptr ? std::string() : target->GetLabelOfValue(category);
@@ -96,20 +110,22 @@ OutputFields OutputFields::Read(const PMMLTranslator& translator, const DOMEleme
   return outputs;
 }
 
+void OutputFields::Add(std::shared_ptr<const ResultVar> var, int category, std::set<std::string>& names) {
+  if (!names.insert(var->GetName()).second) {
+    Raise(MessageId::kDuplicateValueIn, {kOutputField, var->GetName(), Tags::XML_ELE_VAL_OUTPUT});
+  }
+  fFields.push_back({std::move(var), category});
+}
+
 std::unique_ptr<ScoreDictionary> OutputFields::MakeDictionary() const {
   if (fFields.empty()) return nullptr;
   auto dictionary = std::make_unique<BaseDictionary>();
-  for (const Field& field : fFields) {
-    auto var = std::make_unique<ResultVar>(field.name, ScoreDictVar::kNUMERIC_VAR);
-    var->SetLabel(field.label.empty() ? field.name : field.label);
-    var->SetFeature(field.feature);
-    dictionary->AddVar(field.name, var.release());
-  }
+  for (const Field& field : fFields) dictionary->AddVar(field.var->GetName(), field.var->Clone());
   return dictionary;
 }
 
 void OutputFields::AddTo(PluginResult& result) const {
-  for (const Field& field : fFields) result.AddOutput(field.name);
+  for (const Field& field : fFields) result.AddOutput(field.var->GetName());
 }
 
 void OutputFields::Prepare(const ScoreCaseRecord& layout, const ScoreDictVar* target) {
@@ -121,7 +137,7 @@ void OutputFields::Fill(const ScoreCaseRecord& record, PluginResult& result) con
   for (std::size_t i = 0; i < fFields.size(); ++i) {
     const Field& field = fFields[i];
     const int index = static_cast<int>(i);
-    switch (field.feature) {
+    switch (field.var->GetFeature()) {
       case ScoreResultField::kPredictedDisplayValue:
         if (predicted >= 0 && static_cast<std::size_t>(predicted) < fCategoryLabels.size()) {
           result.SetOutputText(index, fCategoryLabels[static_cast<std::size_t>(predicted)]);

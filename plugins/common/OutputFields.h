@@ -4,11 +4,13 @@
 #define VEYRA_PLUGINS_OUTPUTFIELDS_H_
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "common/PluginResult.h"
+#include "data/ResultVar.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ScoreCaseRecord.h"
 #include "veyra/ScoreDictionary.h"
@@ -18,11 +20,11 @@ namespace KxVeyra_940::Plugin {
 
 class OutputFields {
  public:
-  // Reads the "OutputField" elements of the model's "Output" child, or its "ResultField" elements.  `layout`
-  // holds the model's categories.  `target` may be null.  Raises 260120 and 260285 for a name, 260303 for a
-  // feature that this kind of model does not give, 260128 for a category that the model does not have, 260203
-  // for a name given twice.
-  static OutputFields Read(const PMMLTranslator& translator, const xercesc::DOMElement& model,
+  // Reads the "OutputField" elements of the model's "Output" child, and the "ResultField" elements at any
+  // depth below the model.  `layout` holds the model's categories.  `target` may be null.  Raises 260120 and
+  // 260285 for a name, 260303 for a feature that this kind of model does not give, 260128 for a category that
+  // the model does not have, 260203 for a name given twice.
+  static OutputFields Read(PMMLTranslator& translator, const xercesc::DOMElement& model,
                            const PluginResult& layout, const ScoreDictVar* target);
 
   // A new dictionary of the fields, or null when there are none.
@@ -36,12 +38,11 @@ class OutputFields {
 
  private:
   struct Field {
-    std::string name;
-    std::string label;
-    ScoreResultField::ResultFeature feature;
-    int category;  // of a probability or a residual; -1: the predicted one
+    std::shared_ptr<const ResultVar> var;  // immutable, so that copies of a model share it
+    int category;                          // of a probability or a residual; -1: the predicted one
   };
 
+  void Add(std::shared_ptr<const ResultVar> var, int category, std::set<std::string>& names);
   void FillResidual(int index, const Field& field, const ScoreCaseRecord& record, PluginResult& result) const;
 
   std::vector<Field> fFields;
