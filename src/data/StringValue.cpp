@@ -37,7 +37,8 @@ StringValue::StringValue(const char* text) : StringValue(std::string(text == nul
 
 StringValue::StringValue(const std::string& text) : fText(text), fLength(static_cast<int>(text.size())) {}
 
-StringValue::StringValue(std::string&& text) : fText(std::move(text)), fLength(static_cast<int>(fText.size())) {}
+StringValue::StringValue(std::string&& text)
+    : fText(std::move(text)), fLength(static_cast<int>(fText.size())) {}
 
 StringValue::StringValue(const StringValue& other) : StringValue(other.fText) {}
 
