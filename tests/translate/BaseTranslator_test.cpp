@@ -3,6 +3,7 @@
 #include <climits>
 #include <cmath>
 
+#include "AllocationCounter.h"
 #include "data/DateTimeValue.h"
 #include "data/DictVar.h"
 #include "translate/Documents.h"
@@ -135,4 +136,21 @@ TEST(BaseTranslator, TextsGoThroughTheEncodingAndNamesDoNot) {
   // A transcoder that knows nothing would make every text of the model empty.
   EXPECT_EQ(Refusal([&] { translator.CreateTranscoder("no-such-code"); }), "260303 no-such-code|encoding");
   EXPECT_EQ(base.ToString(u"\u00E4"), "\xE4");
+}
+
+// An ASCII text goes past the converter of every encoding that contains ASCII: the value and its text are all
+// that is allocated.
+TEST(BaseTranslator, AnAsciiTextReachesItsValueWithOneCopy) {
+  const std::u16string text(100, u'x');
+  const DictVar variable("v", ScoreDictVar::STRING_VAR);
+  const Document platform("<r/>");
+  for (const char* encoding : {"UTF-8", "ISO-8859-1", "Shift_JIS"}) {
+    SCOPED_TRACE(encoding);
+    PlainTranslator translator;
+    translator.CreateTranscoder(encoding);
+    const AllocationCounter counter;
+    const std::unique_ptr<ScoreValue> value(translator.CarefullyMakeVarValue(&variable, text.c_str()));
+    EXPECT_EQ(counter.Count(), 2);
+    EXPECT_EQ(value->GetString(), std::string(100, 'x'));
+  }
 }
