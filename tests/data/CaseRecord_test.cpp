@@ -93,35 +93,33 @@ TEST(CaseRecord, NamesAndSlots) {
 }
 
 TEST(CaseRecord, OwnsItsValues) {
-  {
-    CaseRecord record;
-    auto* const first = new CountedValue(1);
-    record.Add("a", first);
-    record.Add("a", first);  // the same object again
-    record.Add("b", first);  // an object is in one slot only
-    EXPECT_EQ(record.Get("a"), first);
-    EXPECT_NE(record.Get("b"), first);
-    EXPECT_EQ(record.Get("b")->GetDouble(), 1);
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    record.Add("a", new CountedValue(2));
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    record.Add("b", nullptr);
-    EXPECT_EQ(CountedValue::gLiving, 1);
+  const NoneSurvives check;
+  CaseRecord record;
+  auto* const first = new CountedValue(1);
+  record.Add("a", first);
+  record.Add("a", first);  // the same object again
+  record.Add("b", first);  // an object is in one slot only
+  EXPECT_EQ(record.Get("a"), first);
+  EXPECT_NE(record.Get("b"), first);
+  EXPECT_EQ(record.Get("b")->GetDouble(), 1);
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  record.Add("a", new CountedValue(2));
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  record.Add("b", nullptr);
+  EXPECT_EQ(CountedValue::gLiving, 1);
 
-    CaseRecord copy(record);
-    copy = record;
-    copy = *&copy;
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    EXPECT_EQ(copy.Get("a")->GetDouble(), 2);
-    EXPECT_EQ(copy.Get("b"), nullptr);
-    EXPECT_EQ(copy.GetIndex("b"), 1);
-    copy.Clear(0);
-    copy.Clear(0);
-    copy.Clear(7);
-    EXPECT_TRUE(copy.SetValue("a", "another kind"));
-    EXPECT_EQ(record.Get("a")->GetDouble(), 2);
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  CaseRecord copy(record);
+  copy = record;
+  copy = *&copy;
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  EXPECT_EQ(copy.Get("a")->GetDouble(), 2);
+  EXPECT_EQ(copy.Get("b"), nullptr);
+  EXPECT_EQ(copy.GetIndex("b"), 1);
+  copy.Clear(0);
+  copy.Clear(0);
+  copy.Clear(7);
+  EXPECT_TRUE(copy.SetValue("a", "another kind"));
+  EXPECT_EQ(record.Get("a")->GetDouble(), 2);
 }
 
 TEST(CaseRecord, AllocatesNothingOnceWarm) {

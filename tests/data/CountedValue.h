@@ -3,6 +3,8 @@
 #ifndef VEYRA_TESTS_DATA_COUNTEDVALUE_H_
 #define VEYRA_TESTS_DATA_COUNTEDVALUE_H_
 
+#include <gtest/gtest.h>
+
 #include "data/NumericValue.h"
 
 class CountedValue : public KxVeyra_940::NumericValue {
@@ -13,6 +15,11 @@ class CountedValue : public KxVeyra_940::NumericValue {
   KxVeyra_940::ScoreValue* Clone() const override { return new CountedValue(*this); }
 
   static inline int gLiving = 0;
+};
+
+// Declared before the owners of counted values: none of these must outlive them.
+struct NoneSurvives {
+  ~NoneSurvives() { EXPECT_EQ(CountedValue::gLiving, 0); }
 };
 
 #endif  // VEYRA_TESTS_DATA_COUNTEDVALUE_H_

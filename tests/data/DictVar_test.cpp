@@ -118,20 +118,18 @@ TEST(DictVar, DefaultsAndSettersThatRefuse) {
 }
 
 TEST(DictVar, AddsEachCategoryOnce) {
-  {
-    DictVar var("v", kNumeric);
-    CountedValue mine(1);
-    EXPECT_FALSE(var.AddScoreValueLabel(&mine, ""));
-    EXPECT_FALSE(var.AddScoreValueLabel(nullptr, "x"));
-    EXPECT_EQ(var.GetValueLabels(), nullptr);
-    auto* const first = new CountedValue(1);
-    EXPECT_TRUE(var.AddScoreValueLabel(first, "one"));
-    EXPECT_FALSE(var.AddScoreValueLabel(new CountedValue(1 + 1e-15), "again"));
-    EXPECT_FALSE(var.AddScoreValueLabel(first, "the object held already"));
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    EXPECT_EQ(var.GetLabelOfValue(&mine), "one");
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  const NoneSurvives check;
+  DictVar var("v", kNumeric);
+  CountedValue mine(1);
+  EXPECT_FALSE(var.AddScoreValueLabel(&mine, ""));
+  EXPECT_FALSE(var.AddScoreValueLabel(nullptr, "x"));
+  EXPECT_EQ(var.GetValueLabels(), nullptr);
+  auto* const first = new CountedValue(1);
+  EXPECT_TRUE(var.AddScoreValueLabel(first, "one"));
+  EXPECT_FALSE(var.AddScoreValueLabel(new CountedValue(1 + 1e-15), "again"));
+  EXPECT_FALSE(var.AddScoreValueLabel(first, "the object held already"));
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  EXPECT_EQ(var.GetLabelOfValue(&mine), "one");
 }
 
 TEST(DictVar, ManyCategoriesAreAddedInReasonableTime) {
@@ -165,48 +163,44 @@ DictVar MakeFullVar() {
 }
 
 TEST(DictVar, CopiesOwnTheirParts) {
-  {
-    const DictVar var = MakeFullVar();
-    const int living = CountedValue::gLiving;
-    const std::unique_ptr<ScoreDictVar> clone(var.Clone());
-    DictVar assigned = MakeFullVar();
-    assigned = var;
-    assigned = *&assigned;
-    EXPECT_EQ(CountedValue::gLiving, 3 * living);
-    for (ScoreDictVar* copy : {clone.get(), static_cast<ScoreDictVar*>(&assigned)}) {
-      EXPECT_NE(copy->GetMissingValues(), var.GetMissingValues());
-      EXPECT_NE(copy->GetEncoder(), var.GetEncoder());
-      EXPECT_EQ(copy->GetVarStats()->GetMissingReplacement()->GetDouble(), 2);
-      EXPECT_EQ(copy->GetDefValue()->GetDouble(), 3);
-      EXPECT_EQ(copy->GetValueProbabilities()->Size(), 1);
-      EXPECT_EQ(copy->GetXMeasure() + copy->GetFalgTypeTrueValue(), "kgyes");
-    }
+  const NoneSurvives check;
+  const DictVar var = MakeFullVar();
+  const int living = CountedValue::gLiving;
+  const std::unique_ptr<ScoreDictVar> clone(var.Clone());
+  DictVar assigned = MakeFullVar();
+  assigned = var;
+  assigned = *&assigned;
+  EXPECT_EQ(CountedValue::gLiving, 3 * living);
+  for (ScoreDictVar* copy : {clone.get(), static_cast<ScoreDictVar*>(&assigned)}) {
+    EXPECT_NE(copy->GetMissingValues(), var.GetMissingValues());
+    EXPECT_NE(copy->GetEncoder(), var.GetEncoder());
+    EXPECT_EQ(copy->GetVarStats()->GetMissingReplacement()->GetDouble(), 2);
+    EXPECT_EQ(copy->GetDefValue()->GetDouble(), 3);
+    EXPECT_EQ(copy->GetValueProbabilities()->Size(), 1);
+    EXPECT_EQ(copy->GetXMeasure() + copy->GetFalgTypeTrueValue(), "kgyes");
   }
-  EXPECT_EQ(CountedValue::gLiving, 0);
 }
 
 TEST(DictVar, SettersOfPartsNeverDelete) {
-  {
-    DictVar var = MakeFullVar();
-    const int living = CountedValue::gLiving;
-    // Handed what it holds, it keeps it.
-    var.SetDefValue(var.GetDefValue());
-    // What is replaced is left to whoever knows it.
-    const std::unique_ptr<ScoreValue> oldDefault(var.GetDefValue());
-    const std::unique_ptr<ScoreMissingValueSet> oldMissing(var.GetMissingValues());
-    const std::unique_ptr<ScoreValueLabelSet> oldLabels(var.GetValueLabels());
-    const std::unique_ptr<ScoreVarStats> oldStats(var.GetVarStats());
-    const std::unique_ptr<ScoreEncoder> oldEncoder(var.GetEncoder());
-    const std::unique_ptr<ScoreValueProbabilitySet> oldProbabilities(var.GetValueProbabilities());
-    var.SetDefValue(nullptr);
-    var.SetMissingValues(new MissingValueSet);
-    var.SetValueLabels(nullptr);
-    var.SetVarStats(nullptr);
-    var.SetEncoder(nullptr);
-    var.SetValueProbabilities(nullptr);
-    EXPECT_EQ(CountedValue::gLiving, living);
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  const NoneSurvives check;
+  DictVar var = MakeFullVar();
+  const int living = CountedValue::gLiving;
+  // Handed what it holds, it keeps it.
+  var.SetDefValue(var.GetDefValue());
+  // What is replaced is left to whoever knows it.
+  const std::unique_ptr<ScoreValue> oldDefault(var.GetDefValue());
+  const std::unique_ptr<ScoreMissingValueSet> oldMissing(var.GetMissingValues());
+  const std::unique_ptr<ScoreValueLabelSet> oldLabels(var.GetValueLabels());
+  const std::unique_ptr<ScoreVarStats> oldStats(var.GetVarStats());
+  const std::unique_ptr<ScoreEncoder> oldEncoder(var.GetEncoder());
+  const std::unique_ptr<ScoreValueProbabilitySet> oldProbabilities(var.GetValueProbabilities());
+  var.SetDefValue(nullptr);
+  var.SetMissingValues(new MissingValueSet);
+  var.SetValueLabels(nullptr);
+  var.SetVarStats(nullptr);
+  var.SetEncoder(nullptr);
+  var.SetValueProbabilities(nullptr);
+  EXPECT_EQ(CountedValue::gLiving, living);
 }
 
 TEST(DictVar, Displays) {

@@ -25,24 +25,19 @@ std::string Shown(const ScoreEncoder& encoder) {
 
 TEST(ScoreBinningEncoder, BinsAreClosedOnTheRight) {
   ScoreBinningEncoder encoder({10, 20, 30});
-  const struct {
-    double number;
-    double bin;
-  } kRows[] = {{-1e300, 0}, {10, 0}, {10.0001, 1}, {20, 1},
-               {21, 2},     {30, 2}, {31, 3},      {NumericValue::gInfinity, 3}};
-  for (const auto& row : kRows) {
-    EXPECT_EQ(encoder.Encode(row.number), row.bin) << row.number;
-    const NumericValue value(row.number);
-    EXPECT_EQ(encoder.EncodeConst(&value), row.bin) << row.number;
+  const std::pair<double, double> kRows[] = {
+      {-1e300, 0}, {10, 0}, {10.0001, 1}, {20, 1}, {21, 2}, {30, 2}, {31, 3}, {NumericValue::gInfinity, 3}};
+  for (const auto& [number, bin] : kRows) {
+    EXPECT_EQ(encoder.Encode(number), bin) << number;
+    const NumericValue value(number);
+    EXPECT_EQ(encoder.EncodeConst(&value), bin) << number;
   }
   EXPECT_EQ(encoder.GetNumberOfCategories(), 4);
   EXPECT_EQ(encoder.EncodeConst("20.5"), 2);
   EXPECT_EQ(encoder.Encode(std::string()), 0);  // system-missing is the smallest number
   const StringValue text("20");
   const DateTimeValue date(20.0, DateTimeValue::kDateTimeVal);
-  for (const ScoreValue* wrong :
-       {static_cast<const ScoreValue*>(&text), static_cast<const ScoreValue*>(&date),
-        static_cast<const ScoreValue*>(nullptr)})
+  for (const ScoreValue* wrong : std::initializer_list<const ScoreValue*>{&text, &date, nullptr})
     EXPECT_EQ(encoder.EncodeConst(wrong), -1);
 
   encoder.SetValueLabels({"a"});
@@ -59,11 +54,9 @@ TEST(ScoreBinningEncoder, BinsAreClosedOnTheRight) {
 
 TEST(ScoreCatNumericEncoder, CodesFollowFirstAppearance) {
   ScoreCatNumericEncoder encoder(std::vector<double>{3, 1, 3, 2});
-  const struct {
-    double number;
-    int code;
-  } kRows[] = {{3, 0}, {1, 1}, {2, 2}, {4, -1}, {3 + 1e-15, -1}, {std::nan(""), -1}};
-  for (const auto& row : kRows) EXPECT_EQ(encoder.EncodeConst(row.number), row.code) << row.number;
+  const std::pair<double, int> kRows[] = {{3, 0},  {1, 1},          {2, 2},
+                                          {4, -1}, {3 + 1e-15, -1}, {std::nan(""), -1}};
+  for (const auto& [number, code] : kRows) EXPECT_EQ(encoder.EncodeConst(number), code) << number;
   EXPECT_EQ(encoder.GetNumberOfCategories(), 3);
   EXPECT_EQ(encoder.Encode(std::nan("")), -1);
   EXPECT_EQ(encoder.Encode(4.0), 3);
@@ -86,12 +79,9 @@ TEST(ScoreCatNumericEncoder, CodesFollowFirstAppearance) {
 
 TEST(ScoreCatStringEncoder, KeysAreTrimmed) {
   ScoreCatStringEncoder encoder(Texts{"a", "b ", ""});
-  const struct {
-    const char* text;
-    int code;
-  } kRows[] = {{"a", 0}, {"a  ", 0}, {" a", -1}, {"A", -1}, {"b", 1}, {"b ", 1}, {"", 2}, {"   ", -1}};
-  for (const auto& row : kRows)
-    EXPECT_EQ(encoder.EncodeConst(row.text), row.code) << '\'' << row.text << '\'';
+  const std::pair<const char*, int> kRows[] = {{"a", 0}, {"a  ", 0}, {" a", -1}, {"A", -1},
+                                               {"b", 1}, {"b ", 1},  {"", 2},    {"   ", -1}};
+  for (const auto& [text, code] : kRows) EXPECT_EQ(encoder.EncodeConst(text), code) << '"' << text << '"';
   EXPECT_EQ(encoder.Encode("   "), 3);
   EXPECT_EQ(encoder.EncodeConst(" "), 3);
   EXPECT_EQ(encoder.Decode(3), " ");

@@ -79,34 +79,32 @@ TEST(Range, EqualityComparesBoundsAndEnds) {
 }
 
 TEST(Range, OwnsItsBounds) {
-  {
-    auto* const shared = new CountedValue(3);
-    Range range(shared, shared, false, false);
-    EXPECT_TRUE(range.IsSingleValue());
-    EXPECT_NE(range.GetMin(), range.GetMax());
-    EXPECT_EQ(CountedValue::gLiving, 2);
+  const NoneSurvives check;
+  auto* const shared = new CountedValue(3);
+  Range range(shared, shared, false, false);
+  EXPECT_TRUE(range.IsSingleValue());
+  EXPECT_NE(range.GetMin(), range.GetMax());
+  EXPECT_EQ(CountedValue::gLiving, 2);
 
-    range.SetMin(shared);  // the bound held already
-    range.SetMin(nullptr);
-    EXPECT_EQ(range.GetMin(), shared);
-    range.SetMax(new CountedValue(8));
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    EXPECT_FALSE(range.IsSingleValue());
-    EXPECT_TRUE(range.IsInRange(7.0));
-    range.SetMax(range.GetMin());  // one object is never both bounds
-    EXPECT_TRUE(range.IsSingleValue());
-    range.SetMin(range.GetMax());
-    EXPECT_NE(range.GetMin(), range.GetMax());
+  range.SetMin(shared);  // the bound held already
+  range.SetMin(nullptr);
+  EXPECT_EQ(range.GetMin(), shared);
+  range.SetMax(new CountedValue(8));
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  EXPECT_FALSE(range.IsSingleValue());
+  EXPECT_TRUE(range.IsInRange(7.0));
+  range.SetMax(range.GetMin());  // one object is never both bounds
+  EXPECT_TRUE(range.IsSingleValue());
+  range.SetMin(range.GetMax());
+  EXPECT_NE(range.GetMin(), range.GetMax());
 
-    Range other(range);
-    other = *&other;
-    other = range;
-    EXPECT_TRUE(other == static_cast<const ScoreValueRange&>(range));
-    EXPECT_EQ(CountedValue::gLiving, 4);
-    other.SetMin(new NumericValue);
-    EXPECT_EQ(other.GetMin()->GetDouble(), -kInfinity);
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  Range other(range);
+  other = *&other;
+  other = range;
+  EXPECT_TRUE(other == static_cast<const ScoreValueRange&>(range));
+  EXPECT_EQ(CountedValue::gLiving, 4);
+  other.SetMin(new NumericValue);
+  EXPECT_EQ(other.GetMin()->GetDouble(), -kInfinity);
 }
 
 TEST(MissingValueSet, RefusesDuplicatesAndKeepsWhatItTook) {

@@ -57,11 +57,7 @@ TEST(ReadNumber, ReadsWhatAStreamReads) {
       {"too small is 0", "1e-999", 0},
       {"a long number that is too small", "0." + std::string(500, '0') + "1e+100", 0},
       {"a long number that is not", "0." + std::string(400, '0') + "1e+401", 1},
-      {"a NUL ends it",
-       std::string("1\0"
-                   "2",
-                   3),
-       1},
+      {"a NUL ends it", std::string("1") + '\0' + "2", 1},
   };
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);

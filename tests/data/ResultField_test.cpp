@@ -42,23 +42,21 @@ TEST(ResultField, AnEntryKeepsItsKind) {
 }
 
 TEST(ResultField, OwnsItsValues) {
-  {
-    ResultField field;
-    auto* const first = new CountedValue(1);
-    CountedValue mine(9);
-    field.AddResultField("a", first);
-    field.AddResultField("a", &mine);
-    field.AddResultField("b", first);  // held already
-    EXPECT_EQ(field.GetResultSize(), 1);
-    field.AddResultField("b", new CountedValue(2));
-    field.SetMapResultValue({{"x", first}, {"y", new CountedValue(3)}});
-    EXPECT_EQ(CountedValue::gLiving, 3);
-    field.SetMapResultValue(field.GetMapResultValue());
-    EXPECT_EQ(field.GetResultValue("x"), first);
-    EXPECT_EQ(field.GetResultValue("a"), nullptr);
-    EXPECT_EQ(field.GetResultSize(), 2);
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  const NoneSurvives check;
+  ResultField field;
+  auto* const first = new CountedValue(1);
+  CountedValue mine(9);
+  field.AddResultField("a", first);
+  field.AddResultField("a", &mine);
+  field.AddResultField("b", first);  // held already
+  EXPECT_EQ(field.GetResultSize(), 1);
+  field.AddResultField("b", new CountedValue(2));
+  field.SetMapResultValue({{"x", first}, {"y", new CountedValue(3)}});
+  EXPECT_EQ(CountedValue::gLiving, 3);
+  field.SetMapResultValue(field.GetMapResultValue());
+  EXPECT_EQ(field.GetResultValue("x"), first);
+  EXPECT_EQ(field.GetResultValue("a"), nullptr);
+  EXPECT_EQ(field.GetResultSize(), 2);
 }
 
 }  // namespace

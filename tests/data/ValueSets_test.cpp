@@ -21,27 +21,25 @@ namespace KxVeyra_940 {
 namespace {
 
 TEST(ValueLbl, SettersReplaceOrRefuse) {
-  {
-    ValueLbl label(new CountedValue(1), "one");
-    CountedValue mine(2);
-    EXPECT_FALSE(label.SetValueLabel(&mine, ""));
-    EXPECT_FALSE(label.SetValueLabel(nullptr, "x"));
-    EXPECT_FALSE(label.SetLabel(""));
-    EXPECT_EQ(label.GetLabel(), "one");
-    EXPECT_TRUE(label.SetValueLabel(label.GetValue(), "uno"));
-    EXPECT_TRUE(label.SetValueLabel(new CountedValue(3), "three"));
-    EXPECT_EQ(CountedValue::gLiving, 2);
+  const NoneSurvives check;
+  ValueLbl label(new CountedValue(1), "one");
+  CountedValue mine(2);
+  EXPECT_FALSE(label.SetValueLabel(&mine, ""));
+  EXPECT_FALSE(label.SetValueLabel(nullptr, "x"));
+  EXPECT_FALSE(label.SetLabel(""));
+  EXPECT_EQ(label.GetLabel(), "one");
+  EXPECT_TRUE(label.SetValueLabel(label.GetValue(), "uno"));
+  EXPECT_TRUE(label.SetValueLabel(new CountedValue(3), "three"));
+  EXPECT_EQ(CountedValue::gLiving, 2);
 
-    ValueLbl copy(label);
-    copy = label;
-    copy = *&copy;
-    EXPECT_EQ(copy.GetValue()->GetDouble(), 3);
-    EXPECT_EQ(CountedValue::gLiving, 3);
-    copy.SetLabel("other");
-    const ScoreValueLabel& left = label;
-    EXPECT_TRUE(left == copy && left <= copy && left >= copy && !(left < copy) && !(left > copy));
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  ValueLbl copy(label);
+  copy = label;
+  copy = *&copy;
+  EXPECT_EQ(copy.GetValue()->GetDouble(), 3);
+  EXPECT_EQ(CountedValue::gLiving, 3);
+  copy.SetLabel("other");
+  const ScoreValueLabel& left = label;
+  EXPECT_TRUE(left == copy && left <= copy && left >= copy && !(left < copy) && !(left > copy));
 }
 
 TEST(ValueProbability, SettersReplaceOrRefuse) {
@@ -154,14 +152,14 @@ TEST(ValueLabelSet, TheIndexFindsWhatAScanFinds) {
     };
     for (int probe = 0; probe < 200; ++probe) {
       const std::unique_ptr<ScoreValue> value(RandomValue(random));
-      ASSERT_EQ(set.Find(value.get()), scan([&](const ScoreValue& held) { return held == *value; }))
-          << "seed " << kSeed << ", round " << round << ", value " << value->GetString();
+      SCOPED_TRACE(testing::Message()
+                   << "seed " << kSeed << ", round " << round << ", '" << value->GetString());
+      ASSERT_EQ(set.Find(value.get()), scan([&](const ScoreValue& held) { return held == *value; }));
       for (int options = 0; options < 4; ++options)
         ASSERT_EQ(set.FindEqual(value.get(), (options & 1) != 0, (options & 2) != 0),
                   scan([&](const ScoreValue& held) {
                     return held.Equal(value.get(), (options & 1) != 0, (options & 2) != 0);
-                  }))
-            << "seed " << kSeed << ", round " << round << ", value '" << value->GetString() << "'";
+                  }));
     }
   }
 }
@@ -181,29 +179,27 @@ TEST(ValueLabelSet, LookingUpAllocatesNothing) {
 }
 
 TEST(VarStats, DefaultsAndTheReplacement) {
-  {
-    const VarStats defaults;
-    EXPECT_EQ(defaults.GetMin(), NumericValue::gSysmisValue);
-    EXPECT_EQ(defaults.GetMax(), 1.7976931348623157e308);
-    EXPECT_EQ(defaults.GetMean(), 0);
-    EXPECT_EQ(defaults.GetStddev(), 1);
-    EXPECT_EQ(defaults.GetMissingReplacement(), nullptr);
+  const NoneSurvives check;
+  const VarStats defaults;
+  EXPECT_EQ(defaults.GetMin(), NumericValue::gSysmisValue);
+  EXPECT_EQ(defaults.GetMax(), 1.7976931348623157e308);
+  EXPECT_EQ(defaults.GetMean(), 0);
+  EXPECT_EQ(defaults.GetStddev(), 1);
+  EXPECT_EQ(defaults.GetMissingReplacement(), nullptr);
 
-    VarStats stats(1, 2, 3, 4);
-    const CountedValue mine(9);
-    stats.SetMissingReplacement(&mine);
-    stats.SetMissingReplacement(stats.GetMissingReplacement());
-    EXPECT_EQ(CountedValue::gLiving, 2);
-    VarStats copy;
-    copy = stats;
-    EXPECT_NE(copy.GetMissingReplacement(), stats.GetMissingReplacement());
-    EXPECT_EQ(copy.GetMissingReplacement()->GetDouble(), 9);
-    EXPECT_TRUE(copy.GetMin() == 1 && copy.GetMax() == 2 && copy.GetMean() == 3 && copy.GetStddev() == 4);
-    stats.SetMissingReplacement(nullptr);
-    EXPECT_EQ(stats.GetMissingReplacement(), nullptr);
-    EXPECT_EQ(CountedValue::gLiving, 2);
-  }
-  EXPECT_EQ(CountedValue::gLiving, 0);
+  VarStats stats(1, 2, 3, 4);
+  const CountedValue mine(9);
+  stats.SetMissingReplacement(&mine);
+  stats.SetMissingReplacement(stats.GetMissingReplacement());
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  VarStats copy;
+  copy = stats;
+  EXPECT_NE(copy.GetMissingReplacement(), stats.GetMissingReplacement());
+  EXPECT_EQ(copy.GetMissingReplacement()->GetDouble(), 9);
+  EXPECT_TRUE(copy.GetMin() == 1 && copy.GetMax() == 2 && copy.GetMean() == 3 && copy.GetStddev() == 4);
+  stats.SetMissingReplacement(nullptr);
+  EXPECT_EQ(stats.GetMissingReplacement(), nullptr);
+  EXPECT_EQ(CountedValue::gLiving, 2);
 }
 
 }  // namespace

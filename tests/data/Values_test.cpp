@@ -23,13 +23,8 @@ constexpr int kLowestInt = std::numeric_limits<int>::min();
 
 // Which of ==, <, >, <=, >= hold, as text.
 std::string Relations(const ScoreValue& left, const ScoreValue& right) {
-  std::string relations;
-  if (left == right) relations += "== ";
-  if (left < right) relations += "< ";
-  if (left > right) relations += "> ";
-  if (left <= right) relations += "<= ";
-  if (left >= right) relations += ">= ";
-  return relations;
+  return std::string(left == right ? "== " : "") + (left < right ? "< " : "") + (left > right ? "> " : "") +
+         (left <= right ? "<= " : "") + (left >= right ? ">= " : "");
 }
 
 using Number = NumericValue;
@@ -47,10 +42,8 @@ constexpr char kNothing[] = "";
 TEST(Values, ComparisonsWithinAndAcrossKinds) {
   const struct {
     const char* what;
-    std::shared_ptr<ScoreValue> left;
-    std::shared_ptr<ScoreValue> right;
-    const char* want;
-    const char* reversed;
+    std::shared_ptr<ScoreValue> left, right;
+    const char *want, *reversed;
   } kRows[] = {
 #define NUM(x) std::make_shared<Number>(x)
 #define TXT(x) std::make_shared<Text>(x)
@@ -103,10 +96,7 @@ TEST(Values, ComparisonsWithinAndAcrossKinds) {
 TEST(Values, EqualOfTextsHasTwoOptions) {
   // want: for (noSpaceTrim, emptyStringOK) = (0, 0), (0, 1), (1, 0), (1, 1)
   const struct {
-    const char* what;
-    const char* left;
-    const char* right;
-    const char* want;
+    const char *what, *left, *right, *want;
   } kRows[] = {
       {"identical", "abc", "abc", "1111"},    {"trailing blanks", "abc ", "abc", "1100"},
       {"empty and blank", "", "   ", "1000"}, {"blank texts of two lengths", "  ", " ", "1100"},
@@ -137,25 +127,14 @@ TEST(Values, NumbersAsTextAreWrittenAsAStreamWrites) {
 }
 
 TEST(Values, CastsToIntAreDefined) {
-  const struct {
-    double number;
-    int want;
-  } kRows[] = {{2.9, 2},
-               {-2.9, -2},
-               {2147483647.9, 2147483647},
-               {2147483648.0, kLowestInt},
-               {-2147483648.5, kLowestInt},
-               {1e300, kLowestInt},
-               {kNaN, kLowestInt},
-               {kSysmis, kLowestInt}};
-  for (const auto& row : kRows) EXPECT_EQ(Number(row.number).GetInt(), row.want) << row.number;
+  const std::pair<double, int> kInside[] = {{2.9, 2}, {-2.9, -2}, {2147483647.9, 2147483647}};
+  for (const auto& [number, want] : kInside) EXPECT_EQ(Number(number).GetInt(), want) << number;
+  for (const double outside : {2147483648.0, -2147483648.5, 1e300, kNaN, kSysmis})
+    EXPECT_EQ(Number(outside).GetInt(), kLowestInt) << outside;
 
-  const struct {
-    const char* text;
-    int want;
-  } kTexts[] = {
+  const std::pair<const char*, int> kTexts[] = {
       {" 12x", 12}, {"-7", -7}, {"+7", 7}, {"+-7", 0}, {"abc", 0}, {"", 0}, {"99999999999", kLowestInt}};
-  for (const auto& row : kTexts) EXPECT_EQ(Text(row.text).GetInt(), row.want) << row.text;
+  for (const auto& [text, want] : kTexts) EXPECT_EQ(Text(text).GetInt(), want) << text;
 }
 
 struct CommaDecimal : std::numpunct<char> {
