@@ -103,12 +103,9 @@ TEST(Exception, CapsArguments) {
             "Missing node: 'a'.Unexpected error.Unexpected error in opening PMML file: ''{0}''.");
 }
 
-TEST(Exception, CodeAloneGivesItsText) {
+TEST(Exception, WithoutMessagesHasOnlyItsCodesTextOrDetail) {
   EXPECT_EQ(VYException(260101, "", &gErrorFormater).GetErrorMessage(), "Unexpected error.");
   EXPECT_EQ(VYException(5, "detail", &gErrorFormater).GetErrorMessage(), "detail");
-}
-
-TEST(Exception, WithoutFormatterHasOnlyItsDetail) {
   VYException exception(260101, "detail", nullptr);
   EXPECT_FALSE(exception.PutErrorMessage(260114, "a"));
   EXPECT_EQ(exception.GetErrorCode(), 260114);

@@ -14,6 +14,10 @@ std::string Ext(const std::string& name, const std::string& value) {
   return "<Extension name='" + name + "' value='" + value + "'/>";
 }
 
+std::string Labelled(const std::string& value, const std::string& label) {
+  return "<Value value='" + value + "' displayValue='" + label + "'/>";
+}
+std::string Invalid(const std::string& value) { return "<Value value='" + value + "' property='invalid'/>"; }
 std::string Valid(const std::string& value) { return "<Value value='" + value + "'/>"; }
 std::string Missing(const std::string& value) { return "<Value value='" + value + "' property='missing'/>"; }
 
@@ -23,6 +27,11 @@ std::string TypeOf(const ScoreDictVar& x) {
   text << x.GetVarType() << ' ' << x.GetNumericDataType() << ' ' << x.GetDateTimeType();
   return text.str();
 }
+
+struct Row {
+  std::string attributes, content;
+  const char* want;
+};
 
 // The only field of a dictionary, with the dictionary that owns it.
 class Field {
@@ -39,11 +48,6 @@ class Field {
 }  // namespace
 
 TEST(PMMLDataDictionary, TypesFollowStorageThenDataType) {
-  struct Row {
-    const char* attributes;
-    std::string content;
-    const char* want;
-  };
   const Row kRows[] = {
       {"dataType='string'", "", "1 0 0"},
       {"dataType='integer'", "", "0 1 0"},
@@ -62,7 +66,7 @@ TEST(PMMLDataDictionary, TypesFollowStorageThenDataType) {
       {"dataType='integer' x-storageType='numeric'", Ext("x-storageType", "string"), "0 1 0"},
   };
   for (const Row& row : kRows)
-    EXPECT_EQ(TypeOf(*Field(std::string("optype='ordinal' ") + row.attributes, row.content)), row.want)
+    EXPECT_EQ(TypeOf(*Field("optype='ordinal' " + row.attributes, row.content)), row.want)
         << row.attributes << row.content;
 }
 
@@ -97,26 +101,20 @@ TEST(PMMLDataDictionary, ExtensionsSetWhatTheySay) {
 }
 
 TEST(PMMLDataDictionary, ValuesBecomeLabelsOrMissingRanges) {
-  struct Row {
+  const struct {
     const char* attributes;
     std::string content;
-    const char* labels;
-    const char* missing;
-  };
-  const Row kRows[] = {
-      {kText, "<Value value='b' displayValue='Bee'/><Value value='a' property='valid'/>", "b=Bee a=a",
-       "none"},
-      {kText, "<Value value=''/><Value value='? ' property='invalid'/>", "=", "['? ', '? ']"},
+    const char *labels, *missing;
+  } kRows[] = {
+      {kText, Labelled("b", "Bee") + "<Value value='a' property='valid'/>", "b=Bee a=a", "none"},
+      {kText, Valid("") + Invalid("? "), "=", "['? ', '? ']"},
       {kText, "", "none", "none"},
-      {kText, "<Value value='a'/><Value value='a ' displayValue=''/>" + Ext("noSpaceTrim", "true"),
-       "a=a a =a ", "none"},
+      {kText, Valid("a") + Labelled("a ", "") + Ext("noSpaceTrim", "true"), "a=a a =a ", "none"},
       {kCodes, Valid(" 1 ") + Missing("9"), "1= 1 ", "[9, 9]"},
-      {kCodes, Missing("9") + Missing("9") + "<Value value='8' property='invalid'/>", "none",
-       "[9, 9] [8, 8]"},
+      {kCodes, Missing("9") + Missing("9") + Invalid("8"), "none", "[9, 9] [8, 8]"},
       // A category inside a missing range is still a category.
       {kCodes, Valid("5") + Ext("invalidRangeLower", "0"), "5=5", "[0, inf]"},
-      {kReal, "<Value value='5' displayValue='five'/><Value value='9' property='missing'/>", "5=five",
-       "[9, 9]"},
+      {kReal, Labelled("5", "five") + Missing("9"), "5=five", "[9, 9]"},
       {kDays, Valid("3654") + Missing("3653"), "1970-1-2=3654", "[0, 0]"},
       {kReal, "<Interval closure='closedOpen' leftMargin='0' rightMargin='10'/>", "none",
        "[-inf, 0) [10, inf]"},
@@ -134,7 +132,7 @@ TEST(PMMLDataDictionary, ValuesBecomeLabelsOrMissingRanges) {
        "</Extension><Extension><X-DataField/></Extension><Extension><Other/></Extension>",
        "none", "[1, 2)"},
   };
-  for (const Row& row : kRows) {
+  for (const auto& row : kRows) {
     SCOPED_TRACE(row.content);
     const Field x(row.attributes, row.content);
     EXPECT_EQ(Labels(*x), row.labels);
@@ -165,11 +163,6 @@ TEST(PMMLDataDictionary, EncodersCountInTheOrderOfTheValues) {
 }
 
 TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
-  struct Row {
-    const char* attributes;
-    std::string content;
-    const char* want;
-  };
   const Row kRows[] = {
       {"", "", "260120 optype|DataField"},
       {"optype=''", "", "260285 optype|DataField"},
@@ -191,27 +184,21 @@ TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
       {kCodes, Valid("one"), "260151 one|double"},
       {kReal, Valid(""), "260285 value|Value"},
       {"optype='continuous'", Valid(""), "260151 |double"},
-      {kReal, "<Value value='' property='invalid'/>", "260151 |double"},
+      {kReal, Invalid(""), "260151 |double"},
       {kDays, Valid(""), "260151 |double"},
       {"optype='ordinal' dataType='date'", Valid("2020-02-29"), "260151 2020-02-29|double"},
       {kReal, "<Interval leftMargin='x'/>", "260151 x|double"},
       {kReal, "<Interval leftMargin='1'/><Interval/>", "260272 Interval|DataField"},
-      {kReal, Ext("invalidRangeLower", "1") + Ext("invalidRangeLower", "1"),
-       "260272 invalidRangeLower, invalidRangeUpper|Value"},
       {kText, Ext("format", "x"), "260151 x|integer"},
       {kText, Ext("width", "1.5"), "260151 1.5|integer"},
       {kReal, Ext("decimals", ""), "260151 |integer"},
       {kReal, Ext("invalidRangeUpper", "x"), "260151 x|double"},
       {kText, Valid("A") + Missing("a"), "260213 a"},
-      {kText,
-       "<Value value='stra\xC3\x9F"
-       "e \xC3\x84'/><Value value='STRASSE \xC3\xA4' property='invalid'/>",
-       "260213 STRASSE \xC3\xA4"},
+      {kText, Valid("stra\u00dfe \u00c4") + Invalid("STRASSE \u00e4"), "260213 STRASSE \u00e4"},
       {kReal, Valid("9") + Missing("9"), "260213 9"},
-      {kText, "<Value value='a' displayValue='Ay'/><Value value='a ' property='missing'/>", "260294 Ay|x"},
-      {kText, "<Value value='' displayValue='empty'/><Value value=' ' property='invalid'/>",
-       "260294 empty|x"},
-      {kCodes, "<Value value='-1.7976931348623157e308' displayValue='none'/>", "260294 none|x"},
+      {kText, Labelled("a", "Ay") + Missing("a "), "260294 Ay|x"},
+      {kText, Labelled("", "empty") + Invalid(" "), "260294 empty|x"},
+      {kCodes, Labelled("-1.7976931348623157e308", "none"), "260294 none|x"},
       {kText, Valid("a") + Valid("b") + Valid("a  "), "260203 value|a  |DataDictionary"},
       {kCodes, Valid("3") + Valid("1") + Valid("3.00000000000001"), "260203 value|3|DataDictionary"},
       {kDays, Valid("3653") + Valid("3653.0"), "260203 value|1970-1-1|DataDictionary"},
@@ -220,20 +207,17 @@ TEST(PMMLDataDictionary, BrokenFieldsAreRefused) {
     const std::string xml = OneField(row.attributes, row.content);
     EXPECT_EQ(Refusal([&] { ParseDictionary(xml); }), row.want) << xml;
   }
-  // Ten lower bounds are not an upper one.
-  std::string lowers;
-  for (int i = 0; i < 10; ++i) lowers += Ext("invalidRangeLower", "1");
-  EXPECT_EQ(Refusal([&] { ParseDictionary(OneField(kReal, lowers)); }),
-            "260272 invalidRangeLower, invalidRangeUpper|Value");
+  // Neither two lower bounds nor ten are an upper one.
+  std::string lowers = Ext("invalidRangeLower", "1");
+  for (int i = 2; i <= 10; ++i) {
+    lowers += Ext("invalidRangeLower", "1");
+    EXPECT_EQ(Refusal([&] { ParseDictionary(OneField(kReal, lowers)); }),
+              "260272 invalidRangeLower, invalidRangeUpper|Value");
+  }
 }
 
 TEST(PMMLDataDictionary, BrokenDictionariesAreRefused) {
   const std::string age = "<DataField name='age' optype='continuous'/>";
-  struct Row {
-    std::string attributes;
-    std::string content;
-    const char* want;
-  };
   const Row kRows[] = {
       {"numberOfFields=' 2 '", age + "<Extension/><DataField name='b' optype='ordinal'/>", "nothing"},
       {"numberOfFields='+0'", "", "nothing"},

@@ -16,6 +16,10 @@ const char* const kFields =
     "<DataField name='f' optype='categorical' dataType='string'><Extension name='x-measure' value='flag'/>"
     "</DataField></DataDictionary>";
 
+std::string Target(const std::string& field, const std::string& optype, const std::string& content = "") {
+  return "<Target field='" + field + "' optype='" + optype + "'>" + content + "</Target>";
+}
+
 // The dictionary after the targets.
 std::unique_ptr<ScoreDictionary> Handle(const std::string& targets) {
   const Document document("<PMML>" + std::string(kFields) + "<Targets>" + targets + "</Targets></PMML>");
@@ -36,42 +40,34 @@ std::string Priors(const ScoreDictVar& variable) {
 }
 
 TEST(Targets, CompleteTheirVariables) {
-  struct Row {
+  const struct {
     const char* what;
-    const char* targets;
-    const char* field;
-    const char* labels;
-    const char* priors;
-    const char* defaultValue;
-  };
-  const Row rows[] = {
-      {"nothing said", "<Target field='c' optype='categorical'/>", "c", "a=A", "none", "none"},
+    std::string targets;
+    const char *field, *labels, *priors, *defaultValue;
+  } rows[] = {
+      {"nothing said", Target("c", "categorical"), "c", "a=A", "none", "none"},
       {"a category that is there gets no second label, but its prior",
-       "<Target field='c' optype='categorical'><TargetValue value='a' displayValue='Z' "
-       "priorProbability='0.25'/>"
-       "</Target>",
-       "c", "a=A", "a:0.25 ", "none"},
+       Target("c", "categorical", "<TargetValue value='a' displayValue='Z' priorProbability='0.25'/>"), "c",
+       "a=A", "a:0.25 ", "none"},
       {"a new category",
-       "<Target field='c' optype='categorical'><TargetValue value='b' displayValue='B' "
-       "priorProbability='0.75'/>"
-       "<TargetValue value='d'/></Target>",
+       Target("c", "categorical",
+              "<TargetValue value='b' displayValue='B' priorProbability='0.75'/><TargetValue value='d'/>"),
        "c", "a=A b=B d=d", "b:0.75 ", "none"},
       {"a variable without categories",
-       "<Target field='o' optype='ordinal'><TargetValue value='2'/><TargetValue value='1'/></Target>", "o",
-       "2=2 1=1", "none", "none"},
-      {"the last default wins",
-       "<Target field='y' optype='continuous'><TargetValue defaultValue='3'/><TargetValue defaultValue='4'/>"
-       "<TargetValue/></Target>",
-       "y", "none", "none", "4"},
-      {"other elements are passed over",
-       "<Extension/><Target field='y' optype='continuous'><Extension/></Target>", "y", "none", "none",
+       Target("o", "ordinal", "<TargetValue value='2'/><TargetValue value='1'/>"), "o", "2=2 1=1", "none",
        "none"},
+      {"the last default wins",
+       Target("y", "continuous",
+              "<TargetValue defaultValue='3'/><TargetValue defaultValue='4'/><TargetValue/>"),
+       "y", "none", "none", "4"},
+      {"other elements are passed over", "<Extension/>" + Target("y", "continuous", "<Extension/>"), "y",
+       "none", "none", "none"},
       {"a target given twice",
-       "<Target field='c' optype='categorical'><TargetValue value='a' priorProbability='0.5'/></Target>"
-       "<Target field='c' optype='categorical'><TargetValue value='a' priorProbability='1'/></Target>",
+       Target("c", "categorical", "<TargetValue value='a' priorProbability='0.5'/>") +
+           Target("c", "categorical", "<TargetValue value='a' priorProbability='1'/>"),
        "c", "a=A", "a:1 ", "none"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     const std::unique_ptr<ScoreDictionary> dictionary = Handle(row.targets);
     const ScoreDictVar& variable = *dictionary->GetVar(row.field);
@@ -83,34 +79,24 @@ TEST(Targets, CompleteTheirVariables) {
 }
 
 TEST(Targets, Refusals) {
-  struct Row {
-    const char* targets;
-    const char* want;
-  };
-  const Row rows[] = {
+  const auto value = [](const std::string& text) { return "<TargetValue value='" + text + "'/>"; };
+  const std::pair<std::string, const char*> rows[] = {
       {"<Target optype='continuous'/>", "260120 field|Target"},
-      {"<Target field='' optype='continuous'/>", "260285 field|Target"},
-      {"<Target field='q' optype='continuous'/>", "260124 q|DataDictionary"},
+      {Target("", "continuous"), "260285 field|Target"},
+      {Target("q", "continuous"), "260124 q|DataDictionary"},
       {"<Target field='y'/>", "260120 optype|Target"},
-      {"<Target field='y' optype='nominal'/>", "260152 nominal|optype"},
-      {"<Target field='y' optype='categorical'/>",
-       "260214 continuous|optype|DataDictionary|categorical|optype|Target"},
-      {"<Target field='c' optype='categorical'><TargetValue/></Target>", "260120 value|TargetValue"},
-      {"<Target field='o' optype='ordinal'><TargetValue value=''/></Target>", "260285 value|Value"},
-      {"<Target field='o' optype='ordinal'><TargetValue value='two'/></Target>", "260151 two|double"},
-      {"<Target field='c' optype='categorical'><TargetValue value='b' priorProbability='half'/></Target>",
-       "260151 half|double"},
-      {"<Target field='c' optype='categorical'><TargetValue value='x'/></Target>", "260294 x|c"},
-      {"<Target field='f' optype='categorical'><TargetValue value='1'/><TargetValue value='2'/>"
-       "<TargetValue value='3'/></Target>",
-       "260271 categorical|flag"},
-      {"<Target field='y' optype='continuous'><TargetValue defaultValue='none'/></Target>",
-       "260151 none|double"},
+      {Target("y", "nominal"), "260152 nominal|optype"},
+      {Target("y", "categorical"), "260214 continuous|optype|DataDictionary|categorical|optype|Target"},
+      {Target("c", "categorical", "<TargetValue/>"), "260120 value|TargetValue"},
+      {Target("o", "ordinal", value("")), "260285 value|Value"},
+      {Target("o", "ordinal", value("two")), "260151 two|double"},
+      {Target("c", "categorical", "<TargetValue value='b' priorProbability='half'/>"), "260151 half|double"},
+      {Target("c", "categorical", value("x")), "260294 x|c"},
+      {Target("f", "categorical", value("1") + value("2") + value("3")), "260271 categorical|flag"},
+      {Target("y", "continuous", "<TargetValue defaultValue='none'/>"), "260151 none|double"},
   };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.targets);
-    EXPECT_EQ(Refusal([&] { Handle(row.targets); }), row.want);
-  }
+  for (const auto& [targets, want] : rows)
+    EXPECT_EQ(Refusal([text = targets] { Handle(text); }), want) << targets;
 }
 
 std::unique_ptr<ScoreDictionary> ParseResults(const std::string& fields) {
@@ -121,26 +107,24 @@ std::unique_ptr<ScoreDictionary> ParseResults(const std::string& fields) {
 
 TEST(ResultDictionary, Fields) {
   EXPECT_EQ(ParseResults("<OutputField name='p'/>"), nullptr);
-  struct Row {
-    const char* attributes;
-    const char* label;
+  constexpr auto kNumber = ScoreDictVar::kNUMERIC_VAR;
+  constexpr auto kScale = ScoreDictVar::kContinuous;
+  const struct {
+    const char *attributes, *label;
     ScoreDictVar::MeasureLevel level;
     ScoreDictVar::VariableType type;
     int feature;
     const char* value;
-  };
-  const Row rows[] = {
-      {"feature=''", "p", ScoreDictVar::kContinuous, ScoreDictVar::kNUMERIC_VAR, 0, "none"},
+  } rows[] = {
+      {"feature=''", "p", kScale, kNumber, 0, "none"},
       {"feature='predictedValue' displayName='P' optype='categorical' dataType='string' value='v'", "P",
        ScoreDictVar::kNominal, ScoreDictVar::STRING_VAR, 1, "v"},
-      {"feature='categorical' optype='ordinal'", "p", ScoreDictVar::kOrdinal, ScoreDictVar::kNUMERIC_VAR, 2,
-       "none"},
-      {"feature='predictedDisplayValue'", "p", ScoreDictVar::kContinuous, ScoreDictVar::kNUMERIC_VAR, 2,
-       "none"},
-      {"feature='residual'", "p", ScoreDictVar::kContinuous, ScoreDictVar::kNUMERIC_VAR, 4, "none"},
-      {"feature='standardDeviation'", "p", ScoreDictVar::kContinuous, ScoreDictVar::kNUMERIC_VAR, 12, "none"},
+      {"feature='categorical' optype='ordinal'", "p", ScoreDictVar::kOrdinal, kNumber, 2, "none"},
+      {"feature='predictedDisplayValue'", "p", kScale, kNumber, 2, "none"},
+      {"feature='residual'", "p", kScale, kNumber, 4, "none"},
+      {"feature='standardDeviation'", "p", kScale, kNumber, 12, "none"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.attributes);
     const auto dictionary = ParseResults("<ResultField name='p' " + std::string(row.attributes) + "/>");
     ASSERT_NE(dictionary, nullptr);

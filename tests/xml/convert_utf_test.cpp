@@ -18,6 +18,9 @@ using Bytes = std::basic_string<UTF8>;
 
 Bytes operator""_b(const char* text, std::size_t size) { return {text, text + size}; }
 
+template <class From, class To>
+using Converter = ConversionResult (*)(const From**, const From*, To**, To*, ConversionFlags);
+
 template <class Unit>
 struct Result {
   ConversionResult result;
@@ -27,8 +30,8 @@ struct Result {
 
 // Source and target are on the heap in exactly their sizes.
 template <class From, class To>
-Result<To> Run(ConversionResult (*convert)(const From**, const From*, To**, To*, ConversionFlags),
-               const std::basic_string<From>& from, std::size_t room, ConversionFlags flags) {
+Result<To> Run(Converter<From, To> convert, const std::basic_string<From>& from, std::size_t room,
+               ConversionFlags flags) {
   const auto in = std::make_unique<From[]>(from.size());
   std::copy(from.begin(), from.end(), in.get());
   const auto out = std::make_unique<To[]>(room);
@@ -49,8 +52,7 @@ struct Row {
 };
 
 template <class From, class To, std::size_t n>
-void CheckRows(ConversionResult (*convert)(const From**, const From*, To**, To*, ConversionFlags),
-               const Row<From, To> (&rows)[n]) {
+void CheckRows(Converter<From, To> convert, const Row<From, To> (&rows)[n]) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     const auto strict = Run(convert, row.from, 16, strictConversion);
@@ -111,27 +113,17 @@ TEST(ConvertUTF, StrictAndLenient) {
 }
 
 TEST(ConvertUTF, KnowsLegalText) {
-  const std::pair<Bytes, bool> kSequences[] = {
-      {"a"_b, true},
-      {"\u00e4"_b, true},
-      {"\u20ac"_b, true},
-      {"\U0001F600"_b, true},
-      {"\x80"_b, false},
-      {"\xC1\xBF"_b, false},
-      {"\xE2\x82"_b, false},
-      {"\xED\xBF\xBF"_b, false},
-      {"\xE2\x82z"_b, false},
-      {"\xF5\x80\x80\x80"_b, false},
-      {"\xFC\x84\x80\x80\x80\x80"_b, false},
-      {""_b, false},
-  };
-  for (const auto& [bytes, want] : kSequences) {
+  const auto check = [](const Bytes& bytes, bool want) {
     EXPECT_EQ(isLegalUTF8(bytes.data(), static_cast<int>(bytes.size())), want);
     EXPECT_EQ(isLegalUTF8Sequence(bytes.data(), bytes.data() + bytes.size()), want);
     const Bytes two = "zz"_b + bytes + bytes;
     EXPECT_EQ(isLegalUTF8Substring(two.data(), two.data() + two.size()), want || bytes.empty());
     EXPECT_FALSE(isLegalUTF8(two.data(), static_cast<int>(two.size()))) << "more than one character";
-  }
+  };
+  for (const Bytes& legal : {"a"_b, "\u00e4"_b, "\u20ac"_b, "\U0001F600"_b}) check(legal, true);
+  for (const Bytes& illegal : {""_b, "\x80"_b, "\xC1\xBF"_b, "\xE2\x82"_b, "\xED\xBF\xBF"_b, "\xE2\x82z"_b,
+                               "\xF5\x80\x80\x80"_b, "\xFC\x84\x80\x80\x80\x80"_b})
+    check(illegal, false);
 }
 
 std::u32string RandomText(std::mt19937& random) {
@@ -155,9 +147,8 @@ std::u32string RandomText(std::mt19937& random) {
 // Converts with room for 0 to all units: what was written is the characters that fit, and what was read goes
 // with it.
 template <class From, class To>
-void CheckAllRooms(ConversionResult (*convert)(const From**, const From*, To**, To*, ConversionFlags),
-                   ConversionResult (*back)(const To**, const To*, From**, From*, ConversionFlags),
-                   const std::basic_string<From>& from, const std::basic_string<To>& want) {
+void CheckAllRooms(Converter<From, To> convert, Converter<To, From> back, const std::basic_string<From>& from,
+                   const std::basic_string<To>& want) {
   for (std::size_t room = 0; room <= want.size(); ++room) {
     const auto run = Run(convert, from, room, strictConversion);
     ASSERT_EQ(run.result, room == want.size() ? conversionOK : targetExhausted);
