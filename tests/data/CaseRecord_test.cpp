@@ -45,20 +45,20 @@ TEST(CaseRecord, ASlotKeepsItsKind) {
     const Names names = {"n", "t", "d", "e"};
     const std::string name =
         row.slot >= 0 && row.slot < 4 ? names[static_cast<std::size_t>(row.slot)] : "none";
-    for (const bool byName : {true, false}) {
-      const std::string before = Shown(MakeRecord(), name);
+    const std::string before = Shown(MakeRecord(), name);
+    const auto check = [&](const auto& slot) {
       CaseRecord a = MakeRecord(), b = MakeRecord(), c = MakeRecord(), d = MakeRecord();
-      EXPECT_EQ(byName ? a.SetValue(name, 7.0) : a.SetValue(row.slot, 7.0), row.number);
-      EXPECT_EQ(byName ? b.SetValue(name, 7.0, ScoreDictVar::kDateDaysSince1970)
-                       : b.SetValue(row.slot, 7.0, ScoreDictVar::kDateDaysSince1970),
-                row.date);
-      EXPECT_EQ(byName ? c.SetValue(name, "text") : c.SetValue(row.slot, "text"), row.text);
-      EXPECT_EQ(byName ? d.SetMissingValue(name) : d.SetMissingValue(row.slot), row.missing);
+      EXPECT_EQ(a.SetValue(slot, 7.0), row.number);
+      EXPECT_EQ(b.SetValue(slot, 7.0, ScoreDictVar::kDateDaysSince1970), row.date);
+      EXPECT_EQ(c.SetValue(slot, "text"), row.text);
+      EXPECT_EQ(d.SetMissingValue(slot), row.missing);
       EXPECT_EQ(Shown(a, name), row.number ? "7" : before);
       EXPECT_EQ(Shown(b, name), row.date ? "1970-1-8" : before);
       EXPECT_EQ(Shown(c, name), row.text ? "text" : before);
       EXPECT_EQ(Shown(d, name), row.missing ? (name == "t" ? "" : "Undefined") : before);
-    }
+    };
+    check(name);
+    check(row.slot);
   }
   CaseRecord record = MakeRecord();
   const auto length = [&record] { return static_cast<StringValue*>(record.Get("t"))->GetLength(); };

@@ -15,8 +15,7 @@ constexpr double kSysmis = NumericValue::gSysmisValue;
 
 TEST(DateTimeValue, TextsAndHowTheyPrint) {
   const struct {
-    const char* what;
-    const char* text;
+    const char *what, *text;
     Type type;
     double seconds;
     const char* prints;
@@ -67,8 +66,7 @@ TEST(DateTimeValue, TextsAndHowTheyPrint) {
 TEST(DateTimeValue, NumbersOfEveryTypeGoThereAndBack) {
   const struct {
     Type type;
-    double number;
-    double seconds;
+    double number, seconds;
     DateTimeValue::DateTimeValType kind;
   } kRows[] = {
       {kDate, 5, 5, kDateVal},

@@ -55,17 +55,14 @@ TEST(BaseTranslator, WholeNumbersAreReadWithoutSpaces) {
 }
 
 TEST(BaseTranslator, DateTimesAnswerInTheRepresentationOfTheirType) {
-  struct Row {
-    const char* text;
-    ScoreDictVar::DateTimeType type;
-    double want;
+  const auto verify = [](const std::string& text, ScoreDictVar::DateTimeType type) {
+    return BaseTranslator::VerifyDateTime(text, type);
   };
-  for (const Row& row : {Row{"1970-01-02", ScoreDictVar::kDate, 86400},
-                         {"0:1:5", ScoreDictVar::kTime, 65},
-                         {"1970-1-1T0:0:9", ScoreDictVar::kDateTime, 9},
-                         {"12.5", ScoreDictVar::kDateDaysSince1960, 12.5},
-                         {"3e2", ScoreDictVar::kDateTimeSecondsSince1980, 300}})
-    EXPECT_EQ(BaseTranslator::VerifyDateTime(std::string(row.text), row.type), row.want) << row.text;
+  EXPECT_EQ(verify("1970-01-02", ScoreDictVar::kDate), 86400);
+  EXPECT_EQ(verify("0:1:5", ScoreDictVar::kTime), 65);
+  EXPECT_EQ(verify("1970-1-1T0:0:9", ScoreDictVar::kDateTime), 9);
+  EXPECT_EQ(verify("12.5", ScoreDictVar::kDateDaysSince1960), 12.5);
+  EXPECT_EQ(verify("3e2", ScoreDictVar::kDateTimeSecondsSince1980), 300);
   EXPECT_EQ(Refusal([] { BaseTranslator::VerifyDateTime(u"2019-02-29", ScoreDictVar::kDate); }),
             "260151 2019-02-29|dateTime");
   EXPECT_EQ(Refusal([] { BaseTranslator::VerifyDateTime(u"x", ScoreDictVar::kTimeSeconds); }),

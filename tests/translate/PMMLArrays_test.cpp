@@ -23,8 +23,7 @@ std::string Outcome(Read read) {
 }
 
 struct Row {
-  const char* xml;
-  const char* want;
+  const char *xml, *want;
 };
 
 }  // namespace

@@ -178,14 +178,14 @@ TEST(ConvertUTF, AgreesWithICU) {
     ASSERT_TRUE(U_SUCCESS(status));
     const std::u16string utf16(units, static_cast<std::size_t>(unitCount));
     const Bytes utf8(bytes, bytes + byteCount);
-    CheckAllRooms(ConvertUTF8toUTF16, ConvertUTF16toUTF8, utf8, utf16);
-    CheckAllRooms(ConvertUTF16toUTF8, ConvertUTF8toUTF16, utf16, utf8);
-    CheckAllRooms(ConvertUTF8toUTF32, ConvertUTF32toUTF8, utf8, wide);
-    CheckAllRooms(ConvertUTF32toUTF8, ConvertUTF8toUTF32, wide, utf8);
-    CheckAllRooms(ConvertUTF16toUTF32, ConvertUTF32toUTF16, utf16, wide);
-    CheckAllRooms(ConvertUTF32toUTF16, ConvertUTF16toUTF32, wide, utf16);
-    CheckAllRooms(ConvertUTF8toUTF16Rev, ConvertUTF16RevtoUTF8, utf8, Swapped(utf16));
-    CheckAllRooms(ConvertUTF16RevtoUTF8, ConvertUTF8toUTF16Rev, Swapped(utf16), utf8);
+    const auto bothWays = [](auto there, auto back, const auto& from, const auto& to) {
+      CheckAllRooms(there, back, from, to);
+      CheckAllRooms(back, there, to, from);
+    };
+    bothWays(ConvertUTF8toUTF16, ConvertUTF16toUTF8, utf8, utf16);
+    bothWays(ConvertUTF8toUTF32, ConvertUTF32toUTF8, utf8, wide);
+    bothWays(ConvertUTF16toUTF32, ConvertUTF32toUTF16, utf16, wide);
+    bothWays(ConvertUTF8toUTF16Rev, ConvertUTF16RevtoUTF8, utf8, Swapped(utf16));
     if (HasFatalFailure()) return;
 
     // The same units at an odd address, with an odd byte behind them.

@@ -36,26 +36,6 @@ TEST(Names, KeepTheirForms) {
   EXPECT_EQ(copy.GetU16(), u"gr\u00f6\u00dfe\U0001F600");
 }
 
-TEST(Names, FollowTheDefaultConverter) {
-  SetUserLocale("C");
-  ExtNameStr name;
-  name.SetU8("\u00e4\u20ac");
-  UConverter* const latin = ZENTMBConverterNew_C("ISO-8859-1");
-  EXPECT_EQ(name.GetCP(latin), "\xE4?");
-  EXPECT_EQ(name.ErrorCode(), 3);
-  UConverter* const first = ZENTMBGetDefaultConverter();
-  const int id = ZENTMBDefaultConverterID();
-  ZENTMBSetDefaultConverter(latin);
-  EXPECT_EQ(ZENTMBDefaultConverterID(), id + 1);
-  EXPECT_EQ(name.GetCP(), "\xE4?");
-  ASSERT_EQ(ZENTMBGetDefaultConverter(), latin);
-  std::string back;
-  EXPECT_EQ(ZENTMBCodePageToU8(nullptr, back, "\xE4"), 0);
-  EXPECT_EQ(back, "\u00e4");
-  ZENTMBSetDefaultConverter(first);
-  ucnv_close(latin);
-}
-
 TEST(Names, AreSetInEveryForm) {
   SetUserLocale("C");
   UConverter* const latin = ZENTMBConverterNew_C("28591");
@@ -87,13 +67,26 @@ TEST(Names, AreSetInEveryForm) {
     EXPECT_TRUE(name.GetSystem().empty() && name.GetGeneric().empty());
     EXPECT_EQ(copy.GetSystem(), want);
   }
-  // In the other mode a generic name is in the default code page, whichever that is now.
-  ExtNameStr name;
+  ucnv_close(latin);
+}
+
+// In the other mode a generic name is in the default code page, whichever that is now.
+TEST(Names, FollowTheDefaultConverterAndTheMode) {
+  SetUserLocale("C");
+  UConverter* const latin = ZENTMBConverterNew_C("ISO-8859-1");
   UConverter* const first = ZENTMBGetDefaultConverter();
+  const int id = ZENTMBDefaultConverterID();
+  ExtNameStr name;
   name.SetU8("\u00e4\u20ac");
+  EXPECT_EQ(name.GetCP(latin), "\xE4?");
+  EXPECT_EQ(name.ErrorCode(), 3);
   SetUTF8mode(0);
   EXPECT_EQ(name.GetGeneric(), "\u00e4\u20ac");
+  EXPECT_EQ(name.GetCP(), "\u00e4\u20ac");
   ZENTMBSetDefaultConverter(latin);
+  ASSERT_EQ(ZENTMBGetDefaultConverter(), latin);
+  EXPECT_EQ(ZENTMBDefaultConverterID(), id + 1);
+  EXPECT_EQ(name.GetCP(), "\xE4?");
   EXPECT_EQ(name.GetGeneric(), "\xE4?");
   EXPECT_EQ(name.ErrorCode(), 3);
   name.SetGeneric("\xF6");
@@ -103,6 +96,9 @@ TEST(Names, AreSetInEveryForm) {
   name.SetSystem("\xFF");
   EXPECT_EQ(name.GetSystem(), "\xFF") << "kept as it is";
   EXPECT_EQ(name.GetU16(), u"?");
+  std::string back;
+  EXPECT_EQ(ZENTMBCodePageToU8(nullptr, back, "\xE4"), 0);
+  EXPECT_EQ(back, "\u00e4");
   ZENTMBSetDefaultConverter(first);
   ucnv_close(latin);
 }

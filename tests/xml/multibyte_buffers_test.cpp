@@ -80,28 +80,18 @@ Whole<char32_t> To32(const std::u16string& from) {
   return ByString<char32_t, UChar32>(from, u_strToUTF32WithSub);
 }
 
-std::string ToBytes(UConverter* converter, const std::u16string& from, bool& isSubstituted) {
-  char out[16 * kMostUnits];
-  UErrorCode status = U_ZERO_ERROR;
-  const std::int32_t length = ucnv_fromUChars(converter, out, sizeof out, from.data(),
-                                              static_cast<std::int32_t>(from.size()), &status);
-  isSubstituted = isSubstituted || static_cast<int>(status) <= -100;
-  return {out, out + length};
-}
-
 // These code pages have no state, so a text is what its characters are, one after the other.
 Whole<char> ToCodePage(UConverter* converter, const std::u16string& from) {
   Whole<char> whole;
-  whole.text = ToBytes(converter, from, whole.isSubstituted);
-  std::size_t end = 0;
-  for (std::size_t i = 0; i < from.size();) {
-    const std::size_t start = i;
-    U16_FWD_1(from, i, from.size());
-    bool ignored = false;
-    end += ToBytes(converter, from.substr(start, i - start), ignored).size();
-    whole.ends.insert(end);
+  for (std::int32_t start = 0, end = 0; end < static_cast<std::int32_t>(from.size()); start = end) {
+    U16_FWD_1(from, end, static_cast<std::int32_t>(from.size()));
+    char out[32];
+    UErrorCode status = U_ZERO_ERROR;
+    whole.text.append(
+        out, out + ucnv_fromUChars(converter, out, sizeof out, from.data() + start, end - start, &status));
+    whole.isSubstituted |= static_cast<int>(status) <= -100;
+    whole.ends.insert(whole.text.size());
   }
-  EXPECT_EQ(end, whole.text.size());
   return whole;
 }
 

@@ -185,8 +185,7 @@ TEST(VeyraStringTest, StopsAtIllFormedText) {
 TEST(Transcoder, ConvertsUpToWhatItCannot) {
   const XercesWrapper guard(false);
   const struct {
-    const char* what;
-    const char* encoding;
+    const char *what, *encoding;
     std::u16string utf16;
     std::string bytes;
     std::u16string back;
