@@ -57,6 +57,8 @@ std::string WithDtd(const std::string& declarations, const std::string& content)
 
 TEST(PreScan, FindsTheElement) {
   const XercesWrapper guard(false);
+  std::string utf16 = "\xFF\xFE";
+  for (const char c : std::string("<PMML><NearestNeighborModel/></PMML>")) utf16 += {c, '\0'};
   const struct {
     const char* what;
     std::string document;
@@ -70,7 +72,7 @@ TEST(PreScan, FindsTheElement) {
       {"behind a DTD that nobody has",
        "<!DOCTYPE PMML SYSTEM 'none.dtd'><PMML><NearestNeighborModel/></PMML>", true},
       {"behind a DTD that does not know it", WithDtd("<!ELEMENT PMML EMPTY>", ""), true},
-      {"UTF-16", "\xFF\xFE<\0P\0/\0>\0", false},
+      {"in UTF-16", utf16, true},
       {"with a prefix", "<PMML xmlns:p='urn:x'><p:NearestNeighborModel/></PMML>", false},
       {"in another case", "<PMML><nearestNeighborModel/></PMML>", false},
       {"a longer name", "<PMML><NearestNeighborModels/></PMML>", false},
