@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <sstream>
 
 #include "AllocationCounter.h"
 #include "data/CountedValue.h"
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
+#include "data/Shown.h"
 #include "data/StringValue.h"
 
 namespace KxVeyra_940 {
@@ -26,7 +26,7 @@ CaseRecord MakeRecord() {
   return record;
 }
 
-std::string Shown(const CaseRecord& record, const std::string& name) {
+std::string ValueOf(const CaseRecord& record, const std::string& name) {
   return record.Get(name) == nullptr ? "empty" : record.Get(name)->GetString();
 }
 
@@ -45,17 +45,17 @@ TEST(CaseRecord, ASlotKeepsItsKind) {
     const Names names = {"n", "t", "d", "e"};
     const std::string name =
         row.slot >= 0 && row.slot < 4 ? names[static_cast<std::size_t>(row.slot)] : "none";
-    const std::string before = Shown(MakeRecord(), name);
+    const std::string before = ValueOf(MakeRecord(), name);
     const auto check = [&](const auto& slot) {
       CaseRecord a = MakeRecord(), b = MakeRecord(), c = MakeRecord(), d = MakeRecord();
       EXPECT_EQ(a.SetValue(slot, 7.0), row.number);
       EXPECT_EQ(b.SetValue(slot, 7.0, ScoreDictVar::kDateDaysSince1970), row.date);
       EXPECT_EQ(c.SetValue(slot, "text"), row.text);
       EXPECT_EQ(d.SetMissingValue(slot), row.missing);
-      EXPECT_EQ(Shown(a, name), row.number ? "7" : before);
-      EXPECT_EQ(Shown(b, name), row.date ? "1970-1-8" : before);
-      EXPECT_EQ(Shown(c, name), row.text ? "text" : before);
-      EXPECT_EQ(Shown(d, name), row.missing ? (name == "t" ? "" : "Undefined") : before);
+      EXPECT_EQ(ValueOf(a, name), row.number ? "7" : before);
+      EXPECT_EQ(ValueOf(b, name), row.date ? "1970-1-8" : before);
+      EXPECT_EQ(ValueOf(c, name), row.text ? "text" : before);
+      EXPECT_EQ(ValueOf(d, name), row.missing ? (name == "t" ? "" : "Undefined") : before);
     };
     check(name);
     check(row.slot);
@@ -81,9 +81,7 @@ TEST(CaseRecord, NamesAndSlots) {
   EXPECT_EQ(record.Get("a"), nullptr);
   EXPECT_EQ(record.GetIndex("a"), 1);
   EXPECT_EQ(record.GetAllValues()[1], nullptr);
-  std::ostringstream out;
-  record.Display(out);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(Shown(record),
             "Start ScoreCaseRecord Display:\nVar Name: a\nVar Name: b; Var Value: 2\nEnd of ScoreCaseRecord "
             "Display.\n\n");
   EXPECT_FALSE(record.SetMissingValue("a"));

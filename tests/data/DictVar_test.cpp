@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <memory>
-#include <sstream>
 
 #include "AllocationCounter.h"
 #include "data/BaseDictionary.h"
@@ -14,6 +13,7 @@
 #include "data/Range.h"
 #include "data/ResultVar.h"
 #include "data/ScoreCatNumericEncoder.h"
+#include "data/Shown.h"
 #include "data/StringValue.h"
 #include "data/ValueLabelSet.h"
 #include "data/ValueLbl.h"
@@ -207,10 +207,8 @@ TEST(DictVar, Displays) {
   DictVar var = MakeVar(kString, Level::kNominal, {"A"}, {"NA"});
   var.SetLabel("a label");
   var.SetXMeasure("kg");
-  std::ostringstream out;
-  var.Display(out);
   EXPECT_EQ(
-      out.str(),
+      Shown(var),
       "Start ScoreDictVar Display:\nVar Name = v; Var Lable = a label; Var Type = STRING_VAR; "
       "Var level =  Nominal; \nStart ScoreValueLabelSet Display:\nValue: A;  Label: A\n"
       "End of ScoreValueLabelSet Display.\n\n Begin MissingValueSet Display:\n  Start Range Display   \n"
@@ -218,11 +216,9 @@ TEST(DictVar, Displays) {
       "End MissingValueSet Display.\nx-Measure: kg\nEnd of ScoreDictVar Display.\n\n");
   DictVar date("d", kDateTime);
   date.SetMLevel(static_cast<Level>(7));
-  std::ostringstream other;
   BaseDictionary dictionary;
   dictionary.AddVar("d", date.Clone());
-  dictionary.Display(other);
-  EXPECT_EQ(other.str(),
+  EXPECT_EQ(Shown(dictionary),
             "\n ############ Begin dictionary display ################ \nStart ScoreDictVar Display:\n"
             "Var Name = d; Var Lable = ; Var level = unknown;\nEnd of ScoreDictVar Display.\n\n"
             "End Of ScoreDictionary display.\n\n");

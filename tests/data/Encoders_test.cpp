@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <memory>
-#include <sstream>
 
 #include "AllocationCounter.h"
 #include "data/DateTimeValue.h"
@@ -10,18 +9,13 @@
 #include "data/ScoreBinningEncoder.h"
 #include "data/ScoreCatNumericEncoder.h"
 #include "data/ScoreCatStringEncoder.h"
+#include "data/Shown.h"
 #include "data/StringValue.h"
 
 namespace KxVeyra_940 {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-std::string Shown(const ScoreEncoder& encoder) {
-  std::ostringstream out;
-  encoder.Display(out);
-  return out.str();
-}
 
 TEST(ScoreBinningEncoder, BinsAreClosedOnTheRight) {
   ScoreBinningEncoder encoder({10, 20, 30});

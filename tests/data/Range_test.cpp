@@ -4,11 +4,11 @@
 
 #include <cmath>
 #include <memory>
-#include <sstream>
 
 #include "data/CountedValue.h"
 #include "data/DateTimeValue.h"
 #include "data/MissingValueSet.h"
+#include "data/Shown.h"
 #include "data/StringValue.h"
 
 namespace KxVeyra_940 {
@@ -163,10 +163,8 @@ TEST(MissingValueSet, CoversWhatAScanOfAllRangesWould) {
 TEST(MissingValueSet, Displays) {
   MissingValueSet set;
   set.Add(new Range(new NumericValue(-kInfinity), new StringValue("z"), false, true));
-  std::ostringstream out;
-  set.Display(out);
   EXPECT_EQ(
-      out.str(),
+      Shown(set),
       " Begin MissingValueSet Display:\n  Start Range Display   \nMinValue: -inf;  MaxValue: z; "
       "High End included; lower End not included\n End of Range Display\n\nEnd MissingValueSet Display.\n");
 }

@@ -5,11 +5,11 @@
 #include <cmath>
 #include <memory>
 #include <random>
-#include <sstream>
 
 #include "AllocationCounter.h"
 #include "data/CountedValue.h"
 #include "data/DateTimeValue.h"
+#include "data/Shown.h"
 #include "data/StringValue.h"
 #include "data/ValueLabelSet.h"
 #include "data/ValueLbl.h"
@@ -90,9 +90,7 @@ TEST(ValueLabelSet, FirstMatchDecides) {
   EXPECT_EQ(set.Size(), 3);
   EXPECT_EQ(copy.GetLabelOfValue(&a), "first");
 
-  std::ostringstream out;
-  set.Display(out);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(Shown(set),
             "Start ScoreValueLabelSet Display:\nValue: a;  Label: second\nValue: NULL;  Label: no value\n"
             "Value: 5;  Label: five\nEnd of ScoreValueLabelSet Display.\n\n");
 }
@@ -109,9 +107,7 @@ TEST(ValueProbabilitySet, FirstMatchDecides) {
   EXPECT_TRUE(set.Remove(set.GetAllValueProbabilities()[0]));
   EXPECT_EQ(set.GetProbabilityOfValue(&one), 0.5);
   EXPECT_EQ(copy->Size(), 2);
-  std::ostringstream out;
-  set.Display(out);
-  EXPECT_EQ(out.str(),
+  EXPECT_EQ(Shown(set),
             "Start ScoreValueProbabilitySet Display:\nValue: 1;  Probability: 0.5\n"
             "End of ScoreValueProbabilitySet Display.\n\n");
 }
