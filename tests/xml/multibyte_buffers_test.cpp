@@ -1,6 +1,8 @@
-// Every conversion into a buffer or a string, compared with ICU's conversion of the whole text.
+// Every conversion into a buffer or a string, compared with ICU's conversion of the whole text and with
+// iconv.
 
 #include <gtest/gtest.h>
+#include <iconv.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
 
@@ -391,6 +393,54 @@ TEST(Temporaries, AreLocalWhileTheyFit) {
   ZENTMBTempFree(local, local);
   ZENTMBTempFree(local, nullptr);
   EXPECT_EQ(ZENTMBTempGet(local, sizeof local, SIZE_MAX, 2), nullptr) << "the product overflows";
+}
+
+// iconv has mappings of its own, from other hands than ICU's.
+TEST(Strings, AgreeWithIconv) {
+  struct IconvCloser {
+    void operator()(void* handle) const { iconv_close(handle); }
+  };
+  using Handle = std::unique_ptr<void, IconvCloser>;
+  const auto convert = [](const Handle& handle, std::string from) {
+    char out[8 * kMostUnits];
+    char* source = from.data();
+    char* target = out;
+    std::size_t sourceLeft = from.size();
+    std::size_t targetLeft = sizeof out;
+    const std::size_t result = iconv(handle.get(), &source, &sourceLeft, &target, &targetLeft);
+    return result == 0 ? std::string(out, target) : std::string();
+  };
+  for (const char* name : kCodePages) {
+    SCOPED_TRACE(name);
+    const Handle to(iconv_open(name, "UTF-8"));
+    const Handle from(iconv_open("UTF-8", name));
+    ASSERT_TRUE(to.get() != reinterpret_cast<void*>(-1) && from.get() != reinterpret_cast<void*>(-1));
+    const OpenConverter converter = Open(name);
+    Texts texts;
+    std::size_t compared = 0;
+    for (int i = 0; i < 200; ++i) {
+      std::string common;  // of the text, the characters that both map there and back
+      const std::u16string units = texts.Units(true);
+      for (std::size_t at = 0; at < units.size();) {
+        const std::size_t start = at;
+        U16_FWD_1(units, at, units.size());
+        const std::string character = From16(units.substr(start, at - start)).text;
+        std::string bytes;
+        std::string back;
+        ZENTMBU8ToCodePage(converter.get(), bytes, character);
+        ZENTMBCodePageToU8(converter.get(), back, bytes);
+        if (back == character && convert(from, convert(to, character)) == character) common += character;
+      }
+      std::string bytes;
+      std::string back;
+      ASSERT_EQ(ZENTMBU8ToCodePage(converter.get(), bytes, common), 0);
+      ASSERT_EQ(bytes, convert(to, common)) << common;
+      ASSERT_EQ(ZENTMBCodePageToU8(converter.get(), back, bytes), 0);
+      ASSERT_EQ(back, convert(from, bytes));
+      compared += common.size();
+    }
+    EXPECT_GT(compared, 400u);
+  }
 }
 
 }  // namespace
