@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -55,16 +56,22 @@ std::string Outcome(Make make) {
   }
 }
 
+// The outcome of MakeModelFromXML with these arguments.
+template <typename... Arguments>
+std::string Made(Arguments&&... arguments) {
+  return Outcome([&] { return ModelFactory::MakeModelFromXML(std::forward<Arguments>(arguments)...); });
+}
+
 inline std::string OutcomeOf(const std::string& document, const Names& names,
                              const std::string& encoding = "") {
   std::istringstream in(document);
-  return Outcome([&] { return ModelFactory::MakeModelFromXML(in, names, encoding); });
+  return Made(in, names, encoding);
 }
 
 inline std::string OutcomeWithDictionary(const std::string& document, const Names& names,
                                          KxVeyra_940::ScoreDictionary* dictionary = nullptr) {
   std::istringstream in(document);
-  return Outcome([&] { return ModelFactory::MakeModelFromXML(in, dictionary, names, ""); });
+  return Made(in, dictionary, names, "");
 }
 
 }  // namespace VeyraTest

@@ -127,8 +127,7 @@ TEST_P(Failures, OfFiles) {
   std::filesystem::current_path(directory);
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);
-    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(row.document, row.catalogue, ""); }),
-              row.want);
+    EXPECT_EQ(Made(row.document, row.catalogue, ""), row.want);
     ExpectOrder();
   }
   std::filesystem::current_path("/");
@@ -198,7 +197,7 @@ TEST_P(Failures, OfStreams) {
     BreakingBuffer buffer(kTree, row.passes, row.bytes, row.fail);
     std::istream in(&buffer);
     in.exceptions(row.exceptions);
-    ExpectOutcome(Outcome([&] { return ModelFactory::MakeModelFromXML(in, kNames, ""); }), row.want);
+    ExpectOutcome(Made(in, kNames, ""), row.want);
     ExpectOrder();
   }
 }
@@ -215,12 +214,11 @@ TEST_P(Failures, OfStreamsThatCannotSeek) {
   };
   Pipe tree(kTree);
   std::istream in(&tree);
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, kNames, ""); }), "260110");
+  EXPECT_EQ(Made(in, kNames, ""), "260110");
   ExpectOrder();
   Pipe neighbors("<PMML><NearestNeighborModel/></PMML>");
   std::istream other(&neighbors);
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(other, kNames, ""); }),
-            "NearestNeighborModel: stream(      at -1, aux '', '')");
+  EXPECT_EQ(Made(other, kNames, ""), "NearestNeighborModel: stream(      at -1, aux '', '')");
   ExpectOrder();
 }
 

@@ -5,6 +5,8 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include <iterator>
+
 #include "abi/Outcome.h"
 #include "data/BaseDictionary.h"
 #include "data/DictVar.h"
@@ -33,110 +35,86 @@ class Roads : public testing::TestWithParam<bool> {
 INSTANTIATE_TEST_SUITE_P(Factory, Roads, testing::Bool(),
                          [](const auto& how) { return how.param ? "Initialised" : "PerCall"; });
 
+// The outcomes of two roads: the plain one, and the one from a dictionary or a model.
+struct Outcomes {
+  std::string plain;
+  std::string other;
+};
+
+Outcomes Both(const std::string& outcome) { return {outcome, outcome}; }
+Outcomes OfPmml(const std::string& plugin) {
+  return {plugin + " document(PMML, 'e')", plugin + " document with dictionary(PMML, 1 fields, 'e')"};
+}
+
 TEST_P(Roads, TheRootAndTheCatalogueChooseThePlugin) {
+  const std::string general =
+      "GeneralRegressionModel: names(AssociationModel,GeneralRegressionModel,TreeModel)";
+  const Outcomes otherRoot = {"260301: Other",
+                              "TreeModel: names(TreeModel) document with dictionary(Other, 1 fields, 'e')"};
+  const Outcomes stream = {"NearestNeighborModel: stream(<PMML at 0, aux 'aux', '')",
+                           "NearestNeighborModel: stream(<PMML at 0, aux '', '')"};
+  const std::string lattice = "<AssocLattice><AssociationModel/></AssocLattice>";
   const struct {
     const char* what;
     std::string document;
-    Names names;
-    std::string want;
-    std::string wantWithDictionary;  // empty: as `want`
+    std::string names;
+    Outcomes want;
   } kRows[] = {
       {"the first name that occurs wins, whatever the document's order",
        "<PMML><TreeModel/><x><GeneralRegressionModel/></x></PMML>",
-       {"AssociationModel", "GeneralRegressionModel", "TreeModel"},
-       "GeneralRegressionModel: names(AssociationModel,GeneralRegressionModel,TreeModel) document(PMML, 'e')",
-       "GeneralRegressionModel: names(AssociationModel,GeneralRegressionModel,TreeModel) "
-       "document with dictionary(PMML, 1 fields, 'e')"},
-      {"a name that stands twice",
-       kTree,
-       {"TreeModel", "TreeModel"},
-       "TreeModel: names(TreeModel,TreeModel) document(PMML, 'e')",
-       "TreeModel: names(TreeModel,TreeModel) document with dictionary(PMML, 1 fields, 'e')"},
-      {"a plug-in that does not ask for the catalogue",
-       "<PMML><NamelessModel/></PMML>",
-       {"NamelessModel"},
-       "NamelessModel: document(PMML, 'e')",
-       "NamelessModel: document with dictionary(PMML, 1 fields, 'e')"},
-      {"lattices belong to associations",
-       "<PMML><AssociationModelLattice/></PMML>",
-       {"AssociationModelLattice"},
-       "AssociationModel: names(AssociationModelLattice) document(PMML, 'e')",
-       "AssociationModel: names(AssociationModelLattice) document with dictionary(PMML, 1 fields, 'e')"},
-      {"the root is no model", "<PMML/>", {"PMML"}, "260301: ", ""},
-      {"names are case-sensitive and whole", kTree, {"treemodel", "Tree", "TreeModel\r"}, "260301: ", ""},
-      {"an empty catalogue", kTree, {}, "260301: ", ""},
-      {"a prefix is part of the name",
-       "<PMML xmlns:p='u'><p:TreeModel/></PMML>",
-       {"TreeModel"},
-       "260301: ",
-       ""},
+       "AssociationModel GeneralRegressionModel TreeModel", OfPmml(general)},
+      {"a name that stands twice", kTree, "TreeModel TreeModel",
+       OfPmml("TreeModel: names(TreeModel,TreeModel)")},
+      {"a plug-in that does not ask for the catalogue", "<PMML><NamelessModel/></PMML>", "NamelessModel",
+       OfPmml("NamelessModel:")},
+      {"lattices belong to associations", "<PMML><AssociationModelLattice/></PMML>",
+       "AssociationModelLattice", OfPmml("AssociationModel: names(AssociationModelLattice)")},
+      {"the root is no model", "<PMML/>", "PMML", Both("260301: ")},
+      {"names are case-sensitive and whole", kTree, "treemodel Tree TreeModels", Both("260301: ")},
+      {"an empty catalogue", kTree, "", Both("260301: ")},
+      {"a prefix is part of the name", "<PMML xmlns:p='u'><p:TreeModel/></PMML>", "TreeModel",
+       Both("260301: ")},
       {"zent-ml: a regression needs no catalogue",
-       "<zent-ml><x><regression-model/></x><TreeModel/></zent-ml>",
-       {"TreeModel"},
-       "GeneralRegressionModel: names(TreeModel) document(zent-ml, 'e')",
-       ""},
-      {"zent-ml: anything else is searched for",
-       "<zent-ml><TreeModel/></zent-ml>",
-       {"TreeModel"},
-       "TreeModel: names(TreeModel) document(zent-ml, 'e')",
-       ""},
-      {"Tree needs no catalogue", "<Tree/>", {"x"}, "TreeModel: names(x) document(Tree, 'e')", ""},
-      {"AssocLattice is searched",
-       "<AssocLattice><AssociationModel/></AssocLattice>",
-       {"AssociationModel"},
-       "AssociationModel: names(AssociationModel) document(AssocLattice, 'e')",
-       ""},
-      {"SequentialAssociationLattice is searched",
-       "<SequentialAssociationLattice/>",
-       {"TreeModel"},
-       "260301: ",
-       ""},
-      {"another root",
-       "<Other><TreeModel/></Other>",
-       {"TreeModel"},
-       "260301: Other",
-       "TreeModel: names(TreeModel) document with dictionary(Other, 1 fields, 'e')"},
-      {"another root that holds nothing", "<pmml/>", {"TreeModel"}, "260301: pmml", "260301: "},
-      {"a neighbour model before the end goes to its plug-in as a stream",
-       kNeighbors,
-       {"TreeModel", "NearestNeighborModel"},
-       "NearestNeighborModel: stream(<PMML at 0, aux 'aux', '')",
-       "NearestNeighborModel: stream(<PMML at 0, aux '', '')"},
+       "<zent-ml><x><regression-model/></x><TreeModel/></zent-ml>", "TreeModel",
+       Both("GeneralRegressionModel: names(TreeModel) document(zent-ml, 'e')")},
+      {"zent-ml: anything else is searched for", "<zent-ml><TreeModel/></zent-ml>", "TreeModel",
+       Both("TreeModel: names(TreeModel) document(zent-ml, 'e')")},
+      {"Tree needs no catalogue", "<Tree/>", "x", Both("TreeModel: names(x) document(Tree, 'e')")},
+      {"AssocLattice is searched", lattice, "AssociationModel",
+       Both("AssociationModel: names(AssociationModel) document(AssocLattice, 'e')")},
+      {"another lattice is searched", "<SequentialAssociationLattice/>", "TreeModel", Both("260301: ")},
+      {"another root", "<Other><TreeModel/></Other>", "TreeModel", otherRoot},
+      {"another root that holds nothing", "<pmml/>", "TreeModel", {"260301: pmml", "260301: "}},
+      {"a neighbour model before the end goes to its plug-in as a stream", kNeighbors,
+       "TreeModel NearestNeighborModel", stream},
       {"even when the catalogue has an earlier name for the document",
-       "<PMML><TreeModel/><NearestNeighborModel/></PMML>",
-       {"TreeModel", "NearestNeighborModel"},
-       "NearestNeighborModel: stream(<PMML at 0, aux 'aux', '')",
-       "NearestNeighborModel: stream(<PMML at 0, aux '', '')"},
-      {"a neighbour model that no catalogue name allows",
-       kNeighbors,
-       {"TreeModel"},
-       "260113: NearestNeighborModel",
-       ""},
+       "<PMML><TreeModel/><NearestNeighborModel/></PMML>", "TreeModel NearestNeighborModel", stream},
+      {"a neighbour model that no catalogue name allows", kNeighbors, "TreeModel",
+       Both("260113: NearestNeighborModel")},
   };
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);
+    std::istringstream list(row.names);
+    const Names names{std::istream_iterator<std::string>(list), {}};
     std::istringstream in(row.document);
-    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, row.names, "e", "aux"); }), row.want);
+    EXPECT_EQ(Made(in, names, "e", "aux"), row.want.plain);
     BaseDictionary dictionary;
     dictionary.AddVar("x", new DictVar("x", ScoreDictVar::kNUMERIC_VAR));
     std::istringstream again(row.document);
-    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(again, &dictionary, row.names, "e"); }),
-              row.wantWithDictionary.empty() ? row.want : row.wantWithDictionary);
+    EXPECT_EQ(Made(again, &dictionary, names, "e"), row.want.other);
   }
 }
 
 TEST_P(Roads, StreamsAreReadFromTheirStart) {
   std::istringstream in("      " + kNeighbors);
   in.seekg(6);
-  EXPECT_EQ(
-      Outcome([&] { return ModelFactory::MakeModelFromXML(in, Names{"NearestNeighborModel"}, "", "a"); }),
-      "NearestNeighborModel: stream(      at 0, aux 'a', '')");
+  EXPECT_EQ(Made(in, Names{"NearestNeighborModel"}, "", "a"),
+            "NearestNeighborModel: stream(      at 0, aux 'a', '')");
   std::istringstream read(kTree);
   read.seekg(0, std::ios::end);
   read.get();
   ASSERT_TRUE(read.eof());
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(read, Names{"TreeModel"}, ""); }),
-            "TreeModel: names(TreeModel) document(PMML, '')")
+  EXPECT_EQ(Made(read, Names{"TreeModel"}, ""), "TreeModel: names(TreeModel) document(PMML, '')")
       << "the pre-scan of a stream at its end finds nothing; the parser reads it from the start";
 }
 
@@ -147,21 +125,23 @@ TEST_P(Roads, FilesAndStrings) {
   const std::string neighbors = files.Write("n.pmml", kNeighbors);
   std::string catalogue = files.Write("cat \xC3\xA4.txt", "NearestNeighborModel, TreeModel");
   const std::string fromFile = "TreeModel: names(NearestNeighborModel,TreeModel) document(PMML, ";
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(tree, catalogue, "e"); }), fromFile + "'e')");
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(neighbors, catalogue, "e", "g\xC3\xA4"); }),
+  EXPECT_EQ(Made(tree, catalogue, "e"), fromFile + "'e')");
+  EXPECT_EQ(Made(neighbors, catalogue, "e", "g\xC3\xA4"),
             "NearestNeighborModel: stream(<PMML at 0, aux 'g\xC3\xA4', '')");
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(neighbors, catalogue, "e"); }),
-            "NearestNeighborModel: stream(<PMML at 0, aux '', '')");
+  EXPECT_EQ(Made(neighbors, catalogue, "e"), "NearestNeighborModel: stream(<PMML at 0, aux '', '')");
   std::istringstream in(kTree);
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, catalogue); }), fromFile + "'')");
+  EXPECT_EQ(Made(in, catalogue), fromFile + "'')");
   const std::string name = "TreeModel";
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, name); }),
-            "TreeModel: names(TreeModel) document(PMML, '')");
+  EXPECT_EQ(Made(in, name), "TreeModel: names(TreeModel) document(PMML, '')");
   const std::string other = "GeneralRegressionModel";
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, other); }), "260301: ");
+  EXPECT_EQ(Made(in, other), "260301: ");
   std::string noCatalogue = "TreeModel";
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(in, noCatalogue); }), "260103: TreeModel");
+  EXPECT_EQ(Made(in, noCatalogue), "260103: TreeModel");
 }
+
+struct Release {
+  void operator()(xercesc::DOMDocument* document) const { document->release(); }
+};
 
 // A parsed document whose platform this program keeps up.
 class Elements : public testing::Test {
@@ -174,9 +154,6 @@ class Elements : public testing::Test {
   struct Platform {
     Platform() { xercesc::XMLPlatformUtils::Initialize(); }
     ~Platform() { xercesc::XMLPlatformUtils::Terminate(); }
-  };
-  struct Release {
-    void operator()(xercesc::DOMDocument* document) const { document->release(); }
   };
   static xercesc::DOMDocument* NewDocument() {
     auto* document =
@@ -199,56 +176,32 @@ TEST_F(Elements, ModelElementWithDictionariesOrOnAModel) {
   ModelFactory::fModelNames = {"TreeModel"};
   const std::unique_ptr<ScoreModel> base(
       ModelFactory::MakeModelFromXML(Find(u"TreeModel"), Names{}, nullptr, nullptr, ""));
+  const auto tree = [](const std::string& tag) {
+    return Outcomes{
+        "TreeModel: element(" + tag + ", 0 fields, 0 fields, 'e')",
+        "TreeModel: element on model(" + tag + ", TreeModel: element(TreeModel, null, null, ''), 'e')"};
+  };
+  const std::string lattice = "AssociationModelLattice";
   const struct {
     const char* what;
-    xercesc::DOMElement* element;
+    const char16_t* element;
     Names names;
-    std::string want;
-    std::string wantOnModel;
+    Outcomes want;
   } kRows[] = {
-      {"by its tag, the catalogue is not passed on",
-       Find(u"TreeModel"),
-       {"x", "TreeModel"},
-       "TreeModel: element(TreeModel, 0 fields, 0 fields, 'e')",
-       "TreeModel: element on model(TreeModel, TreeModel: element(TreeModel, null, null, ''), 'e')"},
-      {"an empty list stands for the process's catalogue",
-       Find(u"TreeModel"),
-       {},
-       "TreeModel: element(TreeModel, 0 fields, 0 fields, 'e')",
-       "TreeModel: element on model(TreeModel, TreeModel: element(TreeModel, null, null, ''), 'e')"},
-      {"DecisionTree is a tree",
-       Find(u"DecisionTree"),
-       {"TreeModel"},
-       "TreeModel: element(DecisionTree, 0 fields, 0 fields, 'e')",
-       "TreeModel: element on model(DecisionTree, TreeModel: element(TreeModel, null, null, ''), 'e')"},
-      {"Regression is a regression",
-       Find(u"Regression"),
-       {"TreeModel", "Regression"},
-       "260113: RegressionModel",
-       "260113: RegressionModel"},
-      {"a list that lacks the name",
-       Find(u"DecisionTree"),
-       {"DecisionTree"},
-       "260113: TreeModel",
-       "260113: TreeModel"},
-      {"lattices have no other plug-in here",
-       Find(u"AssociationModelLattice"),
-       {"AssociationModelLattice"},
-       "260113: AssociationModelLattice",
-       "260113: AssociationModelLattice"},
-      {"a plug-in without a translator", Find(u"NullModel"), {"NullModel"}, "null", "null"},
-      {"no element", nullptr, {"TreeModel"}, "null", "null"},
+      {"by its tag, the catalogue is not passed on", u"TreeModel", {"x", "TreeModel"}, tree("TreeModel")},
+      {"an empty list stands for the process's catalogue", u"TreeModel", {}, tree("TreeModel")},
+      {"DecisionTree is a tree", u"DecisionTree", {"TreeModel"}, tree("DecisionTree")},
+      {"Regression is a regression", u"Regression", {"Regression"}, Both("260113: RegressionModel")},
+      {"a list that lacks the name", u"DecisionTree", {"DecisionTree"}, Both("260113: TreeModel")},
+      {"lattices have no plug-in here", u"AssociationModelLattice", {lattice}, Both("260113: " + lattice)},
+      {"a plug-in without a translator", u"NullModel", {"NullModel"}, Both("null")},
+      {"no element", u"absent", {"TreeModel"}, Both("null")},
   };
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);
-    void* const element = row.element;
-    EXPECT_EQ(Outcome([&] {
-                return ModelFactory::MakeModelFromXML(element, row.names, &fDictionary, &fTransformations,
-                                                      "e");
-              }),
-              row.want);
-    EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(element, row.names, base.get(), "e"); }),
-              row.wantOnModel);
+    void* const element = Find(row.element);
+    EXPECT_EQ(Made(element, row.names, &fDictionary, &fTransformations, "e"), row.want.plain);
+    EXPECT_EQ(Made(element, row.names, base.get(), "e"), row.want.other);
   }
 }
 
@@ -257,52 +210,39 @@ TEST_F(Elements, ThreeElementsOrAModelAndItsElement) {
   const std::unique_ptr<ScoreModel> base(ModelFactory::MakeModelFromXML(in, Names{"TreeModel"}, ""));
   base->SetScoreDictionary(&fDictionary, false);
   base->SetTransformationScoreDictionary(&fTransformations, false);
+  const auto parsed = [](const std::string& start, const std::string& tag) {
+    return Outcomes{start + " elements(PMML, DataDictionary, " + tag + ", 'e')",
+                    start + " element(" + tag + ", 0 fields, 0 fields, 'e')"};
+  };
+  const Outcomes oldTree = parsed("TreeModel: names(x,y) old parser", "TreeModel");
+  const Outcomes nameless = parsed("NamelessModel: no old parser", "NamelessModel");
+  const Outcomes lattice = parsed("AssociationModel: names(x,y) no old parser", "AssociationModelLattice");
   const struct {
     const char* what;
     const char16_t* element;
     bool supportOldParser;
-    std::string want;
-    std::string wantOnModel;
+    Outcomes want;
   } kRows[] = {
-      {"the flag is passed on", u"TreeModel", true,
-       "TreeModel: names(x,y) old parser elements(PMML, DataDictionary, TreeModel, 'e')",
-       "TreeModel: names(x,y) old parser element(TreeModel, 0 fields, 0 fields, 'e')"},
-      {"the catalogue is not searched", u"NamelessModel", false,
-       "NamelessModel: no old parser elements(PMML, DataDictionary, NamelessModel, 'e')",
-       "NamelessModel: no old parser element(NamelessModel, 0 fields, 0 fields, 'e')"},
-      {"lattices belong to associations", u"AssociationModelLattice", false,
-       "AssociationModel: names(x,y) no old parser elements(PMML, DataDictionary, AssociationModelLattice, "
-       "'e')",
-       "AssociationModel: names(x,y) no old parser element(AssociationModelLattice, 0 fields, 0 fields, "
-       "'e')"},
-      {"older names are no names here", u"DecisionTree", false, "260113: DecisionTree",
-       "260113: DecisionTree"},
-      {"a plug-in without a translator", u"NullModel", false, "260113: NullModel", "260113: NullModel"},
-      {"no element", u"absent", true, "null", "null"},
+      {"the flag is passed on", u"TreeModel", true, oldTree},
+      {"the catalogue is not searched", u"NamelessModel", false, nameless},
+      {"lattices belong to associations", u"AssociationModelLattice", false, lattice},
+      {"older names are no names here", u"DecisionTree", false, Both("260113: DecisionTree")},
+      {"a plug-in without a translator", u"NullModel", false, Both("260113: NullModel")},
+      {"no element", u"absent", true, Both("null")},
   };
   const Names names = {"x", "y"};
-  for (const auto& row : kRows) {
-    SCOPED_TRACE(row.what);
-    xercesc::DOMElement* const element = Find(row.element);
-    EXPECT_EQ(Outcome([&] {
-                return ModelFactory::MakeModelFromXML(fDocument->getDocumentElement(),
-                                                      Find(u"DataDictionary"), element, names, "e",
-                                                      row.supportOldParser);
-              }),
-              row.want);
-    EXPECT_EQ(Outcome([&] {
-                return ModelFactory::MakeModelFromXML(base.get(), element, names, "e", row.supportOldParser);
-              }),
-              row.wantOnModel);
+  auto* const root = fDocument->getDocumentElement();
+  for (const auto& [what, tag, old, want] : kRows) {
+    SCOPED_TRACE(what);
+    xercesc::DOMElement* const element = Find(tag);
+    EXPECT_EQ(Made(root, Find(u"DataDictionary"), element, names, "e", old), want.plain);
+    EXPECT_EQ(Made(base.get(), element, names, "e", old), want.other);
   }
-  EXPECT_EQ(Outcome([&] {
-              return ModelFactory::MakeModelFromXML(nullptr, nullptr, Find(u"TreeModel"), names, "", false);
-            }),
+  auto* const tree = Find(u"TreeModel");
+  EXPECT_EQ(Made(nullptr, nullptr, tree, names, "", false),
             "TreeModel: names(x,y) no old parser elements(null, null, TreeModel, '')");
-  EXPECT_EQ(Outcome([&] {
-              ScoreModel* const noModel = nullptr;
-              return ModelFactory::MakeModelFromXML(noModel, Find(u"TreeModel"), names, "", false);
-            }),
+  ScoreModel* const noModel = nullptr;
+  EXPECT_EQ(Made(noModel, tree, names, "", false),
             "TreeModel: names(x,y) no old parser element(TreeModel, null, null, '')");
 }
 
@@ -314,7 +254,7 @@ TEST(Catalogue, IsFilledOnceAndReplacedByInitialize) {
   EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"})) << "a failed call fills it as well";
   OutcomeOf(kTree, {"TreeModel"});
   const std::string catalogue = files.Write("names", "third");
-  Outcome([&] { return ModelFactory::MakeModelFromXML(tree, catalogue, ""); });
+  Made(tree, catalogue, "");
   EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"}));
   ModelFactory::Initialize("");
   EXPECT_EQ(ModelFactory::fModelNames, (Names{"first", "second"}));
@@ -333,8 +273,7 @@ TEST(Catalogue, IsFilledByTheFileEntryAndTheDictionaryEntryToo) {
   const TemporaryDirectory files;
   const std::string catalogue = files.Write("names", "file");
   const std::string absent = files.Path("absent");
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(absent, catalogue, ""); }),
-            "260104: " + absent);
+  EXPECT_EQ(Made(absent, catalogue, ""), "260104: " + absent);
   EXPECT_EQ(ModelFactory::fModelNames, Names{"file"});
   ModelFactory::fModelNames.clear();
   OutcomeWithDictionary("<PMML/>", {"dictionary"});
@@ -377,8 +316,7 @@ TEST_F(Trace, OfEveryRoad) {
   const std::string kMake = "Enter:MakeModelFromXML\n";
   fFiles.Write("modeldll.txt", "TreeModel NearestNeighborModel");
   const std::string tree = fFiles.Write("tree.pmml", kTree);
-  EXPECT_EQ(Outcome([&] { return ModelFactory::MakeModelFromXML(tree, "", ""); }),
-            "TreeModel: names(TreeModel,NearestNeighborModel) document(PMML, '')");
+  EXPECT_EQ(Made(tree, "", ""), "TreeModel: names(TreeModel,NearestNeighborModel) document(PMML, '')");
   EXPECT_EQ(Lines(), kMake + kMake + "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
   OutcomeWithDictionary(kTree, {"TreeModel"});
   EXPECT_EQ(Lines(), kMake + "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
@@ -388,18 +326,13 @@ TEST_F(Trace, OfEveryRoad) {
   EXPECT_EQ(Lines(), kMake + "Enter:GetLibraryPath\n");
   ModelFactory::Initialize("");
   {
-    struct Release {
-      void operator()(xercesc::DOMDocument* document) const { document->release(); }
-    };
     const std::unique_ptr<xercesc::DOMDocument, Release> document(
         xercesc::DOMImplementation::getImplementation()->createDocument(nullptr, u"TreeModel", nullptr));
     auto* const element = document->getDocumentElement();
     const Names names = {"TreeModel"};
-    Outcome([&] {
-      return ModelFactory::MakeModelFromXML(static_cast<void*>(element), names, nullptr, nullptr, "");
-    });
+    Made(static_cast<void*>(element), names, nullptr, nullptr, "");
     EXPECT_EQ(Lines(), kMake + "Model name is :TreeModel\n" + kSymbol + "Exit:MakeModelFromXML\n");
-    Outcome([&] { return ModelFactory::MakeModelFromXML(nullptr, nullptr, element, names, "", false); });
+    Made(nullptr, nullptr, element, names, "", false);
     EXPECT_EQ(Lines(), "Enter:GetLibraryPath\n" + kSymbol + kSymbol + "Make Model End.\n");
   }
   ModelFactory::Terminate();

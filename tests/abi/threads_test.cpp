@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
-#include <fstream>
 #include <functional>
 #include <thread>
 
@@ -36,28 +35,16 @@ void RunThreads(const std::function<void(int)>& work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-using Table = std::vector<std::vector<std::string>>;
-
-// The cells of the first `rows` lines and the one with the names; no cell is quoted.
-Table ReadCells(const std::string& path, std::size_t rows) {
-  std::ifstream in(path);
-  Table table;
-  for (std::string line; table.size() <= rows && std::getline(in, line);) {
-    table.emplace_back();
-    std::istringstream cells(line);
-    for (std::string cell; std::getline(cells, cell, ',');) table.back().push_back(cell);
-  }
-  return table;
-}
-
-// A model's document, its cases, and the answers of the program that trained it: the category, then the
+// A model's document, 30 cases of it, and the answers of the program that trained it: the category, then the
 // probability of each.
 struct Sample {
   explicit Sample(const std::string& name)
       : path(Document(name + ".pmml")),
         text(ReadFile(path)),
-        data(ReadCells(Document(name + ".csv"), 30)),
-        expected(ReadCells(Document(name + ".expected.csv"), 30)) {}
+        data(ReadCells(ReadFile(Document(name + ".csv")))),
+        expected(ReadCells(ReadFile(Document(name + ".expected.csv")))) {
+    data.resize(31);
+  }
 
   std::string path;
   std::string text;

@@ -5,24 +5,20 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "abi/Outcome.h"
 #include "data/CaseRecord.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
-#include "veyra/ModelFactory.h"
-#include "veyra/VYException.h"
 
 namespace VeyraTest {
 
 using KxVeyra_940::CaseRecord;
-using KxVeyra_940::ModelFactory;
 using KxVeyra_940::NumericValue;
-using KxVeyra_940::ScoreModel;
 using KxVeyra_940::ScoreResult;
 using KxVeyra_940::ScoreValue;
 using KxVeyra_940::StringValue;
@@ -80,22 +76,9 @@ inline std::vector<double> Probabilities(const ScoreResult& result) {
   return probabilities;
 }
 
-// "260125: age, DataDictionary", or "" when the document makes a model.
+// "260125: age, DataDictionary".
 inline std::string Refusal(const std::string& document, const std::string& modelName) {
-  try {
-    MakeModel(document, modelName);
-    return {};
-  } catch (const KxVeyra_940::VYException& exception) {
-    std::string text = std::to_string(exception.GetErrorCode());
-    const char* separator = ": ";
-    for (const auto& error : exception.GetErrors()) {
-      for (const std::string& argument : error.arguments) {
-        text.append(separator).append(argument);
-        separator = ", ";
-      }
-    }
-    return text;
-  }
+  return OutcomeOf(document, {modelName});
 }
 
 }  // namespace VeyraTest

@@ -1,7 +1,7 @@
 // Regression models: the equations, the normalisations, the treatment of values, the output fields, refusals.
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "plugins/Scoring.h"
 
@@ -26,215 +26,187 @@ const char* const kFields =
     "<Value value='S'/><Value value='M'/><Value value='L'/></DataField>";
 
 struct Document {
-  std::string function = "regression";
+  std::string content;
+  std::string attributes = "functionName='regression'";
   std::string target = "y";
-  std::string schema = "<MiningField name='x'/>";
-  std::string content = "";
-  std::string attributes = "";
+  std::string schema =
+      "<MiningField name='x'/><MiningField name='z'/><MiningField name='color'/><MiningField name='free'/>"
+      "<MiningField name='grade'/>";
 
   std::string Text() const {
     return std::string("<PMML version='4.4'><Header/><DataDictionary numberOfFields='8'>") + kFields +
-           "</DataDictionary><RegressionModel functionName='" + function + "' " + attributes +
-           "><MiningSchema>" + schema + "<MiningField name='" + target +
-           "' usageType='target'/></MiningSchema>" + content + "</RegressionModel></PMML>";
+           "</DataDictionary><RegressionModel " + attributes + "><MiningSchema>" + schema +
+           "<MiningField name='" + target + "' usageType='target'/></MiningSchema>" + content +
+           "</RegressionModel></PMML>";
   }
 };
 
-std::string ScoreText(const std::string& document, const std::string& data) {
-  const std::unique_ptr<ScoreModel> model = MakeModel(document, "RegressionModel");
-  const CaseRecord record = MakeCase(data);
-  model->PrepareForCases(record);
-  const std::unique_ptr<ScoreResult> result(model->NewResult());
-  model->Score(record, *result);
-  return Answer(*result);
+std::string Numeric(const std::string& field, const std::string& coefficient, const std::string& more = "") {
+  return "<NumericPredictor name='" + field + "' coefficient='" + coefficient + "' " + more + "/>";
 }
 
-struct ScoreRow {
+std::string Category(const std::string& field, const std::string& value, const std::string& coefficient) {
+  return "<CategoricalPredictor name='" + field + "' value='" + value + "' coefficient='" + coefficient +
+         "'/>";
+}
+
+std::string Table(const std::string& attributes, const std::string& terms = "") {
+  return "<RegressionTable " + attributes + ">" + terms + "</RegressionTable>";
+}
+
+std::string Equation(const std::string& terms) { return Table("intercept='0'", terms); }
+
+// The equation 1 + 2x.
+const std::string kPlain = Table("intercept='1'", Numeric("x", "2"));
+
+// A model of a number, with these attributes besides the function.
+Document OfNumber(const std::string& content, const std::string& attributes = "") {
+  return {.content = content, .attributes = "functionName='regression' " + attributes};
+}
+
+Document OfCategory(const std::string& target, const std::string& content, const std::string& method) {
+  return {.content = content,
+          .attributes = "functionName='classification' normalizationMethod='" + method + "'",
+          .target = target};
+}
+
+// The field with these attributes of its mining field, as it goes into an equation.
+Document WithRules(const std::string& field, const std::string& rules) {
+  const std::string terms =
+      field == "color" ? Category("color", "red", "1") + Category("color", "blue", "2") : Numeric(field, "1");
+  return {.content = Equation(terms), .schema = "<MiningField name='" + field + "' " + rules + "/>"};
+}
+
+Document WithTarget(const std::string& attributes, const std::string& values = "") {
+  return {.content = "<Targets><Target " + attributes + ">" + values + "</Target></Targets>" + kPlain};
+}
+
+struct Row {
   const char* what;
   Document document;
   const char* data;
   const char* want;
 };
 
-const char* const kPlain =
-    "<RegressionTable intercept='1'><NumericPredictor name='x' coefficient='2'/></RegressionTable>";
-const char* const kOnZ =
-    "<RegressionTable intercept='0'><NumericPredictor name='z' coefficient='1'/></RegressionTable>";
-const char* const kOnColor =
-    "<RegressionTable intercept='0'><CategoricalPredictor name='color' value='red' coefficient='1'/>"
-    "<CategoricalPredictor name='color' value='blue' coefficient='2'/></RegressionTable>";
+std::string ScoreText(ScoreModel& model, const char* data) {
+  const CaseRecord record = MakeCase(data);
+  model.PrepareForCases(record);
+  const std::unique_ptr<ScoreResult> result(model.NewResult());
+  model.Score(record, *result);
+  return Answer(*result);
+}
 
-TEST(Regression, Equations) {
-  const ScoreRow rows[] = {
-      {"intercept and a number", {.content = kPlain}, "x=3", "7"},
-      {"an exponent",
-       {.content = "<RegressionTable intercept='0'><NumericPredictor name='x' exponent='3' coefficient='2'/>"
-                   "</RegressionTable>"},
-       "x=2",
-       "16"},
-      {"a negative exponent",
-       {.content = "<RegressionTable intercept='0'><NumericPredictor name='x' exponent='-1' coefficient='2'/>"
-                   "</RegressionTable>"},
-       "x=4",
-       "0.5"},
-      {"a product of fields, one of them twice",
-       {.schema = "<MiningField name='x'/><MiningField name='z'/>",
-        .content = "<RegressionTable intercept='1'><PredictorTerm coefficient='2'><FieldRef field='x'/>"
-                   "<FieldRef field='x'/><FieldRef field='z'/></PredictorTerm></RegressionTable>"},
-       "x=3, z=4",
-       "73"},
-      {"a category", {.schema = "<MiningField name='color'/>", .content = kOnColor}, "color=blue", "2"},
-      {"a category with trailing blanks",
-       {.schema = "<MiningField name='color'/>", .content = kOnColor},
-       "color=red  ",
-       "1"},
-      {"two predictors of one category add up",
-       {.schema = "<MiningField name='color'/>",
-        .content =
-            "<RegressionTable intercept='0'><CategoricalPredictor name='color' value='red' coefficient='1'/>"
-            "<CategoricalPredictor name='color' value='red' coefficient='4'/></RegressionTable>"},
-       "color=red",
-       "5"},
-      {"a category of a field that lists none",
-       {.schema = "<MiningField name='free'/>",
-        .content =
-            "<RegressionTable intercept='3'><CategoricalPredictor name='free' value='q' coefficient='1'/>"
-            "</RegressionTable>"},
-       "free=q",
-       "4"},
-      {"a category that no predictor names adds nothing",
-       {.schema = "<MiningField name='free'/>",
-        .content =
-            "<RegressionTable intercept='3'><CategoricalPredictor name='free' value='q' coefficient='1'/>"
-            "</RegressionTable>"},
-       "free=other",
-       "3"},
-      {"a numeric category",
-       {.schema = "<MiningField name='grade'/>",
-        .content =
-            "<RegressionTable intercept='0'><CategoricalPredictor name='grade' value='2' coefficient='7'/>"
-            "</RegressionTable>"},
-       "grade=2",
-       "7"},
-      {"one field as number and as category",
-       {.schema = "<MiningField name='grade'/>",
-        .content = "<RegressionTable intercept='0'><NumericPredictor name='grade' coefficient='10'/>"
-                   "<CategoricalPredictor name='grade' value='2' coefficient='7'/></RegressionTable>"},
-       "grade=2",
-       "27"},
-      {"an active field that no term reads may be absent",
-       {.schema = "<MiningField name='x'/><MiningField name='z'/>", .content = kPlain},
-       "x=1",
-       "3"},
-      {"a table without terms", {.content = "<RegressionTable intercept='4'/>"}, "x=1", "4"},
-  };
-  for (const ScoreRow& row : rows) {
+template <std::size_t kCount>
+void ExpectAnswers(const Row (&rows)[kCount]) {
+  for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    EXPECT_EQ(ScoreText(row.document.Text(), row.data), row.want);
+    EXPECT_EQ(ScoreText(*MakeModel(row.document.Text(), "RegressionModel"), row.data), row.want);
   }
 }
 
+TEST(Regression, Equations) {
+  const std::string freeQ = Table("intercept='3'", Category("free", "q", "1"));
+  const std::string colors = Equation(Category("color", "red", "1") + Category("color", "blue", "2"));
+  const std::string redTwice = Equation(Category("color", "red", "1") + Category("color", "red", "4"));
+  const std::string grades = Equation(Numeric("grade", "10") + Category("grade", "2", "7"));
+  const std::string product = Table("intercept='1'",
+                                    "<PredictorTerm coefficient='2'><FieldRef field='x'/><FieldRef "
+                                    "field='x'/><FieldRef field='z'/></PredictorTerm>");
+  ExpectAnswers({
+      {"intercept and a number", OfNumber(kPlain), "x=3", "7"},
+      {"an exponent", OfNumber(Equation(Numeric("x", "2", "exponent='3'"))), "x=2", "16"},
+      {"a negative exponent", OfNumber(Equation(Numeric("x", "2", "exponent='-1'"))), "x=4", "0.5"},
+      {"a product of fields, one of them twice", OfNumber(product), "x=3, z=4", "73"},
+      {"a category", OfNumber(colors), "color=blue", "2"},
+      {"a category with trailing blanks", OfNumber(colors), "color=red  ", "1"},
+      {"two predictors of one category add up", OfNumber(redTwice), "color=red", "5"},
+      {"a category of a field that lists none", OfNumber(freeQ), "free=q", "4"},
+      {"a category that no predictor names adds nothing", OfNumber(freeQ), "free=other", "3"},
+      {"one field as number and as numeric category", OfNumber(grades), "grade=2", "27"},
+      {"a table without terms", OfNumber(Table("intercept='4'")), "x=1", "4"},
+  });
+}
+
 TEST(Regression, MissingInvalidAndExtremeValues) {
-  const auto onZ = [](const char* attributes) {
-    return Document{.schema = std::string("<MiningField name='z' ") + attributes + "/>", .content = kOnZ};
-  };
-  const auto onColor = [](const char* attributes) {
-    return Document{.schema = std::string("<MiningField name='color' ") + attributes + "/>",
-                    .content = kOnColor};
-  };
-  const ScoreRow rows[] = {
+  const auto onZ = [](const char* rules) { return WithRules("z", rules); };
+  const auto onColor = [](const char* rules) { return WithRules("color", rules); };
+  const char* const kAsMissing = "missingValueReplacement='3' invalidValueTreatment='asMissing'";
+  const char* const kAsIs = "missingValueReplacement='3' invalidValueTreatment='asIs'";
+  const char* const kRefused = "missingValueReplacement='3' missingValueTreatment='returnInvalid'";
+  const char* const kOwnValue = "invalidValueTreatment='asValue' invalidValueReplacement='8'";
+  const char* const kExtremes = "outliers='asExtremeValues' lowValue='2' highValue='4'";
+  const char* const kOutliers =
+      "outliers='asMissingValues' lowValue='2' highValue='4' missingValueReplacement='9'";
+  const char* const kBlue = "invalidValueTreatment='asMissing' missingValueReplacement='blue'";
+  ExpectAnswers({
       {"an empty slot is missing", onZ(""), "z=", "missing"},
       {"a field that the record does not have is missing", onZ(""), "x=1", "missing"},
       {"a missing value is replaced", onZ("missingValueReplacement='3'"), "z=", "3"},
       {"a value declared missing is replaced", onZ("missingValueReplacement='3'"), "z=-1", "3"},
-      {"a missing value may be refused",
-       onZ("missingValueReplacement='3' missingValueTreatment='returnInvalid'"), "z=", "missing"},
-      {"beyond the interval: no answer, not even the replacement", onZ("missingValueReplacement='3'"), "z=11",
+      {"a missing value may be refused", onZ(kRefused), "z=", "missing"},
+      {"beyond the interval: not even the replacement", onZ("missingValueReplacement='3'"), "z=11",
        "missing"},
       {"declared invalid: no answer", onZ("missingValueReplacement='3'"), "z=5", "missing"},
-      {"beyond the interval, as it is", onZ("invalidValueTreatment='asIs'"), "z=11", "11"},
-      {"declared invalid, as it is", onZ("invalidValueTreatment='asIs'"), "z=5", "5"},
-      {"beyond the interval, as missing",
-       onZ("missingValueReplacement='3' invalidValueTreatment='asMissing'"), "z=11", "3"},
-      {"invalid, replaced by its own value",
-       onZ("invalidValueTreatment='asValue' invalidValueReplacement='8'"), "z=11", "8"},
+      {"beyond the interval, as it is", onZ(kAsIs), "z=11", "11"},
+      {"declared invalid, as it is", onZ(kAsIs), "z=5", "5"},
+      {"beyond the interval, as missing", onZ(kAsMissing), "z=11", "3"},
+      {"invalid, replaced by its own value", onZ(kOwnValue), "z=11", "8"},
       {"at the margin of a closed interval", onZ(""), "z=10", "10"},
       {"a text where a number is wanted is invalid", onZ("missingValueReplacement='3'"), "z=abc", "missing"},
-      {"a text cannot be taken as it is", onZ("missingValueReplacement='3' invalidValueTreatment='asIs'"),
-       "z=abc", "3"},
-      {"an extreme value becomes the bound", onZ("outliers='asExtremeValues' lowValue='2' highValue='4'"),
-       "z=7", "4"},
-      {"an extreme value below", onZ("outliers='asExtremeValues' lowValue='2' highValue='4'"), "z=1", "2"},
-      {"an extreme value becomes missing",
-       onZ("outliers='asMissingValues' lowValue='2' highValue='4' missingValueReplacement='9'"), "z=7", "9"},
-      {"at the bound nothing happens", onZ("outliers='asMissingValues' lowValue='2' highValue='4'"), "z=4",
-       "4"},
+      {"a text cannot be taken as it is", onZ(kAsIs), "z=abc", "3"},
+      {"an extreme value becomes the bound", onZ(kExtremes), "z=7", "4"},
+      {"an extreme value below", onZ(kExtremes), "z=1", "2"},
+      {"an extreme value becomes missing", onZ(kOutliers), "z=7", "9"},
+      {"at the bound nothing happens", onZ(kOutliers), "z=4", "4"},
       {"bounds without a treatment", onZ("lowValue='2' highValue='4'"), "z=7", "7"},
       {"a bound on one side", onZ("outliers='asExtremeValues' highValue='4'"), "z=7", "4"},
-      {"an unlisted category: no answer", onColor("missingValueReplacement='red'"), "color=green", "missing"},
-      {"an unlisted category as it is adds nothing", onColor("invalidValueTreatment='asIs'"), "color=green",
-       "0"},
-      {"an unlisted category as missing",
-       onColor("invalidValueTreatment='asMissing' missingValueReplacement='blue'"), "color=green", "2"},
+      {"an unlisted category", onColor("missingValueReplacement='red'"), "color=green", "missing"},
+      {"an unlisted category as it is", onColor("invalidValueTreatment='asIs'"), "color=green", "0"},
+      {"an unlisted category as missing", onColor(kBlue), "color=green", "2"},
       {"a category declared missing", onColor("missingValueReplacement='red'"), "color=n/a", "1"},
       {"letter case matters", onColor(""), "color=Red", "missing"},
-  };
-  for (const ScoreRow& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(ScoreText(row.document.Text(), row.data), row.want);
-  }
+  });
 }
 
 TEST(Regression, OutputFields) {
-  const std::string tables =
-      "<RegressionTable intercept='0' targetCategory='b'><NumericPredictor name='x' coefficient='1'/>"
-      "</RegressionTable><RegressionTable intercept='0' targetCategory='a'/>";
-  const std::string numberOutputs =
-      "<Output><OutputField name='p'/><OutputField name='d' feature='predictedDisplayValue'/>"
-      "<OutputField name='r' feature='residual'/></Output>";
+  const std::string outputs =
+      "<OutputField name='p'/><OutputField name='d' feature='predictedDisplayValue'/>"
+      "<OutputField name='r' feature='residual'/>";
   const std::string categoryOutputs =
-      "<Output><OutputField name='p' feature='predictedValue'/><OutputField name='d' "
-      "feature='predictedDisplayValue'/>"
       "<OutputField name='q' feature='probability'/><OutputField name='qa' feature='probability' value='a'/>"
-      "<OutputField name='r' feature='residual'/><OutputField name='rb' feature='residual' "
-      "value='b'/></Output>";
-  const Document number{.content = numberOutputs + kPlain};
-  const Document category{.function = "classification",
-                          .target = "class",
-                          .content = categoryOutputs + tables,
-                          .attributes = "normalizationMethod='logit'"};
-  const ScoreRow rows[] = {
+      "<OutputField name='rb' feature='residual' value='b'/>";
+  const std::string tables = Table("intercept='0' targetCategory='b'", Numeric("x", "1")) +
+                             Table("intercept='0' targetCategory='a'");
+  const Document number = OfNumber("<Output>" + outputs + "</Output>" + kPlain);
+  const Document category =
+      OfCategory("class", "<Output>" + outputs + categoryOutputs + "</Output>" + tables, "logit");
+  const Document own = OfNumber("<Output><ResultField name='p' feature='predictedValue'/></Output>" + kPlain);
+  ExpectAnswers({
       {"a number and its residual", number, "x=3, y=10", "7|p=7|d=7|r=3"},
       {"no actual value, no residual", number, "x=3, y=", "7|p=7|d=7|r=missing"},
       {"no target in the record", number, "x=3", "7|p=7|d=7|r=missing"},
       {"no answer, no outputs", number, "x=, y=10", "missing|p=missing|d=missing|r=missing"},
-      {"a category", category, "x=0, class=b", "b|p=b|d=Beta|q=0.5|qa=0.5|r=0.5|rb=0.5"},
-      {"another actual category", category, "x=0, class=a", "b|p=b|d=Beta|q=0.5|qa=0.5|r=-0.5|rb=-0.5"},
+      {"a category", category, "x=0, class=b", "b|p=b|d=Beta|r=0.5|q=0.5|qa=0.5|rb=0.5"},
+      {"another actual category", category, "x=0, class=a", "b|p=b|d=Beta|r=-0.5|q=0.5|qa=0.5|rb=-0.5"},
       {"no answer, no probabilities", category, "x=, class=a",
-       "missing|p=missing|d=missing|q=missing|qa=missing|r=missing|rb=missing"},
-      {"the library's own result fields",
-       {.content = std::string("<Output><ResultField name='p' feature='predictedValue'/></Output>") + kPlain},
-       "x=3",
-       "7|p=7"},
-  };
-  for (const ScoreRow& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(ScoreText(row.document.Text(), row.data), row.want);
-  }
+       "missing|p=missing|d=missing|r=missing|q=missing|qa=missing|rb=missing"},
+      {"the library's own result fields", own, "x=3", "7|p=7"},
+  });
 }
 
 TEST(Regression, Targets) {
-  const auto number = [](const char* attributes, const char* values = "") {
-    return Document{.content = std::string("<Targets><Target field='y' optype='continuous' ") + attributes +
-                               ">" + values + "</Target></Targets>" + kPlain};
+  const auto number = [](const std::string& attributes, const char* values = "") {
+    return WithTarget("field='y' optype='continuous' " + attributes, values);
   };
   const std::string categories =
       "<Targets><Target field='class' optype='categorical'><TargetValue value='b' priorProbability='0.6'/>"
       "<TargetValue value='a' priorProbability='0.4'/></Target></Targets>"
-      "<Output><OutputField name='pa' feature='probability' value='a'/></Output>"
-      "<RegressionTable intercept='9' targetCategory='a'><NumericPredictor name='x' coefficient='1'/>"
-      "</RegressionTable><RegressionTable intercept='0' targetCategory='b'/>";
-  const ScoreRow rows[] = {
+      "<Output><OutputField name='pa' feature='probability' value='a'/></Output>" +
+      Table("intercept='9' targetCategory='a'", Numeric("x", "1")) +
+      Table("intercept='0' targetCategory='b'");
+  const Document withDefault = number("rescaleFactor='10'", "<TargetValue defaultValue='42'/>");
+  const Document ofAnotherField = WithTarget("field='x' optype='continuous' rescaleFactor='2'");
+  ExpectAnswers({
       {"rescaling", number("rescaleFactor='10' rescaleConstant='-3'"), "x=3", "67"},
       {"bounds come before rescaling", number("rescaleFactor='10' min='1' max='5'"), "x=3", "50"},
       {"a lower bound", number("min='10'"), "x=3", "10"},
@@ -242,36 +214,19 @@ TEST(Regression, Targets) {
       {"round of a negative half", number("castInteger='round' rescaleFactor='-0.5'"), "x=3", "-4"},
       {"ceiling", number("castInteger='ceiling' rescaleFactor='0.1'"), "x=3", "1"},
       {"floor", number("castInteger='floor' rescaleFactor='0.1'"), "x=3", "0"},
-      {"a default answers for a missing input, as it stands",
-       number("rescaleFactor='10'", "<TargetValue defaultValue='42'/>"), "x=", "42"},
-      {"rules of another field",
-       {.content =
-            std::string("<Targets><Target field='x' optype='continuous' rescaleFactor='2'/></Targets>") +
-            kPlain},
-       "x=3",
-       "7"},
-      {"priors answer for a missing input",
-       {.function = "classification",
-        .target = "class",
-        .content = categories,
-        .attributes = "normalizationMethod='logit'"},
-       "x=",
-       "b|pa=0.4"},
-  };
-  for (const ScoreRow& row : rows) {
-    SCOPED_TRACE(row.what);
-    EXPECT_EQ(ScoreText(row.document.Text(), row.data), row.want);
-  }
+      {"a default answers for a missing input, as it stands", withDefault, "x=", "42"},
+      {"rules of another field", ofAnotherField, "x=3", "7"},
+      {"priors answer for a missing input", OfCategory("class", categories, "logit"), "x=", "b|pa=0.4"},
+  });
 }
 
 // Values of the functions to 16 digits, from a table of 40 digits.
 TEST(Regression, NormalizationOfANumber) {
-  struct Row {
+  const struct {
     const char* method;
     double y;
     double want;
-  };
-  const Row rows[] = {
+  } rows[] = {
       {"softmax", 1, 0.7310585786300049},
       {"logit", 1, 0.7310585786300049},
       {"logit", -40, 4.248354255291589e-18},
@@ -289,12 +244,10 @@ TEST(Regression, NormalizationOfANumber) {
       {"exp", 2, 7.38905609893065},
       {"none", -3, -3},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(std::string(row.method) + " of " + std::to_string(row.y));
-    const Document document{.content =
-                                "<RegressionTable intercept='0'><NumericPredictor name='x' coefficient='1'/>"
-                                "</RegressionTable>",
-                            .attributes = std::string("normalizationMethod='") + row.method + "'"};
+    const Document document =
+        OfNumber(Equation(Numeric("x", "1")), std::string("normalizationMethod='") + row.method + "'");
     const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "RegressionModel");
     CaseRecord record(1);
     record.Add("x", new NumericValue(row.y));
@@ -305,36 +258,29 @@ TEST(Regression, NormalizationOfANumber) {
   }
 }
 
-struct ClassRow {
-  const char* what;
-  const char* method;
-  const char* target;
-  std::vector<std::pair<const char*, double>> tables;  // category, intercept
-  std::vector<double> want;                            // empty: no answer
-};
-
 TEST(Regression, NormalizationOfCategories) {
-  const double kInfinity = std::numeric_limits<double>::infinity();
-  const ClassRow rows[] = {
+  struct Equation {
+    const char* category;
+    double intercept;
+  };
+  const struct {
+    const char* what;
+    const char* method;
+    const char* target;
+    std::vector<Equation> equations;
+    std::vector<double> want;  // empty: no answer
+  } rows[] = {
       {"softmax", "softmax", "class", {{"a", 0}, {"b", 0}}, {0.5, 0.5}},
-      {"softmax of values beyond the exponential", "softmax", "class", {{"a", 2000}, {"b", -2000}}, {1, 0}},
+      {"softmax of large values", "softmax", "class", {{"a", 2000}, {"b", -2000}}, {1, 0}},
       {"simplemax", "simplemax", "class", {{"a", 1}, {"b", 3}}, {0.25, 0.75}},
       {"simplemax of nothing", "simplemax", "class", {{"a", 1}, {"b", -1}}, {}},
       {"none: the last has the rest", "none", "class", {{"a", 0.2}, {"b", 7}}, {0.2, 0.8}},
       {"a link: the first equation decides", "cauchit", "class", {{"a", 1}, {"b", 5}}, {0.75, 0.25}},
       {"a category without an equation", "cauchit", "class", {{"b", 1}}, {0.75, 0.25}},
-      {"a tiny complement does not cancel",
-       "logit",
-       "class",
-       {{"a", 40}, {"b", 0}},
-       {1, 4.248354255291589e-18}},
-      {"ordered categories", "cauchit", "size", {{"S", -1}, {"M", 1}, {"L", 0}}, {0.25, 0.5, 0.25}},
-      {"ordered categories come in their own order",
-       "cauchit",
-       "size",
-       {{"M", 1}, {"S", -1}},
-       {0.25, 0.5, 0.25}},
-      {"ordered categories by softmax are not cumulative",
+      {"a tiny complement", "logit", "class", {{"a", 40}, {"b", 0}}, {1, 4.248354255291589e-18}},
+      {"ordered", "cauchit", "size", {{"S", -1}, {"M", 1}, {"L", 0}}, {0.25, 0.5, 0.25}},
+      {"ordered, unlike its equations", "cauchit", "size", {{"M", 1}, {"S", -1}}, {0.25, 0.5, 0.25}},
+      {"softmax is not cumulative",
        "softmax",
        "size",
        {{"S", 0}, {"M", 0}, {"L", 0}},
@@ -345,159 +291,100 @@ TEST(Regression, NormalizationOfCategories) {
        {{"S", 40}, {"M", 41}, {"L", 0}},
        {1, 2.6854720659566002e-18, 1.5628821893349888e-18}},
   };
-  for (const ClassRow& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
-    Document document{.function = "classification", .target = row.target};
-    document.attributes = std::string("normalizationMethod='") + row.method + "'";
-    for (const auto& [category, intercept] : row.tables) {
-      document.content += "<RegressionTable targetCategory='" + std::string(category) + "' intercept='" +
-                          std::to_string(intercept) + "'/>";
+    std::string tables;
+    for (const auto& [category, intercept] : row.equations) {
+      tables += Table("targetCategory='" + std::string(category) + "' intercept='" +
+                      std::to_string(intercept) + "'");
     }
-    const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "RegressionModel");
+    const std::unique_ptr<ScoreModel> model =
+        MakeModel(OfCategory(row.target, tables, row.method).Text(), "RegressionModel");
     const std::unique_ptr<ScoreResult> result(model->NewResult());
-    const KxScore::KxStatus status = model->Score(CaseRecord(0), *result);
-    EXPECT_EQ(status.IsOK(), !row.want.empty());
+    EXPECT_EQ(model->Score(CaseRecord(0), *result).IsOK(), !row.want.empty());
     if (row.want.empty()) continue;
     const std::vector<double> got = Probabilities(*result);
     ASSERT_EQ(got.size(), row.want.size());
-    double largest = -kInfinity;
-    for (std::size_t i = 0; i < got.size(); ++i) {
-      EXPECT_NEAR(got[i], row.want[i], 1e-12 * row.want[i]);
-      largest = std::max(largest, got[i]);
-    }
-    EXPECT_EQ(result->GetProbability(), largest);
+    for (std::size_t i = 0; i < got.size(); ++i) EXPECT_NEAR(got[i], row.want[i], 1e-12 * row.want[i]);
+    EXPECT_EQ(result->GetProbability(), *std::max_element(got.begin(), got.end()));
   }
 }
 
 TEST(Regression, Refusals) {
-  struct Row {
+  const auto withSchema = [](const char* attributes) {
+    return Document{.content = kPlain, .schema = std::string("<MiningField ") + attributes + "/>"};
+  };
+  const auto withOutput = [](const std::string& outputs) {
+    return OfNumber("<Output>" + outputs + "</Output>" + kPlain);
+  };
+  const auto ofY = [](const std::string& attributes) { return WithTarget("field='y' " + attributes); };
+  const std::string tableOfA = Table("intercept='0' targetCategory='a'");
+  const std::string outputOfQ = "<Output><OutputField name='o' feature='probability' value='q'/></Output>";
+  const struct {
     const char* what;
     Document document;
     const char* want;
-  };
-  const char* const kNoTable = "";
-  const Row rows[] = {
-      {"no equation", {.content = kNoTable}, "260174: RegressionTable, RegressionModel"},
-      {"two equations of a number",
-       {.content = std::string(kPlain) + kPlain},
-       "260272: RegressionTable, RegressionModel"},
-      {"a predictor that is no field",
-       {.content =
-            "<RegressionTable intercept='0'><NumericPredictor name='q' coefficient='1'/></RegressionTable>"},
+  } rows[] = {
+      {"no equation", OfNumber(""), "260174: RegressionTable, RegressionModel"},
+      {"two equations of a number", OfNumber(kPlain + kPlain), "260272: RegressionTable, RegressionModel"},
+      {"a predictor that is no field", OfNumber(Equation(Numeric("q", "1"))),
        "260125: q, DataDictionary, TransformationDictionary"},
       {"a predictor that the schema does not have",
-       {.content =
-            "<RegressionTable intercept='0'><NumericPredictor name='z' coefficient='1'/></RegressionTable>"},
+       {.content = Equation(Numeric("z", "1")), .schema = ""},
        "260161: z"},
-      {"a text as a number",
-       {.schema = "<MiningField name='color'/>",
-        .content = "<RegressionTable intercept='0'><NumericPredictor name='color' "
-                   "coefficient='1'/></RegressionTable>"},
-       "260187: color"},
-      {"a coefficient that is no number",
-       {.content = "<RegressionTable intercept='0'><NumericPredictor name='x' "
-                   "coefficient='1,5'/></RegressionTable>"},
-       "260151: 1,5, double"},
-      {"an exponent that is not whole",
-       {.content =
-            "<RegressionTable intercept='0'><NumericPredictor name='x' exponent='0.5' coefficient='1'/>"
-            "</RegressionTable>"},
+      {"a text as a number", OfNumber(Equation(Numeric("color", "1"))), "260187: color"},
+      {"a coefficient that is no number", OfNumber(Equation(Numeric("x", "1,5"))), "260151: 1,5, double"},
+      {"an exponent that is not whole", OfNumber(Equation(Numeric("x", "1", "exponent='0.5'"))),
        "260151: 0.5, integer"},
-      {"no coefficient",
-       {.content = "<RegressionTable intercept='0'><NumericPredictor name='x'/></RegressionTable>"},
+      {"no coefficient", OfNumber(Equation("<NumericPredictor name='x'/>")),
        "260120: coefficient, NumericPredictor"},
-      {"no intercept", {.content = "<RegressionTable/>"}, "260120: intercept, RegressionTable"},
-      {"an unknown term",
-       {.content = "<RegressionTable intercept='0'><Magic/></RegressionTable>"},
-       "260159: Magic, RegressionTable"},
-      {"a product of nothing",
-       {.content = "<RegressionTable intercept='0'><PredictorTerm coefficient='1'/></RegressionTable>"},
+      {"no intercept", OfNumber(Table("")), "260120: intercept, RegressionTable"},
+      {"an unknown term", OfNumber(Equation("<Magic/>")), "260159: Magic, RegressionTable"},
+      {"a product of nothing", OfNumber(Equation("<PredictorTerm coefficient='1'/>")),
        "260283: PredictorTerm"},
-      {"an unknown normalisation",
-       {.content = kPlain, .attributes = "normalizationMethod='maxmax'"},
+      {"an unknown normalisation", OfNumber(kPlain, "normalizationMethod='maxmax'"),
        "260152: maxmax, normalizationMethod"},
-      {"simplemax of a number",
-       {.content = kPlain, .attributes = "normalizationMethod='simplemax'"},
+      {"simplemax of a number", OfNumber(kPlain, "normalizationMethod='simplemax'"),
        "260153: simplemax, normalizationMethod, RegressionModel"},
-      {"another function", {.function = "clustering", .content = kPlain}, "260303: clustering, functionName"},
-      {"not to be scored",
-       {.content = kPlain, .attributes = "isScorable='false'"},
-       "260303: false, isScorable"},
-      {"a target of another level",
-       {.content = std::string("<Targets><Target field='y' optype='ordinal'/></Targets>") + kPlain},
+      {"another function",
+       {.content = kPlain, .attributes = "functionName='clustering'"},
+       "260303: clustering, functionName"},
+      {"not to be scored", OfNumber(kPlain, "isScorable='false'"), "260303: false, isScorable"},
+      {"a target of another level", ofY("optype='ordinal'"),
        "260214: continuous, optype, DataDictionary, ordinal, optype, Target"},
-      {"a minimum above the maximum",
-       {.content = std::string("<Targets><Target field='y' optype='continuous' min='2' max='1'/></Targets>") +
-                   kPlain},
+      {"a minimum above the maximum", ofY("optype='continuous' min='2' max='1'"),
        "260258: 2, min, 1, max, Target"},
-      {"an unknown cast",
-       {.content =
-            std::string("<Targets><Target field='y' optype='continuous' castInteger='up'/></Targets>") +
-            kPlain},
-       "260152: up, castInteger"},
-      {"a field given twice",
-       {.schema = "<MiningField name='x'/><MiningField name='x'/>", .content = kPlain},
-       "260202: x, MiningSchema"},
-      {"a schema field that is no field",
-       {.schema = "<MiningField name='q'/>", .content = kPlain},
-       "260124: q, DataDictionary"},
-      {"two targets",
-       {.schema = "<MiningField name='x' usageType='predicted'/>", .content = kPlain},
-       "260273: x, y"},
-      {"an unknown usage",
-       {.schema = "<MiningField name='x' usageType='idle'/>", .content = kPlain},
-       "260152: idle, usageType"},
-      {"a replacement that is no number",
-       {.schema = "<MiningField name='x' missingValueReplacement='none'/>", .content = kPlain},
+      {"an unknown cast", ofY("optype='continuous' castInteger='up'"), "260152: up, castInteger"},
+      {"a field given twice", withSchema("name='x'/><MiningField name='x'"), "260202: x, MiningSchema"},
+      {"a schema field that is no field", withSchema("name='q'"), "260124: q, DataDictionary"},
+      {"two targets", withSchema("name='x' usageType='predicted'"), "260273: x, y"},
+      {"an unknown usage", withSchema("name='x' usageType='idle'"), "260152: idle, usageType"},
+      {"a replacement that is no number", withSchema("name='x' missingValueReplacement='none'"),
        "260151: none, double"},
-      {"bounds in the wrong order",
-       {.schema = "<MiningField name='x' lowValue='2' highValue='1'/>", .content = kPlain},
+      {"bounds in the wrong order", withSchema("name='x' lowValue='2' highValue='1'"),
        "260258: 2, lowValue, 1, highValue, MiningField"},
-      {"asValue without a value",
-       {.schema = "<MiningField name='x' invalidValueTreatment='asValue'/>", .content = kPlain},
+      {"asValue without a value", withSchema("name='x' invalidValueTreatment='asValue'"),
        "260120: invalidValueReplacement, MiningField"},
-      {"an unknown output",
-       {.content = std::string("<Output><OutputField name='o' feature='ruleValue'/></Output>") + kPlain},
+      {"an unknown output", withOutput("<OutputField name='o' feature='ruleValue'/>"),
        "260303: ruleValue, feature"},
-      {"a probability of a number",
-       {.content = std::string("<Output><OutputField name='o' feature='probability'/></Output>") + kPlain},
+      {"a probability of a number", withOutput("<OutputField name='o' feature='probability'/>"),
        "260303: probability, feature"},
-      {"an output given twice",
-       {.content = std::string("<Output><OutputField name='o'/><OutputField name='o'/></Output>") + kPlain},
+      {"an output given twice", withOutput("<OutputField name='o'/><OutputField name='o'/>"),
        "260203: OutputField, o, Output"},
-      {"a category without an equation's category",
-       {.function = "classification", .target = "class", .content = kPlain},
+      {"a category without an equation's category", OfCategory("class", kPlain, "none"),
        "260120: targetCategory, RegressionTable"},
       {"a category that the target does not list",
-       {.function = "classification",
-        .target = "class",
-        .content = "<RegressionTable intercept='0' targetCategory='q'/>"},
-       "260127: q, class"},
-      {"a category twice",
-       {.function = "classification",
-        .target = "class",
-        .content = "<RegressionTable intercept='0' targetCategory='a'/><RegressionTable intercept='0' "
-                   "targetCategory='a'/>"},
+       OfCategory("class", Table("intercept='0' targetCategory='q'"), "none"), "260127: q, class"},
+      {"a category twice", OfCategory("class", tableOfA + tableOfA, "none"),
        "260203: targetCategory, a, RegressionModel"},
       {"two categories without equations",
-       {.function = "classification",
-        .target = "size",
-        .content = "<RegressionTable intercept='0' targetCategory='S'/>"},
-       "260128: L, RegressionTable"},
-      {"an output of an unknown category",
-       {.function = "classification",
-        .target = "class",
-        .content = "<Output><OutputField name='o' feature='probability' value='q'/></Output>"
-                   "<RegressionTable intercept='0' targetCategory='a'/>"},
+       OfCategory("size", Table("intercept='0' targetCategory='S'"), "none"), "260128: L, RegressionTable"},
+      {"an output of an unknown category", OfCategory("class", outputOfQ + tableOfA, "none"),
        "260128: q, class"},
-      {"exp of categories",
-       {.function = "classification",
-        .target = "class",
-        .content = "<RegressionTable intercept='0' targetCategory='a'/>",
-        .attributes = "normalizationMethod='exp'"},
+      {"exp of categories", OfCategory("class", tableOfA, "exp"),
        "260153: exp, normalizationMethod, RegressionModel"},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(Refusal(row.document.Text(), "RegressionModel"), row.want);
   }
@@ -516,10 +403,9 @@ TEST(Regression, OlderDocumentsNameTheTargetAndTheLinkInOtherWays) {
       "<PMML version='2.0'><DataDictionary numberOfFields='2'><DataField name='x' optype='continuous'/>"
       "<DataField name='c' optype='categorical' dataType='string'/></DataDictionary>"
       "<RegressionModel functionName='classification' modelType='logisticRegression' targetFieldName='c'>"
-      "<MiningSchema><MiningField name='x'/></MiningSchema>"
-      "<RegressionTable intercept='0' targetCategory='yes'><NumericPredictor name='x' exponent='1' "
-      "coefficient='1'/>"
-      "</RegressionTable><RegressionTable intercept='0' targetCategory='no'/></RegressionModel></PMML>";
+      "<MiningSchema><MiningField name='x'/></MiningSchema>" +
+      Table("intercept='0' targetCategory='yes'", Numeric("x", "1")) +
+      Table("intercept='0' targetCategory='no'") + "</RegressionModel></PMML>";
   const std::unique_ptr<ScoreModel> model = MakeModel(document, "RegressionModel");
   EXPECT_EQ(model->GetVersionInfo()->GetVersionInfo(), "2.0");
   ASSERT_NE(model->GetTargetVar(), nullptr);
@@ -533,22 +419,14 @@ TEST(Regression, OlderDocumentsNameTheTargetAndTheLinkInOtherWays) {
 // A clone must not point into the original's dictionary.
 TEST(Regression, ACloneScoresAfterItsOriginalIsGone) {
   const Document document{
-      .schema = "<MiningField name='z' missingValueReplacement='3'/><MiningField name='color'/>",
-      .content =
-          "<RegressionTable intercept='0'><NumericPredictor name='z' coefficient='1'/>"
-          "<CategoricalPredictor name='color' value='red' coefficient='100'/>"
-          "</RegressionTable>"};
+      .content = Equation(Numeric("z", "1") + Category("color", "red", "100")),
+      .schema = "<MiningField name='z' missingValueReplacement='3'/><MiningField name='color'/>"};
   std::unique_ptr<ScoreModel> original = MakeModel(document.Text(), "RegressionModel");
   const std::unique_ptr<ScoreModel> clone(original->Clone());
   EXPECT_NE(clone->GetDictionary(), original->GetDictionary());
   original.reset();
-  for (const auto& [data, want] : {std::pair("z=1, color=red", "101"), std::pair("z=-1, color=blue", "3")}) {
-    const CaseRecord record = MakeCase(data);
-    clone->PrepareForCases(record);
-    const std::unique_ptr<ScoreResult> result(clone->NewResult());
-    clone->Score(record, *result);
-    EXPECT_EQ(Answer(*result), want);
-  }
+  EXPECT_EQ(ScoreText(*clone, "z=1, color=red"), "101");
+  EXPECT_EQ(ScoreText(*clone, "z=-1, color=blue"), "3");
 }
 
 }  // namespace

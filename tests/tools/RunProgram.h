@@ -49,6 +49,20 @@ inline std::string ReadFile(const std::string& path) {
   return text.str();
 }
 
+using Table = std::vector<std::vector<std::string>>;
+
+// The cells of every line; no cell is quoted.
+inline Table ReadCells(const std::string& text) {
+  std::istringstream in(text);
+  Table table;
+  for (std::string line; std::getline(in, line);) {
+    std::istringstream cells(line);
+    table.emplace_back();
+    for (std::string cell; std::getline(cells, cell, ',');) table.back().push_back(cell);
+  }
+  return table;
+}
+
 struct ProgramRun {
   int status = -1;  // exit status; -1 when a signal ended it
   std::string out;
