@@ -3,6 +3,8 @@
 #ifndef VEYRA_TESTS_ABI_OUTCOME_H_
 #define VEYRA_TESTS_ABI_OUTCOME_H_
 
+#include <gtest/gtest.h>
+
 #include <exception>
 #include <memory>
 #include <sstream>
@@ -21,6 +23,22 @@ namespace VeyraTest {
 using KxVeyra_940::ModelFactory;
 using KxVeyra_940::ScoreModel;
 using Names = std::vector<std::string>;
+
+// Each test runs without Initialize and after it.
+class InitializedOrNot : public testing::TestWithParam<bool> {
+ public:
+  static std::string Name(const testing::TestParamInfo<bool>& how) {
+    return how.param ? "Initialised" : "PerCall";
+  }
+
+ protected:
+  InitializedOrNot() {
+    if (GetParam()) ModelFactory::Initialize("");
+  }
+  ~InitializedOrNot() override {
+    if (GetParam()) ModelFactory::Terminate();
+  }
+};
 
 // "260301: X|detail".
 inline std::string Text(const KxVeyra_940::VYException& exception) {

@@ -22,18 +22,8 @@ using namespace VeyraTest;
 const std::string kTree = "<PMML><TreeModel/></PMML>";
 const std::string kNeighbors = "<PMML><a/><NearestNeighborModel/></PMML>";
 
-// Each row runs without Initialize and after it.
-class Roads : public testing::TestWithParam<bool> {
- protected:
-  Roads() {
-    if (GetParam()) ModelFactory::Initialize("");
-  }
-  ~Roads() override {
-    if (GetParam()) ModelFactory::Terminate();
-  }
-};
-INSTANTIATE_TEST_SUITE_P(Factory, Roads, testing::Bool(),
-                         [](const auto& how) { return how.param ? "Initialised" : "PerCall"; });
+class Roads : public InitializedOrNot {};
+INSTANTIATE_TEST_SUITE_P(Factory, Roads, testing::Bool(), Roads::Name);
 
 // The outcomes of two roads: the plain one, and the one from a dictionary or a model.
 struct Outcomes {

@@ -1,4 +1,4 @@
-// What the library, a host and a plug-in share: one copy of each object, one type of exception.
+// What the library, a host and a plug-in share: one copy of each object.
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -29,15 +29,6 @@ TEST(SharedData, IsOneForHostLibraryAndPlugin) {
   EXPECT_EQ(seen.errorKeys[0], "kE_PARSE");
   EXPECT_EQ(seen.errorKeys[31], "kE_NO_FIRES_NO_DEFAULT");
   ModelFactory::Terminate();
-}
-
-TEST(SharedData, ExceptionsOfAPluginAreCaughtByType) {
-  const std::string tree = "<PMML><TreeModel/></PMML>";
-  const std::string neighbors = "<PMML><NearestNeighborModel/></PMML>";
-  EXPECT_EQ(OutcomeOf(tree, {"TreeModel"}, "throw VYException"), "260114: plug-in");
-  EXPECT_EQ(OutcomeOf(tree, {"TreeModel"}, "throw standard"), "standard: plug-in");
-  EXPECT_EQ(OutcomeOf(tree, {"TreeModel"}, "throw memory"), "standard: std::bad_alloc");
-  EXPECT_EQ(OutcomeOf(tree, {"TreeModel"}), "TreeModel: names(TreeModel) document(PMML, '')");
 }
 
 TEST(DynamicLibrary, NamesAndFailures) {

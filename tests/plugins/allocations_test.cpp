@@ -21,41 +21,38 @@ const char* const kBlue = "blue, as the sky and the sea are  ";
 const char* const kGreen = "green, which the document does not list";
 const char* const kYes = "yes, the one that was hoped for";
 
-struct ModelRow {
-  const char* what;
-  const char* function;
-  const char* target;
-  const char* content;
-};
-
-std::string Document(const ModelRow& row) {
-  const std::string category = "<Value value='" + std::string(kRed) + "'/><Value value='" + kBlue + "'/>";
+std::string Document(const std::string& function, const std::string& target, const std::string& content) {
+  const std::string red = kRed;
   return "<PMML version='4.4'><DataDictionary numberOfFields='6'>"
          "<DataField name='x' optype='continuous' dataType='double'>"
          "<Interval closure='closedClosed' leftMargin='-100' rightMargin='100'/>"
          "<Value value='-99' property='missing'/><Value value='99' property='invalid'/></DataField>"
-         "<DataField name='grade' optype='categorical' dataType='integer'><Value value='1'/><Value "
-         "value='2'/>"
-         "</DataField>"
-         "<DataField name='color' optype='categorical' dataType='string'>" +
-         category +
-         "</DataField>"
+         "<DataField name='grade' optype='categorical' dataType='integer'>"
+         "<Value value='1'/><Value value='2'/></DataField>"
+         "<DataField name='color' optype='categorical' dataType='string'>"
+         "<Value value='" +
+         red + "'/><Value value='" + kBlue +
+         "'/></DataField>"
          "<DataField name='day' optype='continuous' dataType='dateDaysSince[1960]'/>"
          "<DataField name='amount' optype='continuous' dataType='double'/>"
          "<DataField name='answer' optype='categorical' dataType='string'><Value value='" +
-         kYes + "' displayValue='Yes, to be shown in full length'/><Value value='no'/></DataField>" +
-         "</DataDictionary><RegressionModel functionName='" + row.function +
+         kYes +
+         "' displayValue='Yes, to be shown in full length'/><Value value='no'/></DataField>"
+         "</DataDictionary><RegressionModel functionName='" +
+         function +
          "' normalizationMethod='logit'><MiningSchema>"
          "<MiningField name='x' missingValueReplacement='7' outliers='asExtremeValues' highValue='50'/>"
          "<MiningField name='grade' missingValueReplacement='2' invalidValueTreatment='asMissing'/>"
          "<MiningField name='color' missingValueReplacement='" +
-         kRed + "' invalidValueTreatment='asIs'/><MiningField name='day' missingValueReplacement='3'/>" +
-         "<MiningField name='" + row.target + "' usageType='target'/></MiningSchema>" + row.content +
-         "</RegressionModel></PMML>";
+         red +
+         "' invalidValueTreatment='asIs'/>"
+         "<MiningField name='day' missingValueReplacement='3'/>"
+         "<MiningField name='" +
+         target + "' usageType='target'/></MiningSchema>" + content + "</RegressionModel></PMML>";
 }
 
-std::string Tables(const char* categories) {
-  return "<RegressionTable intercept='1' " + std::string(categories) +
+std::string Tables(const std::string& attributes) {
+  return "<RegressionTable intercept='1' " + attributes +
          "><NumericPredictor name='x' coefficient='0.01'/>"
          "<NumericPredictor name='day' exponent='2' coefficient='0.01'/>"
          "<CategoricalPredictor name='grade' value='2' coefficient='0.5'/>"
@@ -81,18 +78,13 @@ void Fill(CaseRecord& record, const std::vector<Cell>& cells) {
 }
 
 TEST(Allocations, NoneForAWarmCase) {
-  const std::string probabilities = "<OutputField name='p' feature='probability'/>";
   const std::string outputs =
       "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/>"
       "<OutputField name='r' feature='residual'/>";
   const std::string number = "<Output>" + outputs + "</Output>" + Tables("");
-  const std::string category = "<Output>" + outputs + probabilities + "</Output>" +
-                               Tables("targetCategory='no'") +
-                               "<RegressionTable intercept='0' targetCategory='" + kYes + "'/>";
-  const ModelRow models[] = {
-      {"a number", "regression", "amount", number.c_str()},
-      {"a category", "classification", "answer", category.c_str()},
-  };
+  const std::string category =
+      "<Output>" + outputs + "<OutputField name='p' feature='probability'/></Output>" +
+      Tables("targetCategory='no'") + "<RegressionTable intercept='0' targetCategory='" + kYes + "'/>";
   // x, grade, color, day, amount, answer
   const std::pair<const char*, std::vector<Cell>> cases[] = {
       {"complete", {3., 1., kRed, Day{10}, 5., kYes}},
@@ -105,10 +97,11 @@ TEST(Allocations, NoneForAWarmCase) {
       {"beyond the bound", {70., 2., kRed, Day{10}, 5., kYes}},
       {"an actual value of no category", {3., 2., kBlue, Day{10}, 5., kGreen}},
   };
-  for (const ModelRow& row : models) {
-    SCOPED_TRACE(row.what);
+  for (const std::string& document :
+       {Document("regression", "amount", number), Document("classification", "answer", category)}) {
+    SCOPED_TRACE(document);
     const AllocationCounter ofLoading;
-    const std::unique_ptr<ScoreModel> model = MakeModel(Document(row), "RegressionModel");
+    const std::unique_ptr<ScoreModel> model = MakeModel(document, "RegressionModel");
     ASSERT_GT(ofLoading.Count(), 0) << "allocations of the library are not counted";
     CaseRecord record(6);
     for (const char* name : {"x", "grade", "color", "day", "amount", "answer"}) record.Add(name, nullptr);

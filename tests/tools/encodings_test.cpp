@@ -21,30 +21,32 @@ std::string Encode(const std::string& text, const char* encoding) {
 }
 
 struct Names {
-  const char* what;
-  const char* number;
-  const char* category;
-  const char* first;
-  const char* second;
-  const char* output;
+  std::string what, number, category, first, second, output;
   std::vector<const char*> encodings;
 };
 
-std::string Document(const Names& names, const char* encoding) {
-  const std::string number = names.number;
-  const std::string category = names.category;
-  return std::string("<?xml version='1.0' encoding='") + encoding +
-         "'?><PMML version='4.4'><DataDictionary numberOfFields='2'><DataField name='" + number +
-         "' optype='continuous' dataType='double'/><DataField name='" + category +
-         "' optype='categorical' dataType='string'><Value value='" + names.first + "'/><Value value='" +
-         names.second + "'/></DataField></DataDictionary><RegressionModel functionName='classification'" +
-         " normalizationMethod='cauchit'><MiningSchema><MiningField name='" + number +
-         "'/><MiningField name='" + category +
-         "' usageType='target'/></MiningSchema><Output><OutputField name='" + names.output +
-         "' feature='probability' value='" + names.second + "'/></Output><RegressionTable intercept='0' " +
-         "targetCategory='" + names.first + "'><NumericPredictor name='" + number +
-         "' coefficient='1'/></RegressionTable><RegressionTable intercept='0' targetCategory='" +
-         names.second + "'/></RegressionModel></PMML>";
+std::string Document(const Names& names, const std::string& encoding) {
+  std::string text =
+      "<?xml version='1.0' encoding='" + encoding +
+      "'?><PMML version='4.4'><DataDictionary numberOfFields='2'>"
+      "<DataField name='NUMBER' optype='continuous' dataType='double'/>"
+      "<DataField name='CATEGORY' optype='categorical' dataType='string'><Value value='FIRST'/>"
+      "<Value value='SECOND'/></DataField></DataDictionary>"
+      "<RegressionModel functionName='classification' normalizationMethod='cauchit'>"
+      "<MiningSchema><MiningField name='NUMBER'/><MiningField name='CATEGORY' usageType='target'/>"
+      "</MiningSchema><Output><OutputField name='OUTPUT' feature='probability' value='SECOND'/></Output>"
+      "<RegressionTable intercept='0' targetCategory='FIRST'><NumericPredictor name='NUMBER' "
+      "coefficient='1'/>"
+      "</RegressionTable><RegressionTable intercept='0' targetCategory='SECOND'/></RegressionModel></PMML>";
+  const auto put = [&text](const std::string& place, const std::string& name) {
+    for (std::size_t at; (at = text.find(place)) != std::string::npos;) text.replace(at, place.size(), name);
+  };
+  put("NUMBER", names.number);
+  put("CATEGORY", names.category);
+  put("FIRST", names.first);
+  put("SECOND", names.second);
+  put("OUTPUT", names.output);
+  return text;
 }
 
 const Names kNames[] = {
@@ -63,22 +65,18 @@ const Names kNames[] = {
 TEST(Encodings, NamesGoAllTheWay) {
   for (const Names& names : kNames) {
     const TemporaryDirectory files;
-    const std::string data = std::string(names.number) + "\n1\n-1\n";
-    const std::string quoted = std::string(names.second).find(',') == std::string::npos
-                                   ? std::string(names.second)
-                                   : "\"" + std::string(names.second) + "\"";
-    const std::string probability = "probability(" + std::string(names.second) + ")";
-    const std::string want =
-        std::string(names.category) + ",probability(" + names.first + ")," +
-        (probability.find(',') == std::string::npos ? probability : "\"" + probability + "\"") + "," +
-        names.output + "\n" + names.first + ",0.75,0.25,0.25\n" + quoted + ",0.25,0.75,0.75\n";
+    const std::string data = names.number + "\n1\n-1\n";
+    const std::string quote = names.second.find(',') == std::string::npos ? "" : "\"";
+    const std::string want = names.category + ",probability(" + names.first + ")," + quote + "probability(" +
+                             names.second + ")" + quote + "," + names.output + "\n" + names.first +
+                             ",0.75,0.25,0.25\n" + quote + names.second + quote + ",0.25,0.75,0.75\n";
     for (const char* encoding : names.encodings) {
-      SCOPED_TRACE(std::string(names.what) + " in " + encoding);
+      SCOPED_TRACE(names.what + " in " + encoding);
       // The parser wants a byte order mark where the document says "UTF-16", and none where it says the
       // order.
       const std::string model =
-          files.Write(std::string(names.number) + ".pmml", Encode(Document(names, encoding), encoding));
-      const std::string rows = files.Write(std::string(names.category) + ".csv", Encode(data, encoding));
+          files.Write(names.number + ".pmml", Encode(Document(names, encoding), encoding));
+      const std::string rows = files.Write(names.category + ".csv", Encode(data, encoding));
       const ProgramRun run = RunProgram({"score", model, rows, "--encoding", encoding});
       EXPECT_EQ(run.err, "");
       EXPECT_EQ(run.out, want);
@@ -90,7 +88,7 @@ TEST(Encodings, RefusalsNameFieldsInUTF8) {
   const TemporaryDirectory files;
   const Names& names = kNames[0];
   std::string document = Document(names, "Shift_JIS");
-  const std::string field = "<MiningField name='" + std::string(names.number) + "'/>";
+  const std::string field = "<MiningField name='" + names.number + "'/>";
   document.replace(document.find(field), field.size(), "<MiningField name='性別'/>");
   const std::string model = files.Write("モデル.pmml", Encode(document, "Shift_JIS"));
   EXPECT_EQ(
