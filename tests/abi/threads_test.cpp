@@ -81,12 +81,15 @@ int CountWrongAnswers(ScoreModel& model, const Sample& sample) {
   return wrong;
 }
 
-void MakeAndScore() {
+class Threads : public InitializedOrNot {};
+INSTANTIATE_TEST_SUITE_P(Factory, Threads, testing::Bool(), Threads::Name);
+
+TEST_P(Threads, MakeAndScoreModels) {
   const Sample samples[] = {Sample("iris"), Sample("breast_cancer")};
   ASSERT_GT(samples[0].data.size(), 20U);
   const TemporaryDirectory files;
   const std::string catalogue = files.Write("names", "TreeModel RegressionModel");
-  int wrong[kThreads] = {};
+  std::atomic<int> wrong = 0;
   RunThreads([&](int thread) {
     for (int round = 0; round < 4; ++round) {
       const Sample& sample = samples[(thread + round) % 2];
@@ -94,44 +97,32 @@ void MakeAndScore() {
       const std::unique_ptr<ScoreModel> model(
           round % 2 == 0 ? ModelFactory::MakeModelFromXML(in, Names{"RegressionModel"}, "")
                          : ModelFactory::MakeModelFromXML(sample.path, catalogue, ""));
-      wrong[thread] += std::abs(CountWrongAnswers(*model, sample));
+      wrong += std::abs(CountWrongAnswers(*model, sample));
       const std::string refused = OutcomeOf("<PMML><x></PMML>", {"RegressionModel"});
-      if (!refused.starts_with("260109|")) ++wrong[thread];
+      if (!refused.starts_with("260109|")) ++wrong;
     }
   });
-  for (const int count : wrong) EXPECT_EQ(count, 0);
+  EXPECT_EQ(wrong, 0);
 }
 
-TEST(Threads, MakeModelsOneAtATimeWithoutInitialize) {
-  MakeAndScore();
-  EXPECT_FALSE(ModelFactory::fModelNames.empty());
-}
-
-TEST(Threads, MakeModelsAtOnceAfterInitialize) {
-  ModelFactory::Initialize("");
-  MakeAndScore();
-  ModelFactory::Terminate();
-}
-
-TEST(Threads, ScoreWithAModelEach) {
+TEST(Clones, ScoreInThreadsOfTheirOwn) {
   const Sample sample("breast_cancer");
   std::istringstream in(sample.text);
   const std::unique_ptr<ScoreModel> model(ModelFactory::MakeModelFromXML(in, Names{"RegressionModel"}, ""));
   std::vector<std::unique_ptr<ScoreModel>> clones;
   for (int i = 0; i < kThreads; ++i) clones.emplace_back(model->Clone());
-  int wrong[kThreads] = {};
+  std::atomic<int> wrong = 0;
   RunThreads([&](int thread) {
     const auto own = static_cast<std::size_t>(thread);
-    for (int round = 0; round < 10; ++round)
-      wrong[thread] += std::abs(CountWrongAnswers(*clones[own], sample));
+    for (int round = 0; round < 10; ++round) wrong += std::abs(CountWrongAnswers(*clones[own], sample));
     const std::unique_ptr<ScoreModel> copy(model->Clone());  // threads may copy one model at once
-    wrong[thread] += std::abs(CountWrongAnswers(*copy, sample));
+    wrong += std::abs(CountWrongAnswers(*copy, sample));
     clones[own].reset();
   });
-  for (const int count : wrong) EXPECT_EQ(count, 0);
+  EXPECT_EQ(wrong, 0);
 }
 
-TEST(Threads, FirstUseOfTraceFormatterAndPlugin) {
+TEST(FirstUse, OfTraceFormatterAndPlugin) {
   const TemporaryDirectory files;
   files.Write("sc.cfg", "trace_leve,3\n");
   std::filesystem::current_path(files.Path(""));

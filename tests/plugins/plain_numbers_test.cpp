@@ -21,8 +21,8 @@ struct FieldRow {
 std::string Document(const FieldRow& row) {
   return std::string("<PMML version='4.4'><DataDictionary numberOfFields='1'>") +
          "<DataField name='x' optype='continuous' dataType='double'>" + row.values +
-         "</DataField></DataDictionary><RegressionModel functionName='regression'><MiningSchema><MiningField "
-         "name='x' " +
+         "</DataField></DataDictionary><RegressionModel functionName='regression'><MiningSchema>"
+         "<MiningField name='x' " +
          row.bounds +
          "/></MiningSchema><RegressionTable intercept='0'><NumericPredictor name='x' coefficient='1'/>"
          "</RegressionTable></RegressionModel></PMML>";

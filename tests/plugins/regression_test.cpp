@@ -311,15 +311,17 @@ TEST(Regression, NormalizationOfCategories) {
 }
 
 TEST(Regression, Refusals) {
-  const auto withSchema = [](const char* attributes) {
-    return Document{.content = kPlain, .schema = std::string("<MiningField ") + attributes + "/>"};
+  const auto withOutput = [](const std::string& attributes) {
+    return OfNumber("<Output><OutputField name='o' " + attributes + "/></Output>" + kPlain);
   };
-  const auto withOutput = [](const std::string& outputs) {
-    return OfNumber("<Output>" + outputs + "</Output>" + kPlain);
+  const auto withMethod = [](const std::string& method) {
+    return OfNumber(kPlain, "normalizationMethod='" + method + "'");
   };
   const auto ofTerms = [](const std::string& terms) { return OfNumber(Equation(terms)); };
   const auto ofClass = [](const std::string& content) { return OfCategory("class", content, "none"); };
-  const auto ofY = [](const std::string& attributes) { return WithTarget("field='y' " + attributes); };
+  const auto ofY = [](const std::string& attributes) {
+    return WithTarget("field='y' optype='continuous' " + attributes);
+  };
   const std::string tableOfA = Table("intercept='0' targetCategory='a'");
   const std::string outputOfQ = "<Output><OutputField name='o' feature='probability' value='q'/></Output>";
   const struct {
@@ -341,37 +343,30 @@ TEST(Regression, Refusals) {
       {"no intercept", OfNumber(Table("")), "260120: intercept, RegressionTable"},
       {"an unknown term", ofTerms("<Magic/>"), "260159: Magic, RegressionTable"},
       {"a product of nothing", ofTerms("<PredictorTerm coefficient='1'/>"), "260283: PredictorTerm"},
-      {"an unknown normalisation", OfNumber(kPlain, "normalizationMethod='maxmax'"),
-       "260152: maxmax, normalizationMethod"},
-      {"simplemax of a number", OfNumber(kPlain, "normalizationMethod='simplemax'"),
+      {"an unknown normalisation", withMethod("maxmax"), "260152: maxmax, normalizationMethod"},
+      {"simplemax of a number", withMethod("simplemax"),
        "260153: simplemax, normalizationMethod, RegressionModel"},
       {"another function",
        {.content = kPlain, .attributes = "functionName='clustering'"},
        "260303: clustering, functionName"},
       {"not to be scored", OfNumber(kPlain, "isScorable='false'"), "260303: false, isScorable"},
-      {"a minimum above the maximum", ofY("optype='continuous' min='2' max='1'"),
-       "260258: 2, min, 1, max, Target"},
-      {"an unknown cast", ofY("optype='continuous' castInteger='up'"), "260152: up, castInteger"},
-      {"a field given twice", withSchema("name='x'/><MiningField name='x'"), "260202: x, MiningSchema"},
-      {"a schema field that is no field", withSchema("name='q'"), "260124: q, DataDictionary"},
-      {"two targets", withSchema("name='x' usageType='predicted'"), "260273: x, y"},
-      {"an unknown usage", withSchema("name='x' usageType='idle'"), "260152: idle, usageType"},
-      {"a replacement that is no number", withSchema("name='x' missingValueReplacement='none'"),
+      {"a minimum above the maximum", ofY("min='2' max='1'"), "260258: 2, min, 1, max, Target"},
+      {"an unknown cast", ofY("castInteger='up'"), "260152: up, castInteger"},
+      {"a field given twice", WithRules("x", "/><MiningField name='x'"), "260202: x, MiningSchema"},
+      {"a schema field that is no field", WithRules("q", ""), "260124: q, DataDictionary"},
+      {"two targets", WithRules("x", "usageType='predicted'"), "260273: x, y"},
+      {"an unknown usage", WithRules("x", "usageType='idle'"), "260152: idle, usageType"},
+      {"a replacement that is no number", WithRules("x", "missingValueReplacement='none'"),
        "260151: none, double"},
-      {"bounds in the wrong order", withSchema("name='x' lowValue='2' highValue='1'"),
+      {"bounds in the wrong order", WithRules("x", "lowValue='2' highValue='1'"),
        "260258: 2, lowValue, 1, highValue, MiningField"},
-      {"asValue without a value", withSchema("name='x' invalidValueTreatment='asValue'"),
+      {"asValue without a value", WithRules("x", "invalidValueTreatment='asValue'"),
        "260120: invalidValueReplacement, MiningField"},
-      {"an unknown output", withOutput("<OutputField name='o' feature='ruleValue'/>"),
-       "260303: ruleValue, feature"},
-      {"a probability of a number", withOutput("<OutputField name='o' feature='probability'/>"),
-       "260303: probability, feature"},
-      {"an output given twice", withOutput("<OutputField name='o'/><OutputField name='o'/>"),
-       "260203: OutputField, o, Output"},
-      {"a category without an equation's category", ofClass(kPlain),
-       "260120: targetCategory, RegressionTable"},
-      {"a category that the target does not list", ofClass(Table("intercept='0' targetCategory='q'")),
-       "260127: q, class"},
+      {"an unknown output", withOutput("feature='ruleValue'"), "260303: ruleValue, feature"},
+      {"a probability of a number", withOutput("feature='probability'"), "260303: probability, feature"},
+      {"an output given twice", withOutput("/><OutputField name='o'"), "260203: OutputField, o, Output"},
+      {"no category", ofClass(kPlain), "260120: targetCategory, RegressionTable"},
+      {"an unlisted category", ofClass(Table("intercept='0' targetCategory='q'")), "260127: q, class"},
       {"a category twice", ofClass(tableOfA + tableOfA), "260203: targetCategory, a, RegressionModel"},
       {"two categories without equations",
        OfCategory("size", Table("intercept='0' targetCategory='S'"), "none"), "260128: L, RegressionTable"},

@@ -67,12 +67,6 @@ class RecordingTranslator final : public BaseTranslator {
   ScoreModel* ParseFromTree(DOMDocument* document, const std::string& encoding) override {
     return Model("document(" + Describe(document->getDocumentElement()), encoding);
   }
-  ScoreModel* ParseFromTree(std::istream&, const std::string& encoding) override {
-    return Model("stream alone(", encoding);
-  }
-  ScoreModel* ParseFromTree(const std::string& path, const std::string& encoding) override {
-    return Model("path(" + path, encoding);
-  }
   ScoreModel* ParseFromTree(DOMElement* modelElement, ScoreDictionary* dictionary,
                             ScoreDictionary* transformationDictionary, const std::string& encoding) override {
     return Model("element(" + Describe(modelElement) + ", " + Describe(dictionary) + ", " +
