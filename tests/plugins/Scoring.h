@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <charconv>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -35,17 +36,13 @@ inline CaseRecord MakeCase(const std::string& text) {
   for (std::string item; std::getline(in >> std::ws, item, ',');) {
     const std::size_t equals = item.find('=');
     const std::string value = item.substr(equals + 1);
-    std::size_t read = 0;
+    const char* const end = value.data() + value.size();
     double number = 0;
-    try {
-      number = std::stod(value, &read);
-    } catch (const std::exception&) {
-      read = 0;
-    }
     ScoreValue* made = nullptr;
-    if (!value.empty()) {
-      made =
-          read == value.size() ? static_cast<ScoreValue*>(new NumericValue(number)) : new StringValue(value);
+    if (std::from_chars(value.data(), end, number).ptr == end && !value.empty()) {
+      made = new NumericValue(number);
+    } else if (!value.empty()) {
+      made = new StringValue(value);
     }
     record.Add(item.substr(0, equals), made);
   }

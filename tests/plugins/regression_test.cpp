@@ -88,19 +88,20 @@ struct Row {
   const char* want;
 };
 
-std::string ScoreText(ScoreModel& model, const char* data) {
+std::unique_ptr<ScoreResult> Scored(ScoreModel& model, const char* data) {
   const CaseRecord record = MakeCase(data);
   model.PrepareForCases(record);
-  const std::unique_ptr<ScoreResult> result(model.NewResult());
+  std::unique_ptr<ScoreResult> result(model.NewResult());
   model.Score(record, *result);
-  return Answer(*result);
+  return result;
 }
 
 template <std::size_t kCount>
 void ExpectAnswers(const Row (&rows)[kCount]) {
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
-    EXPECT_EQ(ScoreText(*MakeModel(row.document.Text(), "RegressionModel"), row.data), row.want);
+    const std::unique_ptr<ScoreModel> model = MakeModel(row.document.Text(), "RegressionModel");
+    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
   }
 }
 
@@ -224,37 +225,33 @@ TEST(Regression, Targets) {
 TEST(Regression, NormalizationOfANumber) {
   const struct {
     const char* method;
-    double y;
+    const char* data;
     double want;
   } rows[] = {
-      {"softmax", 1, 0.7310585786300049},
-      {"logit", 1, 0.7310585786300049},
-      {"logit", -40, 4.248354255291589e-18},
-      {"logit", -800, 0},
-      {"logit", 800, 1},
-      {"probit", 1, 0.8413447460685429},
-      {"probit", -10, 7.619853024160527e-24},
-      {"cloglog", 0.5, 0.80770435445203507},
-      {"cloglog", -40, 4.248354255291589e-18},
-      {"cloglog", 1000, 1},
-      {"loglog", 0.5, 0.54523921189260506},
-      {"loglog", -1000, 0},
-      {"cauchit", 1, 0.75},
-      {"cauchit", -1e10, 3.183098861837907e-11},
-      {"exp", 2, 7.38905609893065},
-      {"none", -3, -3},
+      {"softmax", "x=1", 0.7310585786300049},
+      {"logit", "x=1", 0.7310585786300049},
+      {"logit", "x=-40", 4.248354255291589e-18},
+      {"logit", "x=-800", 0},
+      {"logit", "x=800", 1},
+      {"probit", "x=1", 0.8413447460685429},
+      {"probit", "x=-10", 7.619853024160527e-24},
+      {"cloglog", "x=0.5", 0.80770435445203507},
+      {"cloglog", "x=-40", 4.248354255291589e-18},
+      {"cloglog", "x=1000", 1},
+      {"loglog", "x=0.5", 0.54523921189260506},
+      {"loglog", "x=-1000", 0},
+      {"cauchit", "x=1", 0.75},
+      {"cauchit", "x=-1e10", 3.183098861837907e-11},
+      {"exp", "x=2", 7.38905609893065},
+      {"none", "x=-3", -3},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.method) + " of " + std::to_string(row.y));
-    const Document document =
-        OfNumber(Equation(Numeric("x", "1")), std::string("normalizationMethod='") + row.method + "'");
+    SCOPED_TRACE(std::string(row.method) + " of " + row.data);
+    const std::string attributes = "normalizationMethod='" + std::string(row.method) + "'";
+    const Document document = OfNumber(Equation(Numeric("x", "1")), attributes);
     const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "RegressionModel");
-    CaseRecord record(1);
-    record.Add("x", new NumericValue(row.y));
-    model->PrepareForCases(record);
-    const std::unique_ptr<ScoreResult> result(model->NewResult());
-    ASSERT_TRUE(model->Score(record, *result).IsOK());
-    EXPECT_NEAR(result->GetPredictedValue()->GetDouble(), row.want, 1e-14 * std::abs(row.want));
+    const double got = Scored(*model, row.data)->GetPredictedValue()->GetDouble();
+    EXPECT_NEAR(got, row.want, 1e-14 * std::abs(row.want));
   }
 }
 
@@ -378,13 +375,10 @@ TEST(Regression, Refusals) {
     SCOPED_TRACE(row.what);
     EXPECT_EQ(Refusal(row.document.Text(), "RegressionModel"), row.want);
   }
-}
-
-TEST(Regression, AModelInsideAnotherModelIsRefused) {
-  const std::string document =
+  const std::string insideAnother =
       "<PMML version='4.4'><DataDictionary numberOfFields='0'/><MiningModel><Segmentation><Segment>"
       "<RegressionModel functionName='regression'/></Segment></Segmentation></MiningModel></PMML>";
-  EXPECT_EQ(Refusal(document, "RegressionModel"), "260178: MiningModel, RegressionModel, PMML");
+  EXPECT_EQ(Refusal(insideAnother, "RegressionModel"), "260178: MiningModel, RegressionModel, PMML");
 }
 
 TEST(Regression, OlderDocumentsNameTheTargetAndTheLinkInOtherWays) {
@@ -398,11 +392,7 @@ TEST(Regression, OlderDocumentsNameTheTargetAndTheLinkInOtherWays) {
   const std::unique_ptr<ScoreModel> model = MakeModel(document, "RegressionModel");
   EXPECT_EQ(model->GetVersionInfo()->GetVersionInfo(), "2.0");
   ASSERT_NE(model->GetTargetVar(), nullptr);
-  const CaseRecord record = MakeCase("x=1");
-  model->PrepareForCases(record);
-  const std::unique_ptr<ScoreResult> result(model->NewResult());
-  model->Score(record, *result);
-  EXPECT_NEAR(result->GetProbability(), 0.7310585786300049, 1e-15);
+  EXPECT_NEAR(Scored(*model, "x=1")->GetProbability(), 0.7310585786300049, 1e-15);
 }
 
 // A clone must not point into the original's dictionary.
@@ -414,8 +404,8 @@ TEST(Regression, ACloneScoresAfterItsOriginalIsGone) {
   const std::unique_ptr<ScoreModel> clone(original->Clone());
   EXPECT_NE(clone->GetDictionary(), original->GetDictionary());
   original.reset();
-  EXPECT_EQ(ScoreText(*clone, "z=1, color=red"), "101");
-  EXPECT_EQ(ScoreText(*clone, "z=-1, color=blue"), "3");
+  EXPECT_EQ(Answer(*Scored(*clone, "z=1, color=red")), "101");
+  EXPECT_EQ(Answer(*Scored(*clone, "z=-1, color=blue")), "3");
 }
 
 }  // namespace
