@@ -142,7 +142,7 @@ TEST_F(Score, WrongUsageAndRefusedDocuments) {
       {"no command", "", 1, "A subcommand is required"},
       {"an unknown option", score + "--fast", 1, "The following argument was not expected: --fast"},
       {"no model", "score", 1, "MODEL is required"},
-      {"two characters", score + "--delimiter ;;", 1, "veyra: --delimiter takes one ASCII character"},
+      {"a long delimiter", score + "--delimiter ;;", 1, "veyra: --delimiter takes one ASCII character"},
       {"no such data", score + none, 1, "veyra: " + none + ": cannot open the file: No such file"},
       {"an unknown encoding", score + data + " --encoding nonsense", 1, "veyra: unknown encoding 'nonsense'"},
       {"an output in no directory", score + data + " -o " + none + "/out", 1,
