@@ -84,16 +84,15 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
                                 const PluginResult& layout, const ScoreDictVar* target) {
   OutputFields outputs;
   std::set<std::string> names;
-  ForEachChildElement(
-      BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT), [&](const DOMElement& element) {
-        if (!HasTag(element, kOutputField)) return;
-        std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element);
-        VerifyFeature(var->GetFeature(), OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
-        const std::string category =
-            translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
-        outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
-      });
-  const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(&model));
+  const DOMElement* output = BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT);
+  ForEachChildElement(output, [&](const DOMElement& element) {
+    if (!HasTag(element, kOutputField)) return;
+    std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element);
+    VerifyFeature(var->GetFeature(), OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
+    const std::string category = translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
+    outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
+  });
+  const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(output));
   if (results != nullptr) {
     for (const std::string& name : results->GetVarNames()) {
       auto var = std::make_shared<const ResultVar>(static_cast<const ResultVar&>(*results->GetVar(name)));
