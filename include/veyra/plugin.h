@@ -24,6 +24,7 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/DOMElemUtility.h"
 #include "translate/DomReader.h"
+#include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ScoreTranslator.h"

@@ -1,10 +1,9 @@
 #include "common/PluginTranslator.h"
 
-#include <algorithm>
-
 #include "error/Raise.h"
 #include "factory/VersionInfo.h"
 #include "translate/DomReader.h"
+#include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
@@ -14,17 +13,6 @@ using xercesc::DOMDocument;
 using xercesc::DOMElement;
 
 namespace {
-
-// The children of the root that are no models.
-constexpr const char* kOtherChildren[] = {
-    Tags::XML_ELE_HEADER,         Tags::XML_ELE_MININGBUILDTASK, Tags::XML_ELE_DATADICTIONARY,
-    Tags::XML_ELE_TRANSFORMATION, Tags::XML_ELE_EXTENSION,
-};
-
-bool IsModel(const DOMElement& child) {
-  return std::none_of(std::begin(kOtherChildren), std::end(kOtherChildren),
-                      [&child](const char* tag) { return HasTag(child, tag); });
-}
 
 const DOMElement& RootOf(const DOMElement& element) {
   return *element.getOwnerDocument()->getDocumentElement();
@@ -52,7 +40,7 @@ const DOMElement& PluginTranslator::FindModelElement(const DOMElement& root) con
   const DOMElement* other = nullptr;
   ForEachChildElement(&root, [&](const DOMElement& child) {
     if (found == nullptr && HasTag(child, fModelTag)) found = &child;
-    if (other == nullptr && IsModel(child)) other = &child;
+    if (other == nullptr && IsModelElement(child)) other = &child;
   });
   if (found != nullptr) return *found;
   const std::string tag = other == nullptr ? std::string() : ToString(other->getTagName());

@@ -6,11 +6,11 @@
 #include <fstream>
 #include <map>
 #include <memory>
-#include <set>
 #include <vector>
 #include <xercesc/dom/DOM.hpp>
 
 #include "translate/DomReader.h"
+#include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/Failures.h"
@@ -36,10 +36,6 @@ using xercesc::DOMElement;
 namespace {
 
 constexpr std::size_t kShownValues = 12;
-
-const std::set<std::string> kNoModels = {Tags::XML_ELE_HEADER, Tags::XML_ELE_MININGBUILDTASK,
-                                         Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_TRANSFORMATION,
-                                         Tags::XML_ELE_EXTENSION};
 
 constexpr const char* kLevels[] = {"continuous", "ordinal", "categorical"};
 
@@ -142,7 +138,7 @@ class Inspector {
  private:
   void FindModels() {
     KxVeyra_940::ForEachChildElement(&fRoot, [this](const DOMElement& child) {
-      if (kNoModels.count(PMMLTranslator::ToString(child.getTagName())) == 0) fModels.push_back(&child);
+      if (KxVeyra_940::IsModelElement(child)) fModels.push_back(&child);
     });
   }
 

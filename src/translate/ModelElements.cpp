@@ -1,0 +1,26 @@
+#include "translate/ModelElements.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+
+namespace KxVeyra_940 {
+
+namespace {
+
+constexpr const char* kOtherChildren[] = {
+    PMMLModelTags::XML_ELE_HEADER,         PMMLModelTags::XML_ELE_MININGBUILDTASK,
+    PMMLModelTags::XML_ELE_DATADICTIONARY, PMMLModelTags::XML_ELE_TRANSFORMATION,
+    PMMLModelTags::XML_ELE_EXTENSION,
+};
+
+}  // namespace
+
+bool IsModelElement(const xercesc::DOMElement& childOfRoot) {
+  return std::none_of(std::begin(kOtherChildren), std::end(kOtherChildren),
+                      [&](const char* tag) { return HasTag(childOfRoot, tag); });
+}
+
+}  // namespace KxVeyra_940
