@@ -67,6 +67,14 @@ TEST_F(Score, Rows) {
       {"an absent column counts as missing", "x,color\n1,red\n", "--lax-columns", "y\n103\n"},
       {"data in another encoding", "x,color,day,\xE9\n1,red,,\n", "--encoding ISO-8859-1 --append",
        "x,color,day,\xC3\xA9,y\n1,red,,,103\n"},
+      {"one name twice in the header, of a column that is not needed", "x,note,color,day,note\n1,a,red,,b\n",
+       "", "y\n103\n"},
+      {"line ends of CR alone", "x,color,day\r1,red,\r2,red,\r", "", "y\n103\n105\n"},
+      {"no header", "1,red,\n2,red,\n", "--no-header --columns x,color,day", "y\n103\n105\n"},
+      {"ten million bytes in one cell", "x,color,day,note\n1,red,," + std::string(10000000, 'n') + "\n", "",
+       "y\n103\n"},
+      {"a cell of many lines", "x,color,day,note\n1,red,,\"a\r\n\"\"b\"\"\n\"\n", "--append",
+       "x,color,day,note,y\n1,red,,\"a\r\n\"\"b\"\"\n\",103\n"},
       {"the shortest text of a number", "x,color,day\n0.05,red,\n", "", "y\n101.1\n"},
   };
   for (const Row& row : rows) {
@@ -111,6 +119,10 @@ TEST_F(Score, BadData) {
       {"a quote inside a cell", "x,color,day\n1,re\"d,\n", "",
        "line 2, column 2: a quote stands inside a cell that is not quoted, or text follows the closing "
        "quote"},
+      {"a cell that is no number is cut short", "x,color,day\n" + std::string(1000, '7') + "q,red,\n", "",
+       "line 2, column 1 (x): '" + std::string(80, '7') + "...' is not a number"},
+      {"a quote left open in a long text", "x,color,day\n1,\"" + std::string(65 << 20, '\n'), "",
+       "line 2: the row is longer than 64 MiB: is a quote left open?"},
       {"a quote left open", "x,color,day\n1,\"red,\n", "", "line 2, column 2: the quoted cell does not end"},
   };
   // Words that other programs take for numbers, one beyond the numbers, and the one that stands for missing.
@@ -139,10 +151,11 @@ TEST_F(Score, WrongUsageAndRefusedDocuments) {
     int status;
     std::string want;  // at the start of standard error
   } rows[] = {
-      {"no command", "", 1, "A subcommand is required"},
-      {"an unknown option", score + "--fast", 1, "The following argument was not expected: --fast"},
-      {"no model", "score", 1, "MODEL is required"},
-      {"a long delimiter", score + "--delimiter ;;", 1, "veyra: --delimiter takes one ASCII character"},
+      {"no command", "", 1, "veyra: A subcommand is required (see veyra --help)"},
+      {"an unknown option", score + "--fast", 1,
+       "veyra: The following argument was not expected: --fast (see veyra score --help)"},
+      {"no model", "score", 1, "veyra: MODEL is required"},
+      {"a long delimiter", score + "--delimiter ;;", 1, "veyra: --delimiter: takes one ASCII character"},
       {"no such data", score + none, 1, "veyra: " + none + ": cannot open the file: No such file"},
       {"an unknown encoding", score + data + " --encoding nonsense", 1, "veyra: unknown encoding 'nonsense'"},
       {"an output in no directory", score + data + " -o " + none + "/out", 1,

@@ -13,8 +13,6 @@ using KxVeyra_940::ScoreDictVar;
 
 namespace {
 
-constexpr int kUsualFields = 32;
-
 // The number that a cell of a date-time field stands for, in the representation of its type.
 std::optional<double> ReadDateTime(std::string_view cell, ScoreDictVar::DateTimeType type) {
   if (type > ScoreDictVar::kDateTime) return ReadNumber(cell);
@@ -23,75 +21,75 @@ std::optional<double> ReadDateTime(std::string_view cell, ScoreDictVar::DateTime
   return value.GetDoubleValue(type);
 }
 
-const char* WantedText(ScoreDictVar::VariableType type) {
-  return type == ScoreDictVar::kNUMERIC_VAR ? " is not a number"
-                                            : " is not a date or time of the field's type";
-}
-
 }  // namespace
 
-CaseReader::CaseReader(CsvReader& csv, CellRules rules)
-    : fCsv(csv), fRules(std::move(rules)), fRecord(kUsualFields) {
-  if (!fCsv.ReadRow()) throw DataFailure(fCsv.GetFileName(), {}, "there is no header row");
-  for (std::size_t i = 0; i < fCsv.GetCellCount(); ++i) {
-    fHeader.emplace_back(fCsv.GetCell(i));
-    const auto [columns, isNew] = fColumns.emplace(fHeader.back(), Columns{i, 0});
+CaseLayout::CaseLayout(std::string file, std::vector<std::string> header, CellRules rules)
+    : fFile(std::move(file)), fAbsentColumnsAreMissing(rules.absentColumnsAreMissing) {
+  for (std::string& text : rules.missingTexts) {
+    if (text.empty()) {
+      fEmptyIsMissing = true;
+    } else {
+      fMissingTexts.push_back(std::move(text));
+    }
+  }
+  for (std::size_t i = 0; i < header.size(); ++i) {
+    const auto [columns, isNew] = fColumns.emplace(std::move(header[i]), Columns{i, 0});
     if (!isNew && columns->second.second == 0) columns->second.second = i;
   }
 }
 
-void CaseReader::Bind(const ScoreDictVar& field, bool isNeeded) {
+void CaseLayout::Bind(const ScoreDictVar& field, bool isNeeded) {
   const std::string& name = field.GetName();
-  fRecord.Add(name, nullptr);
+  const int slot = static_cast<int>(fNames.size());
+  fNames.push_back(name);
   const auto found = fColumns.find(name);
   if (found == fColumns.end()) {
-    if (!isNeeded || fRules.absentColumnsAreMissing) return;
-    throw DataFailure(fCsv.GetFileName(), {}, "there is no column '" + name + "', which the model needs");
+    if (!isNeeded || fAbsentColumnsAreMissing) return;
+    throw DataFailure(fFile, {}, "there is no column '" + name + "', which the model needs");
   }
   const Columns& columns = found->second;
   if (isNeeded && columns.second > 0) {
-    throw DataFailure(fCsv.GetFileName(), DataPlace{1, columns.second + 1, name},
+    throw DataFailure(fFile, DataPlace{1, columns.second + 1, name},
                       "the model needs this column, and the header has it twice");
   }
-  fBindings.push_back({columns.first, fRecord.GetIndex(name), &field, field.GetVarType()});
+  fBindings.push_back({columns.first, slot, name, field.GetVarType(), field.GetDateTimeType()});
 }
 
-bool CaseReader::ReadCase() {
-  if (!fCsv.ReadRow()) return false;
-  if (fCsv.GetCellCount() != fHeader.size()) {
-    throw DataFailure(fCsv.GetFileName(), DataPlace{fCsv.GetLineNumber(), 0, {}},
-                      "the number of cells is " + std::to_string(fCsv.GetCellCount()) + ", the header has " +
-                          std::to_string(fHeader.size()));
-  }
-  for (const Binding& binding : fBindings) ReadCell(binding);
-  return true;
+CaseReader::CaseReader(const CaseLayout& layout)
+    : fLayout(layout), fRecord(static_cast<int>(layout.fNames.size())) {
+  for (const std::string& name : layout.fNames) fRecord.Add(name, nullptr);
 }
 
 bool CaseReader::IsMissingText(std::string_view cell) const {
-  return std::any_of(fRules.missingTexts.begin(), fRules.missingTexts.end(),
-                     [cell](const std::string& text) { return cell == text; });
+  if (cell.empty()) return fLayout.fEmptyIsMissing;
+  const auto& texts = fLayout.fMissingTexts;
+  return std::any_of(texts.begin(), texts.end(), [cell](const std::string& text) { return cell == text; });
 }
 
-void CaseReader::ReadCell(const Binding& binding) {
-  const std::string_view cell = fCsv.GetCell(binding.column);
-  if (IsMissingText(cell)) {
-    fRecord.Clear(binding.slot);
-    return;
+bool CaseReader::ReadCase(Row row, RowFailure& failure) {
+  for (const CaseLayout::Binding& binding : fLayout.fBindings) {
+    const std::string_view cell = row[binding.column];
+    if (IsMissingText(cell)) {
+      fRecord.Clear(binding.slot);
+    } else if (!StoreCell(binding, cell)) {
+      const bool isNumber = binding.type == ScoreDictVar::kNUMERIC_VAR;
+      failure.Set(
+          isNumber ? "not-a-number" : "not-a-date", binding.column + 1, binding.name,
+          Quoted(cell) + (isNumber ? " is not a number" : " is not a date or time of the field's type"));
+      return false;
+    }
   }
-  if (StoreCell(binding, cell)) return;
-  const DataPlace place{fCsv.GetLineNumber(), binding.column + 1, binding.field->GetName()};
-  throw DataFailure(fCsv.GetFileName(), place, "'" + std::string(cell) + "'" + WantedText(binding.type));
+  return true;
 }
 
-bool CaseReader::StoreCell(const Binding& binding, std::string_view cell) {
+bool CaseReader::StoreCell(const CaseLayout::Binding& binding, std::string_view cell) {
   if (binding.type == ScoreDictVar::STRING_VAR) return fRecord.SetText(binding.slot, cell);
   if (binding.type == ScoreDictVar::kNUMERIC_VAR) {
     const std::optional<double> number = ReadNumber(cell);
     return number.has_value() && fRecord.SetValue(binding.slot, *number);
   }
-  const ScoreDictVar::DateTimeType type = binding.field->GetDateTimeType();
-  const std::optional<double> number = ReadDateTime(cell, type);
-  return number.has_value() && fRecord.SetValue(binding.slot, *number, type);
+  const std::optional<double> number = ReadDateTime(cell, binding.dateTimeType);
+  return number.has_value() && fRecord.SetValue(binding.slot, *number, binding.dateTimeType);
 }
 
 }  // namespace VeyraTool

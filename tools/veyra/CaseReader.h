@@ -1,6 +1,7 @@
 // Fills a case record from the cells of a row.
 //
-// Columns are bound to the fields of a dictionary once, from the header; a row is then read by position.
+// A CaseLayout binds the columns of a file to fields once, from the header; each thread reads rows by
+// position with a CaseReader of its own.
 
 #ifndef VEYRA_TOOLS_CASEREADER_H_
 #define VEYRA_TOOLS_CASEREADER_H_
@@ -10,8 +11,8 @@
 #include <vector>
 
 #include "data/CaseRecord.h"
-#include "veyra/CsvReader.h"
-#include "veyra/ScoreDictionary.h"
+#include "veyra/RowParser.h"
+#include "veyra/ScoreDictVar.h"
 
 namespace VeyraTool {
 
@@ -20,48 +21,56 @@ struct CellRules {
   bool absentColumnsAreMissing = false;
 };
 
-class CaseReader {
+class CaseLayout {
  public:
-  // Reads the header row of `csv`.  Throws DataFailure when there is none.
-  CaseReader(CsvReader& csv, CellRules rules);
+  // `file` is what messages call the data.
+  CaseLayout(std::string file, std::vector<std::string> header, CellRules rules);
 
-  const std::vector<std::string>& GetHeader() const { return fHeader; }
-
-  // Gives the field a slot in the record and, when the header has its column, reads it from there.  Throws
+  // Gives the field a slot in the records and, when the header has its column, binds it to that.  Throws
   // DataFailure when a needed column is absent (unless absent columns are missing) or stands there twice.
-  // REQUIRES: `field` outlives the reader.
   void Bind(const KxVeyra_940::ScoreDictVar& field, bool isNeeded);
 
-  // Reads the next row into the record; false at the end.  Throws DataFailure for a row that is shorter or
-  // longer than the header and for a cell that its field cannot take.
-  bool ReadCase();
-
-  const KxVeyra_940::CaseRecord& GetRecord() const { return fRecord; }
-  const CsvReader& GetRow() const { return fCsv; }
-
  private:
+  friend class CaseReader;
+
   struct Binding {
     std::size_t column;
     int slot;
-    const KxVeyra_940::ScoreDictVar* field;
+    std::string name;
     KxVeyra_940::ScoreDictVar::VariableType type;
+    KxVeyra_940::ScoreDictVar::DateTimeType dateTimeType;
   };
-
-  void ReadCell(const Binding& binding);
-  bool StoreCell(const Binding& binding, std::string_view cell);
-  bool IsMissingText(std::string_view cell) const;
-
   // The columns of one name.
   struct Columns {
     std::size_t first;
     std::size_t second;  // 0 when there is no second one
   };
 
-  CsvReader& fCsv;
-  CellRules fRules;
-  std::vector<std::string> fHeader;
+  std::string fFile;
+  bool fAbsentColumnsAreMissing;
+  bool fEmptyIsMissing = false;
+  std::vector<std::string> fMissingTexts;  // but the empty one
   std::unordered_map<std::string, Columns> fColumns;
+  std::vector<std::string> fNames;  // by slot
   std::vector<Binding> fBindings;
+};
+
+class CaseReader {
+ public:
+  // The layout is lent, is complete, and outlives the reader.
+  explicit CaseReader(const CaseLayout& layout);
+
+  // Reads the cells into the record.  False, with the reason, for a cell that its field cannot take.
+  // REQUIRES: the row has as many cells as the header.
+  bool ReadCase(Row row, RowFailure& failure);
+
+  const KxVeyra_940::CaseRecord& GetRecord() const { return fRecord; }
+
+ private:
+  bool StoreCell(const CaseLayout::Binding& binding, std::string_view cell);
+  bool IsMissingText(std::string_view cell) const;
+
+  const CaseLayout& fLayout;
   KxVeyra_940::CaseRecord fRecord;
 };
 

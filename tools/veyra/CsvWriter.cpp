@@ -1,5 +1,7 @@
 #include "veyra/CsvWriter.h"
 
+#include <algorithm>
+
 #include "data/StringValue.h"
 #include "veyra/Number.h"
 
@@ -15,9 +17,10 @@ void CsvWriter::Separate() {
 
 void CsvWriter::AddText(std::string_view text) {
   Separate();
-  const bool plain = text.find(fDelimiter) == std::string_view::npos &&
-                     text.find_first_of("\"\r\n") == std::string_view::npos;
-  if (plain) {
+  const bool isPlain = std::none_of(text.begin(), text.end(), [this](char c) {
+    return c == fDelimiter || c == '"' || c == '\r' || c == '\n';
+  });
+  if (isPlain) {
     fOut += text;
     return;
   }
@@ -50,6 +53,11 @@ void CsvWriter::AddValue(const ScoreValue* value) {
       AddText(value->GetString());
       break;
   }
+}
+
+void CsvWriter::GoBack(Mark mark) {
+  fOut.resize(mark.size);
+  fIsFirst = mark.isFirst;
 }
 
 void CsvWriter::EndRow() {

@@ -3,6 +3,7 @@
 #ifndef VEYRA_TOOLS_CSVWRITER_H_
 #define VEYRA_TOOLS_CSVWRITER_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,15 @@ class CsvWriter {
   // A missing value (null, or the system-missing number) is an empty cell.
   void AddValue(const KxVeyra_940::ScoreValue* value);
   void EndRow();
+
+  // A place in the text to go back to.
+  struct Mark {
+    std::size_t size;
+    bool isFirst;
+  };
+  Mark GetMark() const { return {fOut.size(), fIsFirst}; }
+  // Takes back what was added behind the mark.
+  void GoBack(Mark mark);
 
  private:
   void Separate();

@@ -222,6 +222,7 @@ void RunInspect(const InspectOptions& options) {
   std::ifstream in(options.document, std::ios::binary);
   if (!in.is_open()) Refuse(options.document, std::string("cannot open the file: ") + std::strerror(errno));
   OutputFile output{std::string()};
+  std::string text;
   try {
     const KxVeyra_940::XercesWrapper platform(false);
     KxXML_940::LimitedDOMParser parser;
@@ -238,13 +239,13 @@ void RunInspect(const InspectOptions& options) {
     const xercesc::DOMDocument* document = parser.getDocument();
     const DOMElement* root = document == nullptr ? nullptr : document->getDocumentElement();
     if (root == nullptr) Refuse(options.document, "there is no XML document in it");
-    Inspector(*root, output.GetBuffer()).Write();
+    Inspector(*root, text).Write();
   } catch (const KxVeyra_940::VYException& exception) {
     ThrowRefusal(options.document, exception);
   } catch (const xercesc::XMLException& exception) {
     Refuse(options.document, KxXML_940::ToUTF8(exception.getMessage()));
   }
-  output.Finish();
+  output.Write(text);
 }
 
 }  // namespace VeyraTool

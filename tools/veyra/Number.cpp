@@ -1,24 +1,67 @@
 #include "veyra/Number.h"
 
+#include <locale.h>
+
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <system_error>
 
 namespace VeyraTool {
 
+namespace {
+
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+// Powers of ten that are doubles.
+constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+constexpr std::size_t kExactDigits = std::size(kPowers) - 1;
+
+// What most cells are: some digits and a point among them.  Both the digits and the power of ten are exact
+// doubles then, so that their quotient is the double nearest to the text.
+std::optional<double> ReadShortDecimal(std::string_view text) {
+  const bool isNegative = text.starts_with('-');
+  if (isNegative) text.remove_prefix(1);
+  if (text.empty() || text.size() > kExactDigits) return std::nullopt;
+  std::uint64_t digits = 0;
+  std::size_t point = text.size();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto digit = static_cast<unsigned>(text[i]) - unsigned{'0'};
+    if (digit <= 9) {
+      digits = 10 * digits + digit;
+    } else if (text[i] == '.' && point == text.size() && text.size() > 1) {
+      point = i;
+    } else {
+      return std::nullopt;
+    }
+  }
+  const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
+  const double number = static_cast<double>(digits) / kPowers[decimals];
+  return isNegative ? -number : number;
+}
+
+// What underflows and what overflows, whatever the locale of the process is.
+double ReadExtreme(std::string_view text) {
+  static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+  return strtod_l(std::string(text).c_str(), nullptr, plain);
+}
+
+}  // namespace
+
 std::optional<double> ReadNumber(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == std::string_view::npos) return std::nullopt;
-  text = text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
-  if (text.front() == '+') text.remove_prefix(1);
-  if (text.find_first_of("0123456789") == std::string_view::npos || text.front() == '+') return std::nullopt;
+  if (const std::optional<double> number = ReadShortDecimal(text)) return number;
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  if (text.starts_with('+') && !text.starts_with("+-")) text.remove_prefix(1);
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (end != text.data() + text.size()) return std::nullopt;
-  if (error == std::errc::result_out_of_range) number = std::strtod(std::string(text).c_str(), nullptr);
+  if (error == std::errc::invalid_argument || end != text.data() + text.size()) return std::nullopt;
+  if (error == std::errc::result_out_of_range) number = ReadExtreme(text);
   if (!std::isfinite(number) || number == std::numeric_limits<double>::lowest()) return std::nullopt;
   return number;
 }

@@ -10,11 +10,11 @@
 #include <cstring>
 #include <memory>
 
+#include "veyra/Signals.h"
+
 namespace VeyraTool {
 
 namespace {
-
-constexpr std::size_t kLarge = 256 * 1024;
 
 struct Free {
   void operator()(char* text) const { std::free(text); }
@@ -34,55 +34,82 @@ bool IsSpecialFile(const std::string& path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path) : fDescriptor(STDOUT_FILENO) {
-  fBuffer.reserve(2 * kLarge);
-  if (path.empty()) return;
-  fPath = ResolveLinks(path);
-  int flags = O_WRONLY | O_CLOEXEC;
-  std::string opened = fPath;
-  if (!IsSpecialFile(fPath)) {
-    flags |= O_CREAT | O_EXCL;
-    opened = fPath + ".partial." + std::to_string(getpid());
+OutputFile::OutputFile(const std::string& path, int input) : fDescriptor(STDOUT_FILENO) {
+  try {
+    if (!path.empty()) fPath = ResolveLinks(path);
+    Open(input);
+  } catch (...) {
+    Discard();
+    throw;
   }
-  fDescriptor = open(opened.c_str(), flags, 0666);
-  if (fDescriptor < 0) Fail("cannot write the file");
-  if ((flags & O_CREAT) != 0) fPartialPath = opened;
 }
 
-OutputFile::~OutputFile() {
+OutputFile::~OutputFile() { Discard(); }
+
+void OutputFile::Discard() {
   if (fDescriptor >= 0 && fDescriptor != STDOUT_FILENO) close(fDescriptor);
-  if (!fPartialPath.empty()) unlink(fPartialPath.c_str());
+  if (fPartialPath.empty()) return;
+  unlink(fPartialPath.c_str());
+  KeepOnSignal();
 }
+
+void OutputFile::Open(int input) {
+  if (fPath.empty() || IsSpecialFile(fPath)) {
+    if (!fPath.empty()) fDescriptor = open(fPath.c_str(), O_WRONLY | O_CLOEXEC);
+    if (fDescriptor < 0) Fail("cannot write the file");
+    struct stat status {};
+    if (fstat(fDescriptor, &status) == 0) RefuseInput(status, input);
+    return;
+  }
+  struct stat old {};
+  const bool isThere = stat(fPath.c_str(), &old) == 0;
+  if (isThere) RefuseInput(old, input);
+  const std::string partialPath = fPath + ".partial." + std::to_string(getpid());
+  RemoveOnSignal(partialPath);
+  fDescriptor = open(partialPath.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_EXCL, 0666);
+  if (fDescriptor < 0) {
+    KeepOnSignal();
+    Fail("cannot write the file");
+  }
+  fPartialPath = partialPath;
+  // Whoever could not read the old file cannot read the new one.
+  if (isThere && S_ISREG(old.st_mode) && fchmod(fDescriptor, old.st_mode & 07777U) != 0) {
+    Fail("cannot write the file");
+  }
+}
+
+// Only a regular file can be the other's: a terminal may well be both.
+void OutputFile::RefuseInput(const struct stat& output, int input) const {
+  struct stat status {};
+  if (!S_ISREG(output.st_mode) || input < 0 || fstat(input, &status) != 0) return;
+  if (status.st_dev != output.st_dev || status.st_ino != output.st_ino) return;
+  throw CommandFailure(kWrongUsage, GetName() + ": the output would replace the input");
+}
+
+std::string OutputFile::GetName() const { return fPath.empty() ? "standard output" : fPath; }
 
 void OutputFile::Fail(const char* what) const {
-  const std::string name = fPath.empty() ? "standard output" : fPath;
-  throw CommandFailure(kWrongUsage, name + ": " + what + ": " + std::strerror(errno));
+  throw CommandFailure(kWrongUsage, GetName() + ": " + what + ": " + std::strerror(errno));
 }
 
-void OutputFile::FlushIfLarge() {
-  if (fBuffer.size() >= kLarge) Flush();
-}
-
-void OutputFile::Flush() {
-  std::string_view left = fBuffer;
-  while (!left.empty()) {
-    const ssize_t written = write(fDescriptor, left.data(), left.size());
+void OutputFile::Write(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(fDescriptor, text.data(), text.size());
     if (written >= 0) {
-      left.remove_prefix(static_cast<std::size_t>(written));
+      text.remove_prefix(static_cast<std::size_t>(written));
       continue;
     }
     if (errno == EINTR) continue;
     if (errno == EPIPE) throw ClosedPipe();
     Fail("cannot write");
   }
-  fBuffer.clear();
 }
 
 void OutputFile::Finish() {
-  Flush();
   if (fPartialPath.empty()) return;
   if (fsync(fDescriptor) != 0) Fail("cannot write");
   if (std::rename(fPartialPath.c_str(), fPath.c_str()) != 0) Fail("cannot give the finished file its name");
+  KeepOnSignal();
   fPartialPath.clear();
 }
 

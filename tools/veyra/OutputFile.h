@@ -1,10 +1,12 @@
 // Standard output, or a file that is there complete or not at all.
 //
 // A file is written beside its place under a name of its own and renamed at the end; until then, and after
-// any failure, what stood under its name stays.
+// any failure and any signal that ends the program, what stood under its name stays.
 
 #ifndef VEYRA_TOOLS_OUTPUTFILE_H_
 #define VEYRA_TOOLS_OUTPUTFILE_H_
+
+#include <sys/stat.h>
 
 #include <string>
 #include <string_view>
@@ -13,30 +15,32 @@
 
 namespace VeyraTool {
 
+// At most one at a time writes to a file.
 class OutputFile {
  public:
-  // An empty path is standard output.  Throws CommandFailure when the file cannot be made.
-  explicit OutputFile(const std::string& path);
+  // An empty path is standard output.  `input` is a descriptor of what is read, -1 for nothing.  Throws
+  // CommandFailure when the file cannot be made, and when it is the input.
+  explicit OutputFile(const std::string& path, int input = -1);
   // Without Finish, the partial file goes.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
 
-  // Text to append to; Flush, or FlushIfLarge, writes it.
-  std::string& GetBuffer() { return fBuffer; }
-  // Throw ClosedPipe when the reader has gone, CommandFailure when writing fails.
-  void FlushIfLarge();
-  void Flush();
-  // Writes what is left, synchronises, and gives the file its name.
+  // Throws ClosedPipe when the reader has gone, CommandFailure when writing fails.
+  void Write(std::string_view text);
+  // Synchronises the file and gives it its name.
   void Finish();
 
  private:
+  void Open(int input);
+  void Discard();
+  void RefuseInput(const struct stat& output, int input) const;
+  std::string GetName() const;
   [[noreturn]] void Fail(const char* what) const;
 
   std::string fPath;
   std::string fPartialPath;
   int fDescriptor;
-  std::string fBuffer;
 };
 
 }  // namespace VeyraTool

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 
 namespace VeyraTool {
@@ -14,20 +15,48 @@ constexpr std::chrono::milliseconds kInterval(250);
 
 }  // namespace
 
-Progress::Progress(bool quiet)
-    : fIsShown(!quiet && isatty(STDERR_FILENO) == 1), fStart(Clock::now()), fNext(fStart + kInterval) {}
-
-Progress::~Progress() {
-  if (fHasLine) std::fputs("\r\033[K", stderr);
+std::string ProgressText(std::size_t rows, double seconds, double share) {
+  std::array<char, 160> text{};
+  const double rate = seconds > 0 ? static_cast<double>(rows) / seconds : 0;
+  int size = std::snprintf(text.data(), text.size(), "%zu rows, %.0f rows/s", rows, rate);
+  if (share > 0) {
+    size += std::snprintf(text.data() + size, text.size() - static_cast<std::size_t>(size),
+                          ", %.0f %%, %.0f s left", 100 * share, seconds * (1 - share) / share);
+  }
+  return std::string(text.data(), static_cast<std::size_t>(size));
 }
 
-void Progress::Show() {
+Progress::Progress(bool quiet, const ByteSource& source)
+    : fSource(source),
+      fIsShown(!quiet && isatty(STDERR_FILENO) == 1),
+      fStart(Clock::now()),
+      fNext(fStart + kInterval) {}
+
+Progress::~Progress() { Wipe(); }
+
+double Progress::Seconds() const { return std::chrono::duration<double>(Clock::now() - fStart).count(); }
+
+void Progress::Wipe() {
+  if (fHasLine) std::fputs("\r\033[K", stderr);
+  fHasLine = false;
+}
+
+void Progress::Show(const RowTotals& totals) {
+  if (!fIsShown) return;
   const Clock::time_point now = Clock::now();
   if (now < fNext) return;
   fNext = now + kInterval;
-  const double seconds = std::chrono::duration<double>(now - fStart).count();
-  std::fprintf(stderr, "\r%zu rows, %.0f rows/s", fRows, static_cast<double>(fRows) / seconds);
+  const auto size = static_cast<double>(fSource.GetSize());
+  const double share = size > 0 ? static_cast<double>(fSource.GetPosition()) / size : 0;
+  std::fprintf(stderr, "\r%s\033[K", ProgressText(totals.rows, Seconds(), share).c_str());
   fHasLine = true;
+}
+
+void Progress::Finish(const RowTotals& totals) {
+  Wipe();
+  if (!fIsShown) return;
+  std::fprintf(stderr, "%zu rows, %zu missing results, %.1f s\n", totals.rows, totals.missingResults,
+               Seconds());
 }
 
 }  // namespace VeyraTool

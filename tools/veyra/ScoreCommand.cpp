@@ -6,8 +6,6 @@
 #include "data/ResultVar.h"
 #include "veyra/CsvWriter.h"
 #include "veyra/LibrarySession.h"
-#include "veyra/OutputFile.h"
-#include "veyra/Progress.h"
 #include "veyra/ScoreModel.h"
 
 namespace VeyraTool {
@@ -33,71 +31,74 @@ bool ReadsTarget(const ScoreModel& model) {
   return false;
 }
 
-void BindFields(const ScoreModel& model, CaseReader& reader) {
+void BindFields(const ScoreModel& model, CaseLayout& layout) {
   const ScoreDictionary& dictionary = *model.GetDictionary();
   const bool readsTarget = ReadsTarget(model);
   for (const std::string& name : dictionary.GetVarNames()) {
     const ScoreModel::VarRole role = model.GetVarRole(name);
-    if (role == ScoreModel::kPredictorRole) reader.Bind(*dictionary.GetVar(name), true);
-    if (role == ScoreModel::kTargetRole && readsTarget) reader.Bind(*dictionary.GetVar(name), false);
+    if (role == ScoreModel::kPredictorRole) layout.Bind(*dictionary.GetVar(name), true);
+    if (role == ScoreModel::kTargetRole && readsTarget) layout.Bind(*dictionary.GetVar(name), false);
   }
 }
 
-void WriteHeader(const ScoreModel& model, const ScoreResult& result, CsvWriter& writer) {
+std::vector<std::string> NameResults(const ScoreModel& model, const ScoreResult& result) {
   const ScoreDictVar* target = model.GetTargetVar();
-  writer.AddText(target == nullptr ? "predicted" : target->GetName());
+  std::vector<std::string> names = {target == nullptr ? "predicted" : target->GetName()};
   for (int i = 0; i < result.GetNumberOfCategories(); ++i) {
     std::string category;
     CsvWriter(category, '\0').AddValue(result.GetCategory(i));
-    writer.AddText("probability(" + category + ")");
+    names.push_back("probability(" + category + ")");
   }
-  for (int i = 0; i < result.GetNumberOfOutputs(); ++i) writer.AddText(result.GetOutputName(i));
-  writer.EndRow();
+  for (int i = 0; i < result.GetNumberOfOutputs(); ++i) names.push_back(result.GetOutputName(i));
+  return names;
 }
 
-void WriteResult(const ScoreResult& result, CsvWriter& writer) {
-  writer.AddValue(result.GetPredictedValue());
-  for (int i = 0; i < result.GetNumberOfCategories(); ++i) {
-    const double probability = result.GetCategoryProbability(i);
-    if (NumericValue::IsSystemMissingValue(probability)) {
-      writer.AddText({});
-    } else {
-      writer.AddNumber(probability);
-    }
+class ScoreWorker : public RowWorker {
+ public:
+  // The layout is lent.
+  ScoreWorker(std::unique_ptr<ScoreModel> model, const CaseLayout& layout)
+      : fModel(std::move(model)), fReader(layout), fResult(fModel->NewResult()) {
+    fModel->PrepareForCases(fReader.GetRecord());
   }
-  for (int i = 0; i < result.GetNumberOfOutputs(); ++i) writer.AddValue(result.GetOutputValue(i));
-  writer.EndRow();
-}
+
+  RowOutcome Work(Row row, CsvWriter& out, RowFailure& failure) override {
+    if (!fReader.ReadCase(row, failure)) return RowOutcome::kFailed;
+    fModel->Score(fReader.GetRecord(), *fResult);
+    WriteResult(out);
+    return fResult->GetPredictedValue() == nullptr ? RowOutcome::kMissingResult : RowOutcome::kResult;
+  }
+
+ private:
+  void WriteResult(CsvWriter& out) const {
+    out.AddValue(fResult->GetPredictedValue());
+    for (int i = 0; i < fResult->GetNumberOfCategories(); ++i) {
+      const double probability = fResult->GetCategoryProbability(i);
+      if (NumericValue::IsSystemMissingValue(probability)) {
+        out.AddText({});
+      } else {
+        out.AddNumber(probability);
+      }
+    }
+    for (int i = 0; i < fResult->GetNumberOfOutputs(); ++i) out.AddValue(fResult->GetOutputValue(i));
+  }
+
+  std::unique_ptr<ScoreModel> fModel;
+  CaseReader fReader;
+  std::unique_ptr<ScoreResult> fResult;
+};
 
 }  // namespace
 
-void RunScore(const ScoreOptions& options) {
+ExitStatus RunScore(const ScoreOptions& options) {
   const LibrarySession library(options.catalog);
   const std::unique_ptr<ScoreModel> model = library.LoadModel(options.model);
-  TextSource source(options.data, options.encoding);
-  CsvReader csv(source, options.delimiter);
-  CaseReader reader(csv, options.cells);
-  BindFields(*model, reader);
-  model->PrepareForCases(reader.GetRecord());
+  RowPipeline rows(options.rows);
+  CaseLayout layout(rows.GetDataName(), rows.GetHeader(), options.cells);
+  BindFields(*model, layout);
   const std::unique_ptr<ScoreResult> result(model->NewResult());
-
-  OutputFile output(options.output);
-  CsvWriter writer(output.GetBuffer(), options.delimiter);
-  if (options.append) {
-    for (const std::string& name : reader.GetHeader()) writer.AddText(name);
-  }
-  WriteHeader(*model, *result, writer);
-  Progress progress(options.quiet);
-  while (reader.ReadCase()) {
-    model->Score(reader.GetRecord(), *result);
-    if (options.append) {
-      for (std::size_t i = 0; i < csv.GetCellCount(); ++i) writer.AddText(csv.GetCell(i));
-    }
-    WriteResult(*result, writer);
-    output.FlushIfLarge();
-    progress.AddRow();
-  }
-  output.Finish();
+  return rows.Run(NameResults(*model, *result), [&] {
+    return std::make_unique<ScoreWorker>(std::unique_ptr<ScoreModel>(model->Clone()), layout);
+  });
 }
 
 }  // namespace VeyraTool

@@ -6,23 +6,20 @@
 #include <string>
 
 #include "veyra/CaseReader.h"
+#include "veyra/Failures.h"
+#include "veyra/RowPipeline.h"
 
 namespace VeyraTool {
 
 struct ScoreOptions {
   std::string model;
-  std::string data;    // empty: standard input
-  std::string output;  // empty: standard output
   std::string catalog;
-  std::string encoding;
+  RowOptions rows;
   CellRules cells;
-  char delimiter = ',';
-  bool append = false;
-  bool quiet = false;
 };
 
 // Scores every row.  Throws CommandFailure or ClosedPipe.
-void RunScore(const ScoreOptions& options);
+ExitStatus RunScore(const ScoreOptions& options);
 
 }  // namespace VeyraTool
 

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <functional>
 #include <string>
 
 #include "veyra/Export.h"
@@ -18,43 +19,77 @@ using namespace VeyraTool;
 struct Options {
   ScoreOptions score;
   InspectOptions inspect;
-  std::string delimiter = ",";
+  ExitStatus status = kDone;  // of the command that ran
 };
+
+constexpr int kMostThreads = 1024;
+
+// The delimiter that the option's text stands for.
+std::string ReadDelimiter(const std::string& text, char& delimiter) {
+  const std::string character = text == "\\t" ? "\t" : text;
+  const bool isCharacter = character.size() == 1 &&
+                           std::string("\"\r\n").find(character[0]) == std::string::npos &&
+                           static_cast<unsigned char>(character[0]) < 0x80 && character[0] != '\0';
+  if (!isCharacter) return "takes one ASCII character, or \\t";
+  delimiter = character[0];
+  return {};
+}
+
+// The options of every command that goes over rows.
+void AddRowOptions(CLI::App& command, RowOptions& rows) {
+  command.add_option("DATA", rows.data,
+                     "The rows as CSV, packed by gzip or not; standard input when left out");
+  command.add_option("-o,--output", rows.output, "Write the results to FILE, complete or not at all")
+      ->type_name("FILE");
+  command.add_option("--encoding", rows.encoding, "The encoding of the data (default: UTF-8)")
+      ->type_name("NAME");
+  command
+      .add_option_function<std::string>(
+          "--delimiter",
+          [&rows](const std::string& text) {
+            const std::string fault = ReadDelimiter(text, rows.delimiter);
+            if (!fault.empty()) throw CLI::ValidationError("--delimiter", fault);
+          },
+          "The character between cells (default: comma)")
+      ->type_name("CHAR");
+  CLI::Option* columns = command.add_option("--columns", rows.columns, "The names of the columns")
+                             ->type_name("NAME,NAME,...")
+                             ->delimiter(',');
+  CLI::Option* noHeader = command.add_flag("--no-header{false}", rows.hasHeader,
+                                           "The data has no header; --columns names the columns");
+  columns->needs(noHeader);
+  noHeader->needs(columns);
+  command.add_option("--threads", rows.threads, "How many threads work (default: one for each processor)")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostThreads));
+  command.add_flag("--append", rows.append, "Write the input columns first, the results after them");
+  command.add_flag("--keep-going", rows.keepGoing,
+                   "Pass over rows that fail: an empty result, and the reason in a column \"error\"");
+  command.add_flag("--quiet", rows.quiet, "No line of progress, no line at the end");
+}
+
+void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog) {
+  command.add_option("MODEL", model, "The PMML document, packed by gzip or not")->required();
+  command
+      .add_option("--catalog", catalog,
+                  "The catalogue of model names (default: modeldll.txt here, else the installed one)")
+      ->type_name("FILE");
+}
 
 void AddScore(CLI::App& app, Options& options) {
   ScoreOptions& score = options.score;
   CLI::App* command = app.add_subcommand("score", "Score the rows of a CSV file with a model");
-  command->add_option("MODEL", score.model, "The PMML document")->required();
-  command->add_option("DATA", score.data, "The rows, with a header; standard input when it is left out");
-  command->add_option("-o,--output", score.output, "Write the results to FILE, complete or not at all")
-      ->type_name("FILE");
-  command
-      ->add_option("--catalog", score.catalog,
-                   "The catalogue of model names (default: modeldll.txt here, else the installed one)")
-      ->type_name("FILE");
-  command->add_option("--encoding", score.encoding, "The encoding of the data (default: UTF-8)")
-      ->type_name("NAME");
+  AddModelOptions(*command, score.model, score.catalog);
+  AddRowOptions(*command, score.rows);
   command
       ->add_option("--missing", score.cells.missingTexts,
                    "A cell text that means missing; may be repeated (default: the empty cell)")
       ->type_name("TEXT")
       ->allow_extra_args(false)
       ->take_all();
-  command->add_option("--delimiter", options.delimiter, "The character between cells (default: comma)")
-      ->type_name("CHAR");
-  command->add_flag("--append", score.append, "Write the input columns first, the results after them");
   command->add_flag("--lax-columns", score.cells.absentColumnsAreMissing,
                     "A needed column that is absent counts as missing instead of stopping");
-  command->add_flag("--quiet", score.quiet, "No progress line");
-  command->callback([&options] {
-    if (options.delimiter == "\\t") options.delimiter = "\t";
-    const bool isCharacter = options.delimiter.size() == 1 &&
-                             std::string("\"\r\n").find(options.delimiter[0]) == std::string::npos &&
-                             static_cast<unsigned char>(options.delimiter[0]) < 0x80;
-    if (!isCharacter) throw CommandFailure(kWrongUsage, "--delimiter takes one ASCII character, or \\t");
-    options.score.delimiter = options.delimiter[0];
-    RunScore(options.score);
-  });
+  command->callback([&options] { options.status = RunScore(options.score); });
 }
 
 void AddInspect(CLI::App& app, Options& options) {
@@ -72,10 +107,15 @@ int Run(int argc, char** argv) {
   AddInspect(app, options);
   try {
     app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDone : kWrongUsage;
+    const auto commands = app.get_subcommands();
+    const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+    std::fprintf(stderr, "veyra: %s (see veyra%s --help)\n", error.what(), command.c_str());
+    return kWrongUsage;
   }
-  return kDone;
+  return options.status;
 }
 
 }  // namespace

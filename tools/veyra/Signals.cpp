@@ -1,0 +1,37 @@
+#include "veyra/Signals.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+
+namespace VeyraTool {
+
+namespace {
+
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+// Read by the handler.  A path is never freed: the handler may be reading it.
+std::atomic<const char*> gPartialPath = nullptr;
+static_assert(std::atomic<const char*>::is_always_lock_free);
+
+// Only what a handler may call.
+void OnSignal(int signal) {
+  const char* const path = gPartialPath.exchange(nullptr);
+  if (path != nullptr) unlink(path);
+  std::signal(signal, SIG_DFL);
+  raise(signal);
+}
+
+}  // namespace
+
+void RemoveOnSignal(const std::string& path) {
+  gPartialPath = (new std::string(path))->c_str();
+  for (const int signal : kSignals) {
+    if (std::signal(signal, OnSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+  }
+}
+
+void KeepOnSignal() { gPartialPath = nullptr; }
+
+}  // namespace VeyraTool
