@@ -91,9 +91,10 @@ TEST(Encodings, RefusalsNameFieldsInUTF8) {
   const std::string field = "<MiningField name='" + names.number + "'/>";
   document.replace(document.find(field), field.size(), "<MiningField name='性別'/>");
   const std::string model = files.Write("モデル.pmml", Encode(document, "Shift_JIS"));
-  EXPECT_EQ(
-      RunProgram({"score", model}).err,
-      "veyra: " + model + ": error 260124: Missing variable:'性別' definition in the 'DataDictionary'.\n");
+  EXPECT_EQ(RunProgram({"score", model}).err,
+            "veyra: " + model +
+                ": error 260124: Missing variable:'性別' definition in the 'DataDictionary'.\n" +
+                "veyra: " + model + ": in /PMML/RegressionModel/MiningSchema/MiningField[@name='性別']\n");
   EXPECT_EQ(RunProgram({"score", files.Path("無い.pmml")}).err,
             "veyra: " + files.Path("無い.pmml") + ": error 260104: Unexpected error in opening PMML file: '" +
                 files.Path("無い.pmml") + "'.\n");

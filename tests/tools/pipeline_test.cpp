@@ -186,6 +186,7 @@ class RunningProgram {
     close(fOut);
     fOut = -1;
   }
+  pid_t GetPid() const { return fChild; }
   void Kill(int signal) const { kill(fChild, signal); }
   // The status as waitpid gives it.
   int Wait() const {
@@ -205,7 +206,10 @@ TEST_F(ScoreThreads, ASignalLeavesTheOldFile) {
     const TemporaryDirectory out;
     const std::string path = out.Write("out.csv", "what stood there\n");
     RunningProgram program({"score", fModel, "-o", path}, "x\n1\n");
-    while (out.CountFiles() < 2) std::this_thread::yield();
+    const std::string partial = path + ".partial." + std::to_string(program.GetPid());
+    while (ReadFile(partial) != "y\n3\n") std::this_thread::yield();
+    // It waits for more rows by now; a thread sanitizer keeps what comes earlier until then.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
     program.Kill(signal);
     const int status = program.Wait();
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;

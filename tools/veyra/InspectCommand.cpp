@@ -241,7 +241,7 @@ void RunInspect(const InspectOptions& options) {
     if (root == nullptr) Refuse(options.document, "there is no XML document in it");
     Inspector(*root, text).Write();
   } catch (const KxVeyra_940::VYException& exception) {
-    ThrowRefusal(options.document, exception);
+    Refuse(options.document, RefusalText(exception));
   } catch (const xercesc::XMLException& exception) {
     Refuse(options.document, KxXML_940::ToUTF8(exception.getMessage()));
   }

@@ -1,10 +1,18 @@
 #include "veyra/LibrarySession.h"
 
+#include <charconv>
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
+#include "veyra/Adaptations.h"
+#include "veyra/ByteSource.h"
+#include "veyra/ElementPath.h"
 #include "veyra/Failures.h"
+#include "veyra/MemoryStream.h"
 #include "veyra/ModelFactory.h"
+#include "xml/ScoreSax2Parser.h"
 
 namespace VeyraTool {
 
@@ -13,6 +21,10 @@ using KxVeyra_940::ScoreModel;
 using KxVeyra_940::VYException;
 
 namespace {
+
+constexpr const char* kLag = "Lag";
+constexpr int kNewestMajor = 4;
+constexpr int kNewestMinor = 4;
 
 // The catalogue that is installed beside this program.
 std::string InstalledCatalog() {
@@ -28,31 +40,117 @@ std::string ChooseCatalog(const std::string& path) {
   return InstalledCatalog();
 }
 
+// Whether the text can hold the element at all: documents of other encodings than those that extend ASCII,
+// and those that declare entities, are looked at by the parser.
+bool MayHold(std::string_view text, std::string_view tag) {
+  return text.find('\0') != std::string_view::npos || text.find_first_of("<\xEF \n\r\t") != 0 ||
+         text.find(tag) != std::string_view::npos || text.find("<!ENTITY") != std::string_view::npos;
+}
+
+bool HoldsLag(std::string_view text) {
+  if (!MayHold(text, kLag)) return false;
+  MemoryStream in(text);
+  return KxVeyra_940::ScoreSax2Parser::IsModelType(kLag, in);
+}
+
+// One line when the document says that it is newer than what the library knows.
+void WarnOfVersion(const std::string& path, const ScoreModel& model) {
+  if (model.GetVersionInfo() == nullptr) return;
+  const std::string& version = model.GetVersionInfo()->GetVersionInfo();
+  int major = 0;
+  int minor = 0;
+  const char* const end = version.data() + version.size();
+  const auto [dot, error] = std::from_chars(version.data(), end, major);
+  if (error == std::errc() && dot != end && *dot == '.') std::from_chars(dot + 1, end, minor);
+  if (major < kNewestMajor || (major == kNewestMajor && minor <= kNewestMinor)) return;
+  std::fprintf(stderr,
+               "veyra: %s: warning: version %s is newer than PMML %d.%d, which is all that is known here\n",
+               path.c_str(), version.c_str(), kNewestMajor, kNewestMinor);
+}
+
 }  // namespace
 
-void ThrowRefusal(const std::string& file, const VYException& exception) {
-  throw CommandFailure(kModelRefused, file + ": error " + std::to_string(exception.GetErrorCode()) + ": " +
-                                          exception.GetErrorMessage());
+std::string RefusalText(const VYException& exception) {
+  return "error " + std::to_string(exception.GetErrorCode()) + ": " + exception.GetErrorMessage();
 }
 
 LibrarySession::LibrarySession(const std::string& catalogPath) : fCatalogPath(ChooseCatalog(catalogPath)) {
   try {
     ModelFactory::Initialize(fCatalogPath);
   } catch (const VYException& exception) {
-    ThrowRefusal(fCatalogPath, exception);
+    throw CommandFailure(kModelRefused, fCatalogPath + ": " + RefusalText(exception));
   }
 }
 
 LibrarySession::~LibrarySession() { ModelFactory::Terminate(); }
 
-std::unique_ptr<ScoreModel> LibrarySession::LoadModel(const std::string& path) const {
+std::unique_ptr<ScoreModel> LibrarySession::MakeModel(std::string_view text) const {
+  MemoryStream in(text);
+  return std::unique_ptr<ScoreModel>(
+      ModelFactory::MakeModelFromXML(in, ModelFactory::fModelNames, std::string()));
+}
+
+std::unique_ptr<ScoreModel> LibrarySession::MakeModelOfFile(const std::string& path) const {
+  if (IsPacked(path)) return MakeModel(ReadWhole(path));
+  return std::unique_ptr<ScoreModel>(ModelFactory::MakeModelFromXML(path, fCatalogPath, std::string()));
+}
+
+LoadedModel LibrarySession::LoadModel(const std::string& path, bool isLenient) const {
+  LoadedModel loaded;
   try {
-    std::unique_ptr<ScoreModel> model(ModelFactory::MakeModelFromXML(path, fCatalogPath, std::string()));
-    if (model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
-    return model;
+    std::vector<Applied> adapted;
+    std::string text;
+    if (isLenient) {
+      const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
+      if (document.GetRoot() != nullptr) adapted = Adapt(*document.GetRoot()->getOwnerDocument());
+      if (!adapted.empty()) text = document.Serialise();
+    }
+    for (const Applied& one : adapted) {
+      std::fprintf(stderr, "veyra: %s: adapted: %s\n", path.c_str(), Describe(one).c_str());
+    }
+    loaded.model = text.empty() ? MakeModelOfFile(path) : MakeModel(text);
+    if (loaded.model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
+    loaded.keepsHistory = HoldsLag(text.empty() ? ReadWhole(path) : text);
   } catch (const VYException& exception) {
-    ThrowRefusal(path, exception);
+    throw CommandFailure(kModelRefused, ExplainRefusal(path, exception, isLenient));
   }
+  WarnOfVersion(path, *loaded.model);
+  return loaded;
+}
+
+// What becomes of a refused document when it is adapted: one line, or nothing.
+std::string LibrarySession::DescribeAdapted(const ParsedDocument& document,
+                                            const std::string& refusal) const {
+  const std::vector<Applied> adapted = Adapt(*document.GetRoot()->getOwnerDocument());
+  if (adapted.empty()) return {};
+  std::string names;
+  for (const Applied& one : adapted) names.append(names.empty() ? "" : "; ").append(Describe(one));
+  try {
+    MakeModel(document.Serialise());
+    return "--lenient would let it through (" + names + ")";
+  } catch (const VYException& exception) {
+    if (RefusalText(exception) == refusal) return {};
+    return "with --lenient (" + names + ") it would be refused all the same: " + RefusalText(exception);
+  }
+}
+
+std::string LibrarySession::ExplainRefusal(const std::string& path, const VYException& exception,
+                                           bool isLenient) const {
+  std::string text = path + ": " + RefusalText(exception);
+  const auto addLine = [&](const std::string& line) {
+    if (!line.empty()) text.append("\nveyra: ").append(path).append(": ").append(line);
+  };
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return text;
+  const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
+  addLine(document.GetFault());
+  if (document.GetRoot() == nullptr) return text;
+  // With --lenient the place is that of the adapted document, whose paths are the same.
+  if (isLenient) Adapt(*document.GetRoot()->getOwnerDocument());
+  const xercesc::DOMElement* element = FindRefused(*document.GetRoot(), exception);
+  if (element != nullptr) addLine("in " + PathOf(*element));
+  if (!isLenient) addLine(DescribeAdapted(document, RefusalText(exception)));
+  return text;
 }
 
 }  // namespace VeyraTool

@@ -5,14 +5,21 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
+#include "veyra/ParsedDocument.h"
 #include "veyra/ScoreModel.h"
 #include "veyra/VYException.h"
 
 namespace VeyraTool {
 
-// "FILE: error ID: text", with status kModelRefused.
-[[noreturn]] void ThrowRefusal(const std::string& file, const KxVeyra_940::VYException& exception);
+// "error ID: text"
+std::string RefusalText(const KxVeyra_940::VYException& exception);
+
+struct LoadedModel {
+  std::unique_ptr<KxVeyra_940::ScoreModel> model;
+  bool keepsHistory = false;  // derived fields look back at earlier cases
+};
 
 class LibrarySession {
  public:
@@ -22,9 +29,20 @@ class LibrarySession {
   LibrarySession(const LibrarySession&) = delete;
   LibrarySession& operator=(const LibrarySession&) = delete;
 
-  std::unique_ptr<KxVeyra_940::ScoreModel> LoadModel(const std::string& path) const;
+  // Makes the model of the document, which may be packed by gzip.  `isLenient`: the document is adapted
+  // first, and what was adapted is said on standard error.  Throws CommandFailure with all that can be said
+  // about a refusal: the library's message, the parser's reason, the element's path, what --lenient would do.
+  LoadedModel LoadModel(const std::string& path, bool isLenient) const;
+
+  // Makes the model of a document in memory.  Throws VYException.
+  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModel(std::string_view text) const;
 
  private:
+  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModelOfFile(const std::string& path) const;
+  std::string DescribeAdapted(const ParsedDocument& document, const std::string& refusal) const;
+  std::string ExplainRefusal(const std::string& path, const KxVeyra_940::VYException& exception,
+                             bool isLenient) const;
+
   std::string fCatalogPath;
 };
 

@@ -14,6 +14,7 @@ namespace VeyraTool {
 struct ScoreOptions {
   std::string model;
   std::string catalog;
+  bool isLenient = false;  // documents are adapted before the library sees them
   RowOptions rows;
   CellRules cells;
 };

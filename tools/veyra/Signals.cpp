@@ -1,9 +1,9 @@
 #include "veyra/Signals.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <csignal>
 
 namespace VeyraTool {
 
@@ -19,8 +19,13 @@ static_assert(std::atomic<const char*>::is_always_lock_free);
 void OnSignal(int signal) {
   const char* const path = gPartialPath.exchange(nullptr);
   if (path != nullptr) unlink(path);
-  std::signal(signal, SIG_DFL);
-  raise(signal);
+  // The program ends as it would without this handler, so that a script around it sees why.
+  ::signal(signal, SIG_DFL);
+  sigset_t set;
+  sigemptyset(&set);
+  sigaddset(&set, signal);
+  pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  kill(getpid(), signal);
 }
 
 }  // namespace
@@ -28,7 +33,7 @@ void OnSignal(int signal) {
 void RemoveOnSignal(const std::string& path) {
   gPartialPath = (new std::string(path))->c_str();
   for (const int signal : kSignals) {
-    if (std::signal(signal, OnSignal) == SIG_IGN) std::signal(signal, SIG_IGN);
+    if (::signal(signal, OnSignal) == SIG_IGN) ::signal(signal, SIG_IGN);
   }
 }
 

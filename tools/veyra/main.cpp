@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "veyra/DoctorCommand.h"
 #include "veyra/Export.h"
 #include "veyra/Failures.h"
 #include "veyra/InspectCommand.h"
@@ -19,6 +20,7 @@ using namespace VeyraTool;
 struct Options {
   ScoreOptions score;
   InspectOptions inspect;
+  DoctorOptions doctor;
   ExitStatus status = kDone;  // of the command that ran
 };
 
@@ -81,6 +83,8 @@ void AddScore(CLI::App& app, Options& options) {
   CLI::App* command = app.add_subcommand("score", "Score the rows of a CSV file with a model");
   AddModelOptions(*command, score.model, score.catalog);
   AddRowOptions(*command, score.rows);
+  command->add_flag("--lenient", score.isLenient,
+                    "Adapt a document that the library refuses, and say what was adapted (see veyra doctor)");
   command
       ->add_option("--missing", score.cells.missingTexts,
                    "A cell text that means missing; may be repeated (default: the empty cell)")
@@ -98,6 +102,12 @@ void AddInspect(CLI::App& app, Options& options) {
   command->callback([&options] { RunInspect(options.inspect); });
 }
 
+void AddDoctor(CLI::App& app, Options& options) {
+  CLI::App* command = app.add_subcommand("doctor", "Say all that keeps a document from being scored");
+  AddModelOptions(*command, options.doctor.model, options.doctor.catalog);
+  command->callback([&options] { options.status = RunDoctor(options.doctor); });
+}
+
 int Run(int argc, char** argv) {
   Options options;
   CLI::App app("Scores data with PMML models.", "veyra");
@@ -105,6 +115,7 @@ int Run(int argc, char** argv) {
   app.require_subcommand(1);
   AddScore(app, options);
   AddInspect(app, options);
+  AddDoctor(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {

@@ -1,0 +1,23 @@
+// veyra doctor MODEL
+
+#ifndef VEYRA_TOOLS_DOCTORCOMMAND_H_
+#define VEYRA_TOOLS_DOCTORCOMMAND_H_
+
+#include <string>
+
+#include "veyra/Failures.h"
+
+namespace VeyraTool {
+
+struct DoctorOptions {
+  std::string model;
+  std::string catalog;
+};
+
+// Writes everything that keeps the document from being scored to standard output, and the columns that its
+// data needs.  kModelRefused when there is such a thing.  Throws CommandFailure or ClosedPipe.
+ExitStatus RunDoctor(const DoctorOptions& options);
+
+}  // namespace VeyraTool
+
+#endif  // VEYRA_TOOLS_DOCTORCOMMAND_H_
