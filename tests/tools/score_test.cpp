@@ -198,17 +198,7 @@ TEST_F(Score, AFileIsThereCompleteOrNotAtAll) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST(Veyra, VersionAndInspect) {
-  EXPECT_EQ(RunProgram({"--version"}).out, "veyra 9.4.0\n");
-  const ProgramRun run = RunProgram({"inspect", Document("iris.pmml")});
-  EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(run.out.substr(0, run.out.find("  sepal width")),
-            "Root:   PMML, version 4.4\nModel:  RegressionModel 'iris', classification\nFields: 5\n"
-            "  sepal length (cm)  continuous   double  active\n");
-  EXPECT_NE(run.out.find(
-                "  species            categorical  string  target  valid: setosa, versicolor, virginica\n"),
-            std::string::npos);
-}
+TEST(Veyra, TellsItsVersion) { EXPECT_EQ(RunProgram({"--version"}).out, "veyra 9.4.0\n"); }
 
 // The documents were made by another program, which also gave the expected answers.
 TEST(Veyra, EqualsTheTrainingProgram) {

@@ -1,251 +1,230 @@
 #include "veyra/InspectCommand.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <map>
 #include <memory>
-#include <vector>
-#include <xercesc/dom/DOM.hpp>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <sstream>
+#include <xercesc/dom/DOMElement.hpp>
 
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "veyra/DocumentSummary.h"
 #include "veyra/Failures.h"
 #include "veyra/LibrarySession.h"
 #include "veyra/Number.h"
 #include "veyra/OutputFile.h"
-#include "xml/KxXInputSource.h"
-#include "xml/ParserLimits.h"
+#include "veyra/ParsedDocument.h"
+#include "veyra/ScoreDictionary.h"
+#include "veyra/TextTable.h"
 #include "xml/XercesWrapper.h"
-#include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::PMMLModelTags;
 using KxVeyra_940::BaseTranslator;
-using KxVeyra_940::OptionalText;
 using KxVeyra_940::PMMLTranslator;
 using KxVeyra_940::ScoreDictionary;
-using KxVeyra_940::ScoreDictVar;
-using KxVeyra_940::ScoreValue;
 using xercesc::DOMElement;
 
 namespace {
 
 constexpr std::size_t kShownValues = 12;
+constexpr std::size_t kWideNames = 40;  // where no long text follows
 
-constexpr const char* kLevels[] = {"continuous", "ordinal", "categorical"};
-
-// A table of texts whose columns line up.
-class Table {
- public:
-  void AddRow(std::vector<std::string> cells) { fRows.push_back(std::move(cells)); }
-
-  void WriteTo(std::string& out) const {
-    std::vector<std::size_t> widths;
-    for (const auto& row : fRows) {
-      widths.resize(std::max(widths.size(), row.size()), 0);
-      for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], Width(row[i]));
-    }
-    for (const auto& row : fRows) {
-      std::string line;
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        line.append("  ").append(row[i]).append(widths[i] - Width(row[i]), ' ');
-      }
-      line.erase(line.find_last_not_of(' ') + 1);
-      out.append(line).append("\n");
-    }
-  }
-
- private:
-  // Characters, not bytes.
-  static std::size_t Width(const std::string& text) {
-    return static_cast<std::size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-  }
-
-  std::vector<std::vector<std::string>> fRows;
-};
-
-std::string ValueText(const ScoreValue& value) {
-  if (value.GetType() != ScoreValue::kNumericValueType) return value.GetString();
-  std::string text;
-  AppendNumber(value.GetDouble(), text);
-  return text;
-}
-
+// The first texts and how many there are.
 std::string Joined(const std::vector<std::string>& texts) {
   std::string joined;
   for (std::size_t i = 0; i < std::min(texts.size(), kShownValues); ++i) {
-    if (i > 0) joined += ", ";
-    joined += texts[i];
+    joined.append(i == 0 ? "" : ", ").append(texts[i].empty() ? "''" : texts[i]);
   }
   if (texts.size() > kShownValues) joined += ", ... (" + std::to_string(texts.size()) + " in all)";
   return joined;
 }
 
-std::string ValidValues(const ScoreDictVar& field) {
-  const auto* labels = field.GetValueLabels();
-  if (labels == nullptr) return {};
-  std::vector<std::string> texts;
-  for (const auto* label : labels->GetAllValueLabels()) {
-    const std::string value = ValueText(*label->GetValue());
-    texts.push_back(label->GetLabel() == value || label->GetLabel() == label->GetValue()->GetString()
-                        ? value
-                        : value + " = " + label->GetLabel());
+std::string ValuesText(const FieldSummary& field) {
+  std::vector<std::string> intervals;
+  for (const IntervalSummary& interval : field.intervals) intervals.push_back(interval.GetText());
+  std::vector<std::string> valid;
+  for (const ValueSummary& value : field.valid) {
+    const bool hasLabel = !value.label.empty() && value.label != value.value;
+    valid.push_back(hasLabel ? value.value + " = " + value.label : value.value);
   }
-  return "valid: " + Joined(texts);
+  const struct {
+    const char* title;
+    const std::vector<std::string>& texts;
+  } lists[] = {{"", intervals}, {"", valid}, {"missing: ", field.missing}, {"invalid: ", field.invalid}};
+  std::string text;
+  for (const auto& list : lists) {
+    if (list.texts.empty()) continue;
+    text.append(text.empty() ? "" : "; ").append(list.title).append(Joined(list.texts));
+  }
+  return text;
 }
 
-std::string MissingValues(const ScoreDictVar& field) {
-  const auto* ranges = field.GetMissingValues();
-  if (ranges == nullptr) return {};
-  std::vector<std::string> texts;
-  for (const auto* range : ranges->GetMissingValues()) {
-    std::string text = ValueText(*range->GetMin());
-    const std::string high = ValueText(*range->GetMax());
-    if (text != high) {
-      text.insert(0, range->GetLowEnd() ? "[" : "(");
-      text.append(", ").append(high).append(range->GetHighEnd() ? "]" : ")");
-    }
-    texts.push_back(std::move(text));
-  }
-  return "missing: " + Joined(texts);
+void AddLine(const std::string& text, std::string& out) {
+  out.append(FitTo(text, kTerminalWidth)).append("\n");
 }
 
-std::string TypeOf(const ScoreDictVar& field, const std::string& documented) {
-  if (!documented.empty()) return documented;
-  return field.GetVarType() == ScoreDictVar::STRING_VAR ? "string" : "numeric";
+void AddTable(const std::string& title, const TextTable& table, std::size_t count, std::string& out) {
+  if (count == 0) return;
+  out.append("\n").append(title).append(" (").append(std::to_string(count)).append(")\n");
+  table.WriteTo(out);
 }
 
-class Inspector {
- public:
-  Inspector(const DOMElement& root, std::string& out) : fRoot(root), fOut(out) {}
-
-  void Write() {
-    const std::string tag = PMMLTranslator::ToString(fRoot.getTagName());
-    const std::string version = OptionalText(fRoot, Tags::XML_ATT_VERSION);
-    fOut += "Root:   " + tag + (version.empty() ? "" : ", version " + version) + "\n";
-    FindModels();
-    WriteModels();
-    WriteFields();
-    WriteDerivedFields();
+void WriteDocument(const DocumentSummary& summary, std::string& out) {
+  std::string line = summary.root + (summary.version.empty() ? "" : " " + summary.version);
+  if (!summary.application.empty()) {
+    line += ", written by " + summary.application;
+    if (!summary.applicationVersion.empty()) line += " " + summary.applicationVersion;
   }
-
- private:
-  void FindModels() {
-    KxVeyra_940::ForEachChildElement(&fRoot, [this](const DOMElement& child) {
-      if (KxVeyra_940::IsModelElement(child)) fModels.push_back(&child);
-    });
+  if (!summary.timestamp.empty()) line += ", " + summary.timestamp;
+  AddLine(line, out);
+  if (!summary.description.empty()) AddLine(summary.description, out);
+  if (summary.models.empty()) AddLine("no model", out);
+  for (const ModelSummary& model : summary.models) {
+    line = model.kind;
+    if (!model.name.empty()) line += " '" + model.name + "'";
+    if (!model.function.empty()) line += ", " + model.function;
+    if (!model.algorithm.empty()) line += ", algorithm " + model.algorithm;
+    AddLine(line, out);
   }
+}
 
-  void WriteModels() const {
-    if (fModels.empty()) fOut += "Model:  none\n";
-    for (const DOMElement* model : fModels) {
-      fOut += "Model:  " + PMMLTranslator::ToString(model->getTagName());
-      const std::string name = OptionalText(*model, Tags::XML_ATT_MODELNAME);
-      const std::string function = OptionalText(*model, Tags::XML_ATT_FUNCTIONNAME);
-      if (!name.empty()) fOut += " '" + name + "'";
-      if (!function.empty()) fOut += ", " + function;
-      fOut += "\n";
-    }
+std::string WriteText(const DocumentSummary& summary) {
+  std::string out;
+  WriteDocument(summary, out);
+  TextTable fields({"name", "type", "level", "role", "values"});
+  for (const FieldSummary& field : summary.fields) {
+    fields.AddRow(
+        {field.name, field.type, field.level, field.role.empty() ? "-" : field.role, ValuesText(field)});
   }
-
-  // The usage that the first model's mining schema gives each field.
-  std::map<std::string, std::string> ReadUsages() const {
-    std::map<std::string, std::string> usages;
-    if (fModels.empty()) return usages;
-    const DOMElement* schema = BaseTranslator::GetChildByTag(fModels.front(), Tags::XML_ELE_MININGSCHEMA);
-    KxVeyra_940::ForEachChildElement(schema, [&](const DOMElement& field) {
-      const std::string usage = OptionalText(field, Tags::XML_ATT_MININGFIELD_USAGETYPE);
-      usages[OptionalText(field, Tags::XML_ATT_MININGFIELD_NAME)] = usage.empty() ? "active" : usage;
-    });
-    return usages;
+  AddTable("Fields", fields, summary.fields.size(), out);
+  TextTable derived({"name", "type", "level", "expression"}, kWideNames);
+  for (const DerivedFieldSummary& field : summary.derivedFields) {
+    derived.AddRow({field.name, field.type, field.level, field.expression});
   }
-
-  void WriteFields() const {
-    const DOMElement* element = BaseTranslator::GetChildByTag(&fRoot, Tags::XML_ELE_DATADICTIONARY);
-    if (element == nullptr) {
-      fOut += "Fields: none\n";
-      return;
-    }
-    PMMLTranslator translator{std::string()};
-    const std::unique_ptr<ScoreDictionary> dictionary(translator.ParseDictionary(element, false));
-    const std::map<std::string, std::string> usages = ReadUsages();
-    fOut += "Fields: " + std::to_string(dictionary->Size()) + "\n";
-    Table table;
-    KxVeyra_940::ForEachChildElement(element, [&](const DOMElement& child) {
-      const ScoreDictVar* field = dictionary->GetVar(OptionalText(child, Tags::XML_ATT_DATAFIELD_NAME));
-      if (field == nullptr || !KxVeyra_940::HasTag(child, Tags::XML_ELE_DATAFIELD)) return;
-      const auto usage = usages.find(field->GetName());
-      std::string values = ValidValues(*field);
-      const std::string missing = MissingValues(*field);
-      if (!values.empty() && !missing.empty()) values += "; ";
-      table.AddRow({field->GetName(), kLevels[field->GetMLevel()],
-                    TypeOf(*field, OptionalText(child, Tags::XML_ATT_DATATYPE)),
-                    usage == usages.end() ? "" : usage->second, values + missing});
-    });
-    table.WriteTo(fOut);
+  AddTable("Derived fields", derived, summary.derivedFields.size(), out);
+  TextTable outputs({"name", "type", "feature"}, kWideNames);
+  for (const OutputSummary& output : summary.outputs) {
+    const std::string feature = output.feature.empty() ? "predictedValue" : output.feature;
+    outputs.AddRow(
+        {output.name, output.type, output.value.empty() ? feature : feature + " of " + output.value});
   }
+  AddTable("Outputs", outputs, summary.outputs.size(), out);
+  return out;
+}
 
-  void WriteDerivedFields() const {
-    Table table;
-    std::size_t count = 0;
-    KxVeyra_940::ForEachElementBelow(fRoot, Tags::XML_ELE_DERIVEDFIELD, [&](const DOMElement& field) {
-      ++count;
-      const DOMElement* expression = BaseTranslator::GetFirstChildElt(&field);
-      table.AddRow({OptionalText(field, Tags::XML_ATT_NAME),
-                    OptionalText(field, Tags::XML_ATT_DATAFIELD_OPTYPE),
-                    OptionalText(field, Tags::XML_ATT_DATATYPE),
-                    expression == nullptr ? "" : PMMLTranslator::ToString(expression->getTagName())});
-    });
-    if (count == 0) return;
-    fOut += "Derived fields: " + std::to_string(count) + "\n";
-    table.WriteTo(fOut);
+using Json = nlohmann::ordered_json;
+
+// A bound as a number; null when there is none, and its text when it is no number.
+Json Bound(const std::string& text) {
+  if (text.empty()) return nullptr;
+  const std::optional<double> number = ReadNumber(text);
+  return number.has_value() ? Json(*number) : Json(text);
+}
+
+Json ToJson(const FieldSummary& field) {
+  Json valid = Json::array();
+  for (const ValueSummary& value : field.valid)
+    valid.push_back({{"value", value.value}, {"label", value.label}});
+  Json intervals = Json::array();
+  for (const IntervalSummary& interval : field.intervals) {
+    intervals.push_back(
+        {{"closure", interval.closure}, {"left", Bound(interval.left)}, {"right", Bound(interval.right)}});
   }
+  return {{"name", field.name},       {"label", field.label},     {"type", field.type},
+          {"level", field.level},     {"role", field.role},       {"valid", std::move(valid)},
+          {"missing", field.missing}, {"invalid", field.invalid}, {"intervals", std::move(intervals)}};
+}
 
-  const DOMElement& fRoot;
-  std::string& fOut;
-  std::vector<const DOMElement*> fModels;
-};
+std::string WriteJson(const DocumentSummary& summary) {
+  Json models = Json::array();
+  for (const ModelSummary& model : summary.models) {
+    models.push_back({{"kind", model.kind},
+                      {"name", model.name},
+                      {"function", model.function},
+                      {"algorithm", model.algorithm}});
+  }
+  Json fields = Json::array();
+  for (const FieldSummary& field : summary.fields) fields.push_back(ToJson(field));
+  Json derived = Json::array();
+  for (const DerivedFieldSummary& field : summary.derivedFields) {
+    derived.push_back({{"name", field.name},
+                       {"type", field.type},
+                       {"level", field.level},
+                       {"expression", field.expression}});
+  }
+  Json outputs = Json::array();
+  for (const OutputSummary& output : summary.outputs) {
+    outputs.push_back(
+        {{"name", output.name}, {"feature", output.feature}, {"value", output.value}, {"type", output.type}});
+  }
+  const Json document = {{"root", summary.root},
+                         {"version", summary.version},
+                         {"application", summary.application},
+                         {"applicationVersion", summary.applicationVersion},
+                         {"description", summary.description},
+                         {"timestamp", summary.timestamp}};
+  const Json all = {{"document", document},
+                    {"models", std::move(models)},
+                    {"fields", std::move(fields)},
+                    {"derivedFields", std::move(derived)},
+                    {"outputs", std::move(outputs)}};
+  return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
 
-[[noreturn]] void Refuse(const std::string& file, const std::string& reason) {
-  throw CommandFailure(kModelRefused, file + ": " + reason);
+// The library's display of what it translates: the dictionary with the targets of the first model, and the
+// results that the document names.
+std::string WriteDisplay(const DOMElement& root) {
+  PMMLTranslator translator{std::string()};
+  const DOMElement* element = BaseTranslator::GetChildByTag(&root, Tags::XML_ELE_DATADICTIONARY);
+  const std::unique_ptr<ScoreDictionary> dictionary(translator.ParseDictionary(element, false));
+  const DOMElement* model = nullptr;
+  KxVeyra_940::ForEachChildElement(&root, [&](const DOMElement& child) {
+    if (model == nullptr && KxVeyra_940::IsModelElement(child)) model = &child;
+  });
+  std::ostringstream out;
+  if (model == nullptr) {
+    dictionary->Display(out);
+    return out.str();
+  }
+  if (const DOMElement* targets = BaseTranslator::GetChildByTag(model, Tags::XML_ELE_TARGETS)) {
+    translator.HandleTargets(targets, dictionary.get());
+  }
+  dictionary->Display(out);
+  const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(model));
+  if (results != nullptr) results->Display(out);
+  return out.str();
+}
+
+// Whether what is asked for lies behind the model's header.  A drawing of the tree belongs here as well.
+bool NeedsWhole(const InspectOptions& options) { return options.display; }
+
+std::string Inspect(const InspectOptions& options) {
+  const KxVeyra_940::XercesWrapper platform(false);
+  const ParsedDocument document(options.document, NeedsWhole(options) ? ParsedDocument::Extent::kWhole
+                                                                      : ParsedDocument::Extent::kHeader);
+  if (!document.GetFault().empty()) {
+    throw CommandFailure(kModelRefused, options.document + ": " + document.GetFault());
+  }
+  const DOMElement& root = *document.GetRoot();
+  if (options.display) return WriteDisplay(root);
+  const DocumentSummary summary = Summarise(root);
+  return options.json ? WriteJson(summary) : WriteText(summary);
 }
 
 }  // namespace
 
 void RunInspect(const InspectOptions& options) {
-  std::ifstream in(options.document, std::ios::binary);
-  if (!in.is_open()) Refuse(options.document, std::string("cannot open the file: ") + std::strerror(errno));
   OutputFile output{std::string()};
-  std::string text;
   try {
-    const KxVeyra_940::XercesWrapper platform(false);
-    KxXML_940::LimitedDOMParser parser;
-    parser.setLoadExternalDTD(false);
-    parser.setValidationScheme(xercesc::XercesDOMParser::Val_Never);
-    KxXML_940::ParseErrorRecorder errors;
-    parser.setErrorHandler(&errors);
-    const KxXML_940::KxXInputSource source(in);
-    parser.parse(source);
-    if (errors.HasFatalError()) {
-      Refuse(options.document, "line " + std::to_string(errors.GetLine()) + ", column " +
-                                   std::to_string(errors.GetColumn()) + ": " + errors.GetText());
-    }
-    const xercesc::DOMDocument* document = parser.getDocument();
-    const DOMElement* root = document == nullptr ? nullptr : document->getDocumentElement();
-    if (root == nullptr) Refuse(options.document, "there is no XML document in it");
-    Inspector(*root, text).Write();
+    output.Write(Inspect(options));
   } catch (const KxVeyra_940::VYException& exception) {
-    Refuse(options.document, RefusalText(exception));
-  } catch (const xercesc::XMLException& exception) {
-    Refuse(options.document, KxXML_940::ToUTF8(exception.getMessage()));
+    throw CommandFailure(kModelRefused, options.document + ": " + RefusalText(exception));
   }
-  output.Write(text);
 }
 
 }  // namespace VeyraTool

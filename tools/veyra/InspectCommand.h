@@ -9,6 +9,8 @@ namespace VeyraTool {
 
 struct InspectOptions {
   std::string document;
+  bool json = false;     // for programs: docs/inspect-json.md
+  bool display = false;  // the library's own display of the dictionaries
 };
 
 // Writes what the document holds to standard output.  Throws CommandFailure or ClosedPipe.

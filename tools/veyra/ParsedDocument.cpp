@@ -88,13 +88,6 @@ class TextTarget : public xercesc::XMLFormatTarget {
   std::string& fText;
 };
 
-struct Release {
-  template <class Object>
-  void operator()(Object* object) const {
-    object->release();
-  }
-};
-
 }  // namespace
 
 // Notices when the first model's own content begins.
@@ -156,8 +149,11 @@ void ParsedDocument::Parse(const Source& source, Extent extent) {
       xercesc::XMLPScanToken token;
       bool hasMore = fParser->parseFirst(source, token);
       while (hasMore && !fParser->IsHeaderRead()) hasMore = fParser->parseNext(token);
-      fIsWhole = !fParser->IsHeaderRead();
-      if (!fIsWhole) fParser->parseReset(token);
+      if (fParser->IsHeaderRead()) {
+        // What has been read stays; the parser forgets it.
+        fDocument.reset(fParser->adoptDocument());
+        fParser->parseReset(token);
+      }
     }
   } catch (const xercesc::XMLException& exception) {
     fFault = KxXML_940::ToUTF8(exception.getMessage());
@@ -170,23 +166,25 @@ void ParsedDocument::Parse(const Source& source, Extent extent) {
     fFault = "line " + std::to_string(errors.GetLine()) + ", column " + std::to_string(errors.GetColumn()) +
              ": " + errors.GetText();
   }
+  if (fDocument == nullptr) fDocument.reset(fParser->adoptDocument());
   if (fFault.empty() && GetRoot() == nullptr) fFault = "there is no XML document in it";
 }
 
 DOMElement* ParsedDocument::GetRoot() const {
-  if (!fFault.empty() || fParser->getDocument() == nullptr) return nullptr;
-  return fParser->getDocument()->getDocumentElement();
+  if (!fFault.empty() || fDocument == nullptr) return nullptr;
+  return fDocument->getDocumentElement();
 }
 
 std::string ParsedDocument::Serialise() const {
   std::string text;
   TextTarget target(text);
   auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"LS");
-  const std::unique_ptr<xercesc::DOMLSSerializer, Release> serializer(implementation->createLSSerializer());
-  const std::unique_ptr<xercesc::DOMLSOutput, Release> output(implementation->createLSOutput());
+  const std::unique_ptr<xercesc::DOMLSSerializer, ReleaseDom> serializer(
+      implementation->createLSSerializer());
+  const std::unique_ptr<xercesc::DOMLSOutput, ReleaseDom> output(implementation->createLSOutput());
   output->setEncoding(u"UTF-8");
   output->setByteStream(&target);
-  serializer->write(fParser->getDocument(), output.get());
+  serializer->write(fDocument.get(), output.get());
   return text;
 }
 

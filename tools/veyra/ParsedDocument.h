@@ -14,6 +14,14 @@
 
 namespace VeyraTool {
 
+// Gives what the parser's implementation made back to it.
+struct ReleaseDom {
+  template <class Object>
+  void operator()(Object* object) const {
+    object->release();
+  }
+};
+
 class ParsedDocument {
  public:
   enum class Extent {
@@ -34,9 +42,6 @@ class ParsedDocument {
   const std::string& GetFault() const { return fFault; }
   // Null when there is a fault.
   xercesc::DOMElement* GetRoot() const;
-  // Whether all of the document was read.
-  bool IsWhole() const { return fIsWhole; }
-
   // The document as UTF-8.  REQUIRES: it was read as a whole and has no fault.
   std::string Serialise() const;
 
@@ -48,7 +53,7 @@ class ParsedDocument {
 
   std::unique_ptr<HeaderParser> fParser;
   std::string fFault;
-  bool fIsWhole = true;
+  std::unique_ptr<xercesc::DOMDocument, ReleaseDom> fDocument;
 };
 
 }  // namespace VeyraTool

@@ -98,8 +98,12 @@ void AddScore(CLI::App& app, Options& options) {
 
 void AddInspect(CLI::App& app, Options& options) {
   CLI::App* command = app.add_subcommand("inspect", "Show what a document holds");
-  command->add_option("DOCUMENT", options.inspect.document, "The PMML document")->required();
-  command->callback([&options] { RunInspect(options.inspect); });
+  InspectOptions& inspect = options.inspect;
+  command->add_option("DOCUMENT", inspect.document, "The PMML document, packed by gzip or not")->required();
+  CLI::Option* json = command->add_flag("--json", inspect.json, "The same as JSON, for programs");
+  command->add_flag("--display", inspect.display, "The library's own display of the dictionaries")
+      ->excludes(json);
+  command->callback([&inspect] { RunInspect(inspect); });
 }
 
 void AddDoctor(CLI::App& app, Options& options) {
