@@ -1,0 +1,148 @@
+#include "veyra/CommandLine.h"
+
+#include <cstdio>
+#include <string>
+
+#include "veyra/Adaptations.h"
+#include "veyra/ManualPage.h"
+
+namespace VeyraTool {
+
+namespace {
+
+constexpr int kMostThreads = 1024;
+constexpr std::size_t kAdaptationColumn = 18;
+
+constexpr const char* kExitStatus =
+    "Exit status: 0 done, 1 wrong usage, 2 the document or a plug-in was refused,\n"
+    "3 the data was refused, or rows of it with --keep-going.";
+
+// The delimiter that the option's text stands for.
+std::string ReadDelimiter(const std::string& text, char& delimiter) {
+  const std::string character = text == "\\t" ? "\t" : text;
+  const bool isCharacter = character.size() == 1 &&
+                           std::string("\"\r\n").find(character[0]) == std::string::npos &&
+                           static_cast<unsigned char>(character[0]) < 0x80 && character[0] != '\0';
+  if (!isCharacter) return "takes one ASCII character, or \\t";
+  delimiter = character[0];
+  return {};
+}
+
+std::string ListAdaptations() {
+  std::string text = "What veyra score --lenient adapts:";
+  for (const Adaptation& adaptation : AllAdaptations()) {
+    std::string name = std::string("\n  ") + adaptation.name;
+    name.resize(kAdaptationColumn, ' ');
+    text.append(name).append(adaptation.meaning);
+  }
+  return text;
+}
+
+// The options of every command that goes over rows.
+void AddRowOptions(CLI::App& command, RowOptions& rows) {
+  command
+      .add_option("DATA", rows.data, "The rows as CSV, packed by gzip or not; standard input when left out")
+      ->type_name(" ");
+  command.add_option("-o,--output", rows.output, "Write the results to FILE, complete or not at all")
+      ->type_name("FILE");
+  command.add_option("--encoding", rows.encoding, "The encoding of the data (default: UTF-8)")
+      ->type_name("NAME");
+  command
+      .add_option_function<std::string>(
+          "--delimiter",
+          [&rows](const std::string& text) {
+            const std::string fault = ReadDelimiter(text, rows.delimiter);
+            if (!fault.empty()) throw CLI::ValidationError("--delimiter", fault);
+          },
+          "The character between cells (default: comma)")
+      ->type_name("CHAR");
+  CLI::Option* columns = command.add_option("--columns", rows.columns, "The names of the columns")
+                             ->type_name("NAME,NAME,...")
+                             ->delimiter(',');
+  CLI::Option* noHeader = command.add_flag_callback(
+      "--no-header", [&rows] { rows.hasHeader = false; },
+      "The data has no header; --columns names the columns");
+  columns->needs(noHeader);
+  noHeader->needs(columns);
+  command.add_option("--threads", rows.threads, "How many threads work (default: one for each processor)")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostThreads).description(""));
+  command.add_flag("--append", rows.append, "Write the input columns first, the results after them");
+  command.add_flag("--keep-going", rows.keepGoing,
+                   "Pass over rows that fail: an empty result, and the reason in a column \"error\"");
+  command.add_flag("--quiet", rows.quiet, "No line of progress, no line at the end");
+}
+
+void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog) {
+  command.add_option("MODEL", model, "The PMML document, packed by gzip or not")->type_name(" ")->required();
+  command
+      .add_option("--catalog", catalog,
+                  "The catalogue of model names (default: modeldll.txt here, else the installed one)")
+      ->type_name("FILE");
+}
+
+void AddScore(CLI::App& app, Options& options) {
+  ScoreOptions& score = options.score;
+  CLI::App* command = app.add_subcommand("score", "Score the rows of a CSV file with a model");
+  AddModelOptions(*command, score.model, score.catalog);
+  AddRowOptions(*command, score.rows);
+  command->add_flag("--lenient", score.isLenient,
+                    "Adapt a document that the library refuses, and say what was adapted (see veyra doctor)");
+  command
+      ->add_option("--missing", score.cells.missingTexts,
+                   "A cell text that means missing; may be repeated (default: the empty cell)")
+      ->type_name("TEXT")
+      ->allow_extra_args(false)
+      ->take_all();
+  command->add_flag("--lax-columns", score.cells.absentColumnsAreMissing,
+                    "A needed column that is absent counts as missing instead of stopping");
+  command->footer(
+      "Example:\n  veyra score model.pmml data.csv.gz --append --threads 4 -o results.csv\n\n"
+      "The results are a column named after the target, for a classification the\n"
+      "probability of each category, and the document's output fields.");
+  command->callback([&options] { options.status = RunScore(options.score); });
+}
+
+void AddInspect(CLI::App& app, Options& options) {
+  CLI::App* command = app.add_subcommand("inspect", "Show what a document holds");
+  InspectOptions& inspect = options.inspect;
+  command->add_option("DOCUMENT", inspect.document, "The PMML document, packed by gzip or not")
+      ->type_name(" ")
+      ->required();
+  CLI::Option* json = command->add_flag("--json", inspect.json, "The same as JSON, for programs");
+  command->add_flag("--display", inspect.display, "The library's own display of the dictionaries")
+      ->excludes(json);
+  command->footer("Example:\n  veyra inspect --json model.pmml | jq '.fields[].name'");
+  command->callback([&inspect] { RunInspect(inspect); });
+}
+
+void AddDoctor(CLI::App& app, Options& options) {
+  CLI::App* command = app.add_subcommand("doctor", "Say all that keeps a document from being scored");
+  AddModelOptions(*command, options.doctor.model, options.doctor.catalog);
+  command->footer("Example:\n  veyra doctor model.pmml && veyra score model.pmml data.csv\n\n" +
+                  ListAdaptations());
+  command->callback([&options] { options.status = RunDoctor(options.doctor); });
+}
+
+// What is made from the commands themselves; packages install it.
+void AddPapers(CLI::App& app, Options&) {
+  CLI::App* manual = app.add_subcommand("manual", "Write the manual page, for man -l -");
+  manual->footer("Example:\n  veyra manual | man -l -");
+  manual->callback([&app] { std::fputs(ManualPage(app).c_str(), stdout); });
+  CLI::App* completion = app.add_subcommand("completion", "Write the completion of the commands for bash");
+  completion->footer("Example:\n  source <(veyra completion)");
+  completion->callback([&app] { std::fputs(BashCompletion(app).c_str(), stdout); });
+}
+
+}  // namespace
+
+void AddCommands(CLI::App& app, Options& options) {
+  app.require_subcommand(1);
+  app.footer("Example:\n  veyra score model.pmml data.csv -o results.csv\n\n" + std::string(kExitStatus));
+  AddScore(app, options);
+  AddInspect(app, options);
+  AddDoctor(app, options);
+  AddPapers(app, options);
+}
+
+}  // namespace VeyraTool
