@@ -25,23 +25,28 @@ constexpr std::size_t kExactDigits = std::size(kPowers) - 1;
 // What most cells are: some digits and a point among them.  Both the digits and the power of ten are exact
 // doubles then, so that their quotient is the double nearest to the text.
 std::optional<double> ReadShortDecimal(std::string_view text) {
-  const bool isNegative = text.starts_with('-');
-  if (isNegative) text.remove_prefix(1);
-  if (text.empty() || text.size() > kExactDigits) return std::nullopt;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  const bool isNegative = at != end && *at == '-';
+  if (isNegative) ++at;
+  const auto size = static_cast<std::size_t>(end - at);
+  if (size == 0 || size > kExactDigits || (size == 1 && *at == '.')) return std::nullopt;
   std::uint64_t digits = 0;
-  std::size_t point = text.size();
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto digit = static_cast<unsigned>(text[i]) - unsigned{'0'};
-    if (digit <= 9) {
+  const auto readDigits = [&] {
+    for (; at != end; ++at) {
+      const auto digit = static_cast<unsigned>(*at) - unsigned{'0'};
+      if (digit > 9) return;
       digits = 10 * digits + digit;
-    } else if (text[i] == '.' && point == text.size() && text.size() > 1) {
-      point = i;
-    } else {
-      return std::nullopt;
     }
+  };
+  readDigits();
+  double number = static_cast<double>(digits);
+  if (at != end && *at == '.') {
+    const char* const decimals = ++at;
+    readDigits();
+    number = static_cast<double>(digits) / kPowers[at - decimals];
   }
-  const std::size_t decimals = point == text.size() ? 0 : text.size() - point - 1;
-  const double number = static_cast<double>(digits) / kPowers[decimals];
+  if (at != end) return std::nullopt;
   return isNegative ? -number : number;
 }
 

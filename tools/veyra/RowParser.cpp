@@ -36,6 +36,7 @@ RowParser::~RowParser() { csv_free(&fParser); }
 void RowParser::Start(std::string_view block) {
   fBlock = block;
   fPosition = 0;
+  fLineCount = 0;
   fHasQuotes = block.find('"') != std::string_view::npos;
   fHasReturns = block.find('\r') != std::string_view::npos;
   fIsClean = IsClean(block);
@@ -51,13 +52,19 @@ std::size_t RowParser::EndOfLine(std::size_t begin) const {
   return feed == std::string_view::npos ? fBlock.size() : begin + feed + 1;
 }
 
+// Every line but the last one of a text has an end.
+void RowParser::GoTo(std::size_t lineEnd) {
+  fPosition = lineEnd;
+  ++fLineCount;
+}
+
 bool RowParser::Next() {
   while (fPosition < fBlock.size() && !fIsBroken) {
     fRowBegin = fPosition;
     const std::size_t end = EndOfLine(fPosition);
     std::string_view line = fBlock.substr(fPosition, end - fPosition);
     if (fHasQuotes && line.find('"') != std::string_view::npos) return ReadQuotedRow(end);
-    fPosition = end;
+    GoTo(end);
     while (!line.empty() && IsLineEnd(line.back())) line.remove_suffix(1);
     if (line.empty() && fColumns != 1) continue;
     SplitLine(line);
@@ -100,7 +107,7 @@ bool RowParser::ReadQuotedRow(std::size_t lineEnd) {
       if (csv_error(&fParser) != CSV_EPARSE) throw std::bad_alloc();
       return Break("a quote stands inside a cell that is not quoted, or text follows the closing quote");
     }
-    fPosition = lineEnd;
+    GoTo(lineEnd);
     lineEnd = EndOfLine(fPosition);
   }
   if (!fIsComplete && csv_fini(&fParser, OnCell, OnRow, this) != 0)

@@ -45,6 +45,9 @@ class RowParser {
   // Where the row begins in the block.
   std::size_t GetRowBegin() const { return fRowBegin; }
 
+  // How many lines end in what Next has gone over.
+  std::size_t GetLineCount() const { return fLineCount; }
+
   // Why Next ended the reading; null when it did not.
   const RowFailure* GetFailure() const { return fIsBroken ? &fFailure : nullptr; }
   // False, with the reason, for a cell with a NUL byte or with bytes that are no UTF-8.
@@ -55,6 +58,7 @@ class RowParser {
   static void OnRow(int character, void* self);
 
   std::size_t EndOfLine(std::size_t begin) const;
+  void GoTo(std::size_t lineEnd);
   void SplitLine(std::string_view line);
   bool ReadQuotedRow(std::size_t lineEnd);
   bool Break(const char* reason);
@@ -68,6 +72,7 @@ class RowParser {
   bool fIsClean = true;  // no NUL bytes, all of it UTF-8
   std::size_t fPosition = 0;
   std::size_t fRowBegin = 0;
+  std::size_t fLineCount = 0;
   std::vector<std::string_view> fCells;
   // A row that libcsv reads: its cells, one behind the other, and where each ends.
   std::string fText;

@@ -159,11 +159,11 @@ void RowPipeline::Process(Lane& lane) {
   block.failedRows.clear();
   if (block.failure.has_value() || block.error != nullptr) return;
   try {
-    block.lines = CountLines(block.text);
     lane.parser.Start(block.text);
     while (lane.parser.Next()) {
       if (!WorkOnRow(lane)) return;
     }
+    block.lines = lane.parser.GetLineCount();
     if (lane.parser.GetFailure() == nullptr) return;
     block.failure = *lane.parser.GetFailure();
     block.failureBegin = lane.parser.GetRowBegin();
