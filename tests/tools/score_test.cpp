@@ -152,6 +152,7 @@ TEST_F(Score, WrongUsageAndRefusedDocuments) {
     std::string want;  // at the start of standard error
   } rows[] = {
       {"no command", "", 1, "veyra: A subcommand is required (see veyra --help)"},
+      {"an unknown command", "frobnicate", 1, "veyra: there is no command 'frobnicate' (see veyra --help)"},
       {"an unknown option", score + "--fast", 1,
        "veyra: The following argument was not expected: --fast (see veyra score --help)"},
       {"no model", "score", 1, "veyra: MODEL is required"},

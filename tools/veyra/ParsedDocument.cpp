@@ -127,6 +127,8 @@ ParsedDocument::ParsedDocument(const std::string& path, Extent extent)
     Parse(FileInput(path), extent);
   } catch (const SourceFailure& failure) {
     throw CommandFailure(kModelRefused, path + ": " + failure.what());
+  } catch (const CommandFailure& failure) {
+    throw CommandFailure(kModelRefused, failure.what());  // a document that cannot be opened is refused
   }
 }
 

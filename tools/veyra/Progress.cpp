@@ -55,8 +55,11 @@ void Progress::Show(const RowTotals& totals) {
 void Progress::Finish(const RowTotals& totals) {
   Wipe();
   if (!fIsShown) return;
-  std::fprintf(stderr, "%zu rows, %zu missing results, %.1f s\n", totals.rows, totals.missingResults,
-               Seconds());
+  const auto counted = [](std::size_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+  };
+  std::fprintf(stderr, "%s, %s, %.1f s\n", counted(totals.rows, "row").c_str(),
+               counted(totals.missingResults, "missing result").c_str(), Seconds());
 }
 
 }  // namespace VeyraTool

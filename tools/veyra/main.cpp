@@ -26,7 +26,9 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     const auto commands = app.get_subcommands();
     const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-    std::fprintf(stderr, "veyra: %s (see veyra%s --help)\n", error.what(), command.c_str());
+    const bool isUnknown = commands.empty() && argc > 1 && argv[1][0] != '-';
+    const std::string fault = isUnknown ? std::string("there is no command '") + argv[1] + "'" : error.what();
+    std::fprintf(stderr, "veyra: %s (see veyra%s --help)\n", fault.c_str(), command.c_str());
     return kWrongUsage;
   }
   return options.status;
