@@ -3,7 +3,10 @@
 #include <signal.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <climits>
+#include <cstring>
 
 namespace VeyraTool {
 
@@ -11,14 +14,14 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// Read by the handler.  A path is never freed: the handler may be reading it.
-std::atomic<const char*> gPartialPath = nullptr;
-static_assert(std::atomic<const char*>::is_always_lock_free);
+// Read by the handler while the flag is up; changed only while it is down.
+std::array<char, PATH_MAX> gPartialPath;
+std::atomic<bool> gHasPartialPath = false;
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 // Only what a handler may call.
 void OnSignal(int signal) {
-  const char* const path = gPartialPath.exchange(nullptr);
-  if (path != nullptr) unlink(path);
+  if (gHasPartialPath.exchange(false)) unlink(gPartialPath.data());
   // The program ends as it would without this handler, so that a script around it sees why.
   ::signal(signal, SIG_DFL);
   sigset_t set;
@@ -31,12 +34,15 @@ void OnSignal(int signal) {
 }  // namespace
 
 void RemoveOnSignal(const std::string& path) {
-  gPartialPath = (new std::string(path))->c_str();
+  KeepOnSignal();
+  if (path.size() >= gPartialPath.size()) return;  // no file can have such a name
+  std::memcpy(gPartialPath.data(), path.c_str(), path.size() + 1);
+  gHasPartialPath = true;
   for (const int signal : kSignals) {
     if (::signal(signal, OnSignal) == SIG_IGN) ::signal(signal, SIG_IGN);
   }
 }
 
-void KeepOnSignal() { gPartialPath = nullptr; }
+void KeepOnSignal() { gHasPartialPath = false; }
 
 }  // namespace VeyraTool
