@@ -30,6 +30,12 @@ XERCES_CPP_NAMESPACE_END
 
 namespace KxVeyra_940 {
 
+class DiscreteSplit;
+class ScaleSplit;
+class ScorePredicate;
+class SetPredicate;
+class SimplePredicate;
+
 class VEYRA_API PMMLTranslator : public BaseTranslator {
  public:
   // `encoding` names the encoding of the narrow texts of everything built; empty means UTF-8.
@@ -107,6 +113,56 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // values already.
   void VerifyCategories(const ScoreDictVar& variable) const;
 
+  // --- Predicates -----------------------------------------------------------------------------------------
+  //
+  // The values for which a predicate holds go to child 0 of its split, a missing value too when it asks for a
+  // missing value.  Fields are looked up in `dictionary`, then in `transformations`, which may be null; a
+  // categorical field without listed values gets the values that predicates name as categories, which is why
+  // neither is const.  With `ordinalAsScale` numeric ordinal fields are compared as numbers, otherwise by the
+  // order of their listed values.  New predicates and splits are the caller's.
+
+  // How deep compound predicates may be nested.
+  static constexpr int kMaxCompoundDepth = 500;
+
+  // Null when nothing is left of the children: set predicates of continuous fields and unknown elements are
+  // passed over.  A single child is returned without a compound around it.  Errors 260153, 260221 with a
+  // detail (nested too deep) and those of the children.
+  ScorePredicate* ParseCompoundPredicate(const xercesc::DOMElement* node, ScoreDictionary* dictionary,
+                                         ScoreDictionary* transformations, bool ordinalAsScale) const;
+  // Errors 260119, 260120, 260125, 260126, 260151, 260153, 260171, 260212, 260291, 260303.
+  SimplePredicate* ParsePredicate(const xercesc::DOMElement* node, ScoreDictionary* dictionary,
+                                  ScoreDictionary* transformations, bool ordinalAsScale) const;
+  // Null for a continuous field.  Errors 260115, 260120, 260125, 260151 to 260153, 260156, 260158, 260222,
+  // 260241, 260284.
+  SetPredicate* ParseSetPredicate(const xercesc::DOMElement* node, ScoreDictionary* dictionary,
+                                  ScoreDictionary* transformations) const;
+  // The split of a "SimplePredicate"; of another element nothing is read and the split is empty.  Tell the
+  // operator, whether the predicate asks for a missing value, and the text of the value.
+  ScaleSplit* HandleNodeScaleSplit(const xercesc::DOMElement* node, const ScoreDictVar* variable,
+                                   std::string& predicateOperator, bool& isMissing, std::string& value) const;
+  DiscreteSplit* HandleNodeDiscreteSplit(const xercesc::DOMElement* node, ScoreDictVar* variable,
+                                         std::string& predicateOperator, bool& isMissing,
+                                         std::string& value) const;
+  // The split of a "SimpleSetPredicate": the values for which it is true, and their codes when the variable
+  // has an encoder (of a numeric ordinal variable, the numbers).
+  DiscreteSplit* HandleArrayDiscreteSplit(const xercesc::DOMElement* node, ScoreDictVar* variable,
+                                          std::string& setOperator, std::vector<double>& arrayData) const;
+  // The bounds of a comparison with the value, infinite on the side that has none.
+  static void GetScaleSplitValue(const XMLCh* value, const XMLCh* predicateOperator, double& low,
+                                 double& high, bool& closed);
+  // The positions of the categories that the comparison names, none when start > end: 0 for "equal", 2 for
+  // "notEqual", whose position is that of the value itself, 1 for the others.
+  int HandleOrdinalVariable(const xercesc::DOMElement* element, const ScoreDictVar* variable, int& start,
+                            int& end) const;
+  // The position of the value among the variable's listed ones; -1 when it is none of them.
+  int GetIndexOfOrdinalValue(const XMLCh* value, const ScoreDictVar* variable) const;
+  void SetDiscreteSplitValue(ScoreDictVar* variable, DiscreteSplit* split, const XMLCh* value,
+                             int child) const;
+  // The texts of the variable's listed values that are not among the given ones, values compared.
+  std::vector<std::string> Remove(const ScoreDictVar* variable, const std::vector<std::string>& values) const;
+  // Whether the text, in the translator's encoding, is one of the variable's listed values.
+  static bool IsValidScoreValue(const ScoreDictVar* variable, const std::string& value);
+
  protected:
   // An error argument from a text in the translator's encoding.
   std::string ToUTF8Argument(const std::string& narrow) const;
@@ -115,6 +171,9 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   std::map<std::string, TransformFunction> fFunctions;  // built-in functions by name
   std::string fEncoding;
   double fReserved = 4.0;  // read by nothing in this library
+
+ private:
+  const std::vector<ScoreValueLabel*>& RequiredLabels(const ScoreDictVar& variable) const;  // error 260126
 };
 
 }  // namespace KxVeyra_940
