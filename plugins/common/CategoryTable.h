@@ -19,6 +19,8 @@
 namespace KxVeyra_940::Plugin {
 
 constexpr int kNoCategory = -1;
+// Stands for a missing value where a model deals with one itself.
+constexpr int kMissingCategory = -2;
 
 class CategoryTable {
  public:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
@@ -20,6 +21,13 @@ ScoreValue::ValueType KindOf(const ScoreDictVar& var) {
     default:
       return ScoreValue::kNumericValueType;
   }
+}
+
+// The lowest finite number stands for a missing one.
+double WithoutInfinity(double number) {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  if (!std::isinf(number)) return number;
+  return number > 0 ? kLargest : std::nextafter(-kLargest, 0.0);
 }
 
 bool HasListedValues(const ScoreDictVar& var) {
@@ -53,6 +61,10 @@ CategoryTable& Inputs::UseAsCategory(int index) {
   if (!input.isNumber && input.categories == nullptr) fRead.push_back(i);
   if (input.categories == nullptr) input.categories = std::make_shared<CategoryTable>(input.Var());
   return *input.categories;
+}
+
+void Inputs::AcceptMissing() {
+  for (Input& input : fInputs) input.acceptsMissing = true;
 }
 
 void Inputs::Resolve(ScoreDictionary& dictionary) {
@@ -136,7 +148,8 @@ bool Inputs::Store(const Input& input, std::size_t index, const ScoreValue& valu
   const double number = NumberOf(input, value);
   const double bounded = std::clamp(number, input.field.lowValue, input.field.highValue);
   if (input.field.outliers == OutlierTreatment::kAsMissing && bounded != number) return false;
-  values.numbers[index] = input.field.outliers == OutlierTreatment::kAsExtreme ? bounded : number;
+  const double taken = input.field.outliers == OutlierTreatment::kAsExtreme ? bounded : number;
+  values.numbers[index] = input.acceptsMissing ? WithoutInfinity(taken) : taken;
   return true;
 }
 
@@ -147,7 +160,11 @@ Inputs::Outcome Inputs::ReadMissing(const Input& input, std::size_t index, CaseV
 // The replacement stands as it is, whatever the bounds.
 Inputs::Outcome Inputs::ReplaceMissing(const Input& input, std::size_t index, CaseValues& values) {
   const ScoreValue* replacement = input.field.missingReplacement.get();
-  if (replacement == nullptr) return Outcome::kMissing;
+  if (replacement == nullptr) {
+    values.numbers[index] = NumericValue::gSysmisValue;
+    values.codes[index] = kMissingCategory;
+    return input.acceptsMissing ? Outcome::kComplete : Outcome::kMissing;
+  }
   if (input.categories != nullptr) values.codes[index] = input.categories->Find(*replacement);
   if (input.isNumber) values.numbers[index] = NumberOf(input, *replacement);
   return Outcome::kComplete;

@@ -6,7 +6,9 @@
 //      calls invalid, or does not list for a field with listed values, is invalid.
 //   2. An invalid value is taken as it is, becomes missing, is replaced, or ends the case.
 //   3. A number beyond lowValue or highValue is taken as it is, becomes missing, or becomes that bound.
-//   4. A missing value is replaced when there is a replacement, and otherwise ends the case.
+//   4. A missing value is replaced when there is a replacement, and otherwise ends the case, unless the model
+//   deals
+//      with missing values itself.
 
 #ifndef VEYRA_PLUGINS_INPUTS_H_
 #define VEYRA_PLUGINS_INPUTS_H_
@@ -28,6 +30,7 @@ namespace KxVeyra_940::Plugin {
 struct CaseValues {
   std::vector<double> numbers;
   std::vector<int> codes;  // kNoCategory for a category that the table does not have
+                           // missing values, where the model accepts them: system-missing, kMissingCategory
 };
 
 class Inputs {
@@ -51,6 +54,10 @@ class Inputs {
   void UseAsNumber(int index);
   CategoryTable& UseAsCategory(int index);
 
+  // Says that the model deals with missing values of the inputs added so far itself: they do not end a case.
+  // Infinite numbers then become the largest finite ones, for ranges are open at infinity.
+  void AcceptMissing();
+
   // Points to the variables of that dictionary, a clone of the one before, by name.
   void Resolve(ScoreDictionary& dictionary);
   // Resolves names to the slots of `layout` and finds the plain numbers; false when one of the inputs that
@@ -73,6 +80,7 @@ class Inputs {
     PlainNumbers plain;                         // none for a field that is more than a number
     ScoreValue::ValueType kind = ScoreValue::kNumericValueType;
     int slot = -1;
+    bool acceptsMissing = false;
 
     const ScoreDictVar& Var() const { return *field.var; }
   };

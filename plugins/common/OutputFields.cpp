@@ -14,38 +14,6 @@ namespace {
 
 constexpr const char* kOutputField = "OutputField";
 
-struct FeatureRow {
-  std::string_view text;
-  ScoreResultField::ResultFeature feature;
-  bool needsCategories;
-};
-
-// The features of models that predict a value.  The first is meant when a field names none.
-constexpr FeatureRow kFeatures[] = {
-    {"predictedValue", ScoreResultField::kPredictedValue, false},
-    {"predictedDisplayValue", ScoreResultField::kPredictedDisplayValue, false},
-    {"probability", ScoreResultField::kProbability, true},
-    {"residual", ScoreResultField::kResidual, false},
-};
-
-const FeatureRow& FindFeature(const std::string& text) {
-  if (text.empty()) return kFeatures[0];
-  for (const FeatureRow& row : kFeatures) {
-    if (row.text == text) return row;
-  }
-  Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
-}
-
-// Raises unless this kind of model gives the feature.
-void VerifyFeature(ScoreResultField::ResultFeature feature, const std::string& text,
-                   const PluginResult& layout) {
-  if (feature == ScoreResultField::kNoFeature) return;
-  for (const FeatureRow& row : kFeatures) {
-    if (row.feature == feature && (!row.needsCategories || layout.GetNumberOfCategories() > 0)) return;
-  }
-  Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
-}
-
 // The model's category of that text in the translator's encoding; -1 for an empty text.
 int FindCategory(const PMMLTranslator& translator, const std::string& text, const PluginResult& layout,
                  const ScoreDictVar* target) {
@@ -64,8 +32,52 @@ int FindCategory(const PMMLTranslator& translator, const std::string& text, cons
   return category;
 }
 
-std::shared_ptr<const ResultVar> ReadOutputField(const PMMLTranslator& translator,
-                                                 const DOMElement& element) {
+}  // namespace
+
+struct OutputFields::FeatureRow {
+  std::string_view text;
+  ScoreResultField::ResultFeature code;  // kNoFeature for one that the library has no code for
+  Feature feature;
+  bool needsCategories;
+  unsigned extra;  // what results must hold, of PluginResult::Extra
+};
+
+// The features of models that predict a value.  The first is meant when a field names none.
+constexpr OutputFields::FeatureRow OutputFields::kFeatures[] = {
+    {"predictedValue", ScoreResultField::kPredictedValue, Feature::kValue, false, 0},
+    {"predictedDisplayValue", ScoreResultField::kPredictedDisplayValue, Feature::kDisplayValue, false, 0},
+    {"probability", ScoreResultField::kProbability, Feature::kProbability, true, 0},
+    {"residual", ScoreResultField::kResidual, Feature::kResidual, false, 0},
+    {"entityId", ScoreResultField::kEntityId, Feature::kEntityId, false, PluginResult::kEntityIds},
+    {"confidence", ScoreResultField::kNoFeature, Feature::kConfidence, true, PluginResult::kConfidences},
+};
+
+bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& layout) {
+  return (!row.needsCategories || layout.GetNumberOfCategories() > 0) &&
+         (layout.GetExtras() & row.extra) == row.extra;
+}
+
+const OutputFields::FeatureRow& OutputFields::FindFeature(const std::string& text,
+                                                          const PluginResult& layout) {
+  if (text.empty()) return kFeatures[0];
+  for (const FeatureRow& row : kFeatures) {
+    if (row.text == text && IsGiven(row, layout)) return row;
+  }
+  Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
+}
+
+OutputFields::Feature OutputFields::FindFeature(ScoreResultField::ResultFeature code,
+                                                const PluginResult& layout) {
+  if (code == ScoreResultField::kNoFeature) return Feature::kNone;
+  for (const FeatureRow& row : kFeatures) {
+    if (row.code == code && IsGiven(row, layout)) return row.feature;
+  }
+  Raise(MessageId::kUnsupportedValue, {std::to_string(code), Tags::XML_ATT_VAL_MINING_FEATURE});
+}
+
+std::shared_ptr<const ResultVar> OutputFields::ReadOutputField(const PMMLTranslator& translator,
+                                                               const DOMElement& element,
+                                                               ScoreResultField::ResultFeature feature) {
   const std::string name =
       translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_NAME));
   const bool isText =
@@ -74,11 +86,9 @@ std::shared_ptr<const ResultVar> ReadOutputField(const PMMLTranslator& translato
       std::make_shared<ResultVar>(name, isText ? ScoreDictVar::STRING_VAR : ScoreDictVar::kNUMERIC_VAR);
   const XMLCh* label = Attribute(element, Tags::XML_ATT_DATAFIELD_DISPLAYNAME);
   var->SetLabel(IsEmpty(label) ? name : translator.BaseTranslator::ToString(label));
-  var->SetFeature(FindFeature(OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE)).feature);
+  var->SetFeature(feature);
   return var;
 }
-
-}  // namespace
 
 OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& model,
                                 const PluginResult& layout, const ScoreDictVar* target) {
@@ -87,18 +97,18 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
   const DOMElement* output = BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT);
   ForEachChildElement(output, [&](const DOMElement& element) {
     if (!HasTag(element, kOutputField)) return;
-    std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element);
-    VerifyFeature(var->GetFeature(), OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
+    const FeatureRow& row = FindFeature(OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
+    std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element, row.code);
     const std::string category = translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
-    outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
+    outputs.Add({std::move(var), row.feature, FindCategory(translator, category, layout, target)}, names);
   });
   const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(output));
   if (results != nullptr) {
     for (const std::string& name : results->GetVarNames()) {
       auto var = std::make_shared<const ResultVar>(static_cast<const ResultVar&>(*results->GetVar(name)));
-      VerifyFeature(var->GetFeature(), std::to_string(var->GetFeature()), layout);
+      const Feature feature = FindFeature(var->GetFeature(), layout);
       const std::string category = var->GetDefValue() == nullptr ? "" : var->GetDefValue()->GetString();
-      outputs.Add(std::move(var), FindCategory(translator, category, layout, target), names);
+      outputs.Add({std::move(var), feature, FindCategory(translator, category, layout, target)}, names);
     }
   }
   for (int i = 0; i < layout.GetNumberOfCategories(); ++i) {
@@ -109,11 +119,11 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
   return outputs;
 }
 
-void OutputFields::Add(std::shared_ptr<const ResultVar> var, int category, std::set<std::string>& names) {
-  if (!names.insert(var->GetName()).second) {
-    Raise(MessageId::kDuplicateValueIn, {kOutputField, var->GetName(), Tags::XML_ELE_VAL_OUTPUT});
+void OutputFields::Add(Field field, std::set<std::string>& names) {
+  if (!names.insert(field.var->GetName()).second) {
+    Raise(MessageId::kDuplicateValueIn, {kOutputField, field.var->GetName(), Tags::XML_ELE_VAL_OUTPUT});
   }
-  fFields.push_back({std::move(var), category});
+  fFields.push_back(std::move(field));
 }
 
 std::unique_ptr<ScoreDictionary> OutputFields::MakeDictionary() const {
@@ -136,24 +146,32 @@ void OutputFields::Fill(const ScoreCaseRecord& record, PluginResult& result) con
   for (std::size_t i = 0; i < fFields.size(); ++i) {
     const Field& field = fFields[i];
     const int index = static_cast<int>(i);
-    switch (field.var->GetFeature()) {
-      case ScoreResultField::kPredictedDisplayValue:
+    switch (field.feature) {
+      case Feature::kDisplayValue:
         if (predicted >= 0 && static_cast<std::size_t>(predicted) < fCategoryLabels.size()) {
           result.SetOutputText(index, fCategoryLabels[static_cast<std::size_t>(predicted)]);
           break;
         }
         [[fallthrough]];
-      case ScoreResultField::kPredictedValue:
+      case Feature::kValue:
         result.SetOutputValue(index, result.GetPredictedValue());
         break;
-      case ScoreResultField::kProbability:
+      case Feature::kProbability:
         result.SetOutputNumber(index, field.category < 0 ? result.GetProbability()
                                                          : result.GetCategoryProbability(field.category));
         break;
-      case ScoreResultField::kResidual:
+      case Feature::kConfidence: {
+        const int category = field.category < 0 ? predicted : field.category;
+        if (category >= 0) result.SetOutputNumber(index, result.GetCategoryConfidence(category));
+        break;
+      }
+      case Feature::kEntityId:
+        if (result.GetEntity() != nullptr) result.SetOutputText(index, *result.GetEntity());
+        break;
+      case Feature::kResidual:
         FillResidual(index, field, record, result);
         break;
-      default:
+      case Feature::kNone:
         break;
     }
   }

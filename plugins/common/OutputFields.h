@@ -37,12 +37,23 @@ class OutputFields {
   void Fill(const ScoreCaseRecord& record, PluginResult& result) const;
 
  private:
+  enum class Feature { kNone, kValue, kDisplayValue, kProbability, kResidual, kEntityId, kConfidence };
+  struct FeatureRow;
   struct Field {
     std::shared_ptr<const ResultVar> var;  // immutable, so that copies of a model share it
-    int category;                          // of a probability or a residual; -1: the predicted one
+    Feature feature;
+    int category;  // of a probability, confidence or residual; -1: the predicted one
   };
 
-  void Add(std::shared_ptr<const ResultVar> var, int category, std::set<std::string>& names);
+  static const FeatureRow kFeatures[];
+
+  static const FeatureRow& FindFeature(const std::string& text, const PluginResult& layout);
+  static Feature FindFeature(ScoreResultField::ResultFeature code, const PluginResult& layout);
+  static bool IsGiven(const FeatureRow& row, const PluginResult& layout);
+  static std::shared_ptr<const ResultVar> ReadOutputField(const PMMLTranslator& translator,
+                                                          const xercesc::DOMElement& element,
+                                                          ScoreResultField::ResultFeature feature);
+  void Add(Field field, std::set<std::string>& names);
   void FillResidual(int index, const Field& field, const ScoreCaseRecord& record, PluginResult& result) const;
 
   std::vector<Field> fFields;

@@ -50,6 +50,7 @@ std::unique_ptr<PluginResult> PluginModel::NewBareResult() const {
   auto result = std::make_unique<PluginResult>(fCategories.empty() ? ScoreResult::kValueResult
                                                                    : ScoreResult::kCategoryResult);
   for (const auto& category : fCategories) result->AddCategory(*category);
+  result->SetExtras(GetExtras());
   return result;
 }
 
@@ -59,22 +60,32 @@ ScoreResult* PluginModel::NewResult() const {
   return result.release();
 }
 
+CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer) {
+  switch (fInputs.Read(input, fValues)) {
+    case Inputs::Outcome::kMissing:
+      return CaseOutcome::kMissing;
+    case Inputs::Outcome::kInvalid:
+      return CaseOutcome::kUndefined;
+    case Inputs::Outcome::kComplete:
+      break;
+  }
+  return ScoreCase(fValues, answer);
+}
+
 KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
   auto& answer = static_cast<PluginResult&>(result);
   answer.Reset();
   KxStatus status;
-  switch (fInputs.Read(input, fValues)) {
-    case Inputs::Outcome::kComplete:
-      if (!ScoreCase(fValues, answer)) {
-        status = KxStatus(kNoAnswer, false);
-      } else if (fCategories.empty()) {
+  switch (OutcomeOf(input, answer)) {
+    case CaseOutcome::kAnswered:
+      if (fCategories.empty()) {
         answer.SetPredictedNumber(fTargetRules.Apply(answer.GetPredictedNumber()));
       }
       break;
-    case Inputs::Outcome::kMissing:
+    case CaseOutcome::kMissing:
       status = HandleMissingValue(&answer);
       break;
-    case Inputs::Outcome::kInvalid:
+    case CaseOutcome::kUndefined:
       status = KxStatus(kNoAnswer, false);
       break;
   }

@@ -16,6 +16,13 @@
 
 namespace KxVeyra_940::Plugin {
 
+// What became of a case whose inputs were read.
+enum class CaseOutcome {
+  kAnswered,
+  kUndefined,  // the mathematics give no answer
+  kMissing,    // for want of a value: the fallback answers
+};
+
 class PluginModel : public BaseModel {
  public:
   // Status code of a layout in which an input has no slot.
@@ -47,11 +54,15 @@ class PluginModel : public BaseModel {
   // A copy with a dictionary of its own.
   PluginModel(const PluginModel& other);
 
-  // Scores a complete case: sets the predicted value and, for categories, their probabilities.  False when
-  // there is no answer.  Allocates nothing.
-  virtual bool ScoreCase(const CaseValues& values, PluginResult& result) = 0;
+  // Scores a case that has been read: sets the predicted value and, for categories, their probabilities.
+  // `values` may be changed.  Allocates nothing.
+  virtual CaseOutcome ScoreCase(CaseValues& values, PluginResult& result) = 0;
+  // What the model's results hold besides, as PluginResult::Extra flags.
+  virtual unsigned GetExtras() const { return 0; }
 
  private:
+  CaseOutcome OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer);
+
   std::string fKind;
   Inputs fInputs;
   std::vector<std::unique_ptr<ScoreValue>> fCategories;

@@ -42,7 +42,11 @@ void PluginResult::Reset() {
   fPredicted = nullptr;
   fPredictedCategory = -1;
   fProbability = NumericValue::gSysmisValue;
-  for (Category& category : fCategories) category.probability = NumericValue::gSysmisValue;
+  fEntity = nullptr;
+  for (Category& category : fCategories) {
+    category.probability = NumericValue::gSysmisValue;
+    category.confidence = NumericValue::gSysmisValue;
+  }
   for (const auto& output : fOutputs) output->value = nullptr;
 }
 
@@ -68,6 +72,12 @@ void PluginResult::SetPredictedCategory(int index) {
 
 void PluginResult::SetCategoryProbability(int index, double probability) {
   At(index).probability = probability;
+}
+
+void PluginResult::SetCategoryConfidence(int index, double confidence) { At(index).confidence = confidence; }
+
+double PluginResult::GetCategoryConfidence(int index) const {
+  return fCategories[static_cast<std::size_t>(index)].confidence;
 }
 
 int PluginResult::FindCategory(const ScoreValue& value) const {

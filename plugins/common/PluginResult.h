@@ -15,6 +15,12 @@ namespace KxVeyra_940::Plugin {
 
 class PluginResult final : public ScoreResult {
  public:
+  // What some model kinds give besides a value and probabilities.
+  enum Extra : unsigned {
+    kEntityIds = 1,    // which part of the model decided
+    kConfidences = 2,  // of each category
+  };
+
   explicit PluginResult(ResultKind kind);
   ~PluginResult() override;
 
@@ -35,12 +41,19 @@ class PluginResult final : public ScoreResult {
   // Lay the result out; a clone of `value` is kept.
   void AddCategory(const ScoreValue& value);
   void AddOutput(const std::string& name);
+  void SetExtras(unsigned extras) { fExtras = extras; }
+  unsigned GetExtras() const { return fExtras; }
 
   // For scoring: nothing is allocated.
   void SetPredictedNumber(double number);
   double GetPredictedNumber() const { return fNumber.GetNumber(); }  // REQUIRES: a number was set
   void SetPredictedCategory(int index);                              // also its probability
   void SetCategoryProbability(int index, double probability);
+  void SetCategoryConfidence(int index, double confidence);
+  double GetCategoryConfidence(int index) const;  // system-missing when there is none
+  // The id of what decided, which is lent and outlives the case; null when nothing did alone.
+  void SetEntity(const std::string* id) { fEntity = id; }
+  const std::string* GetEntity() const { return fEntity; }
   // The index of the predicted category, or -1.
   int GetPredictedCategory() const { return fPredictedCategory; }
   int FindCategory(const ScoreValue& value) const;  // -1 when there is none
@@ -54,6 +67,7 @@ class PluginResult final : public ScoreResult {
   struct Category {
     std::unique_ptr<ScoreValue> value;
     double probability;
+    double confidence = NumericValue::gSysmisValue;
   };
   struct Output {
     std::string name;
@@ -71,6 +85,8 @@ class PluginResult final : public ScoreResult {
   NumericValue fNumber;
   std::unique_ptr<ScoreValue> fGivenValue;
   double fProbability = NumericValue::gSysmisValue;
+  unsigned fExtras = 0;
+  const std::string* fEntity = nullptr;
   std::vector<Category> fCategories;
   std::vector<std::unique_ptr<Output>> fOutputs;  // at fixed addresses: values point inside
 };

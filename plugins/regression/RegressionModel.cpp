@@ -51,8 +51,9 @@ void RegressionModel::SetEquations(std::vector<RegressionTable> tables, Normaliz
   fDecider = fTables.size() == 2 && !fTables[0].HasTerms() && fTables[1].HasTerms() ? 1 : 0;
 }
 
-bool RegressionModel::ScoreCase(const CaseValues& values, PluginResult& result) {
-  return fIsClassification ? ScoreCategories(values, result) : ScoreNumber(values, result);
+CaseOutcome RegressionModel::ScoreCase(CaseValues& values, PluginResult& result) {
+  const bool hasAnswer = fIsClassification ? ScoreCategories(values, result) : ScoreNumber(values, result);
+  return hasAnswer ? CaseOutcome::kAnswered : CaseOutcome::kUndefined;
 }
 
 bool RegressionModel::ScoreNumber(const CaseValues& values, PluginResult& result) const {

@@ -54,7 +54,7 @@ class RegressionModel final : public PluginModel {
   void SetEquations(std::vector<RegressionTable> tables, Normalization normalization, bool isOrdinal);
 
  protected:
-  bool ScoreCase(const CaseValues& values, PluginResult& result) override;
+  CaseOutcome ScoreCase(CaseValues& values, PluginResult& result) override;
 
  private:
   RegressionModel(const RegressionModel& other) = default;
