@@ -56,6 +56,13 @@ bool CompoundPredicate::RemovePredicate(const ScorePredicate* predicate) {
   return true;
 }
 
+ScorePredicate* CompoundPredicate::Exchange(int position, ScorePredicate* predicate) {
+  const auto place = static_cast<std::size_t>(position);
+  ScorePredicate* const former = fPredicates.Release(place);
+  fPredicates.Replace(place, predicate);
+  return former;
+}
+
 template <class Answer>
 Result CompoundPredicate::CombineSurrogates(std::size_t start, Answer answer) const {
   const Predicates& predicates = fPredicates.All();

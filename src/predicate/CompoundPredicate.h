@@ -30,6 +30,9 @@ class VEYRA_API CompoundPredicate : public ScorePredicate {
   void AddPredicate(ScorePredicate* predicate);
   // Hands the predicate back to the caller; false when it is not here.
   bool RemovePredicate(const ScorePredicate* predicate);
+  // Puts the predicate, which it takes, in the place of another one, which goes back to the caller.
+  // REQUIRES: not null; 0 <= position < GetCount().
+  ScorePredicate* Exchange(int position, ScorePredicate* predicate);
   int GetCount() const { return static_cast<int>(fPredicates.Size()); }
   const std::vector<ScorePredicate*>& GetPredicates() const { return fPredicates.All(); }  // lent
   void SetBoolOperator(CompoundBoolOperator boolOperator) { fOperator = boolOperator; }

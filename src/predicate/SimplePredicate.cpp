@@ -8,10 +8,10 @@ namespace KxVeyra_940 {
 
 namespace {
 
-// By code; any other text has the code behind the last one.
-constexpr const char* kOperators[] = {"equal",       "notEqual",       "lessThan", "lessOrEqual",
-                                      "greaterThan", "greaterOrEqual", "isMissing"};
-static_assert(std::size(kOperators) == SimplePredicate::kIsNotMissing);
+// By code; any other text has the last one too.
+constexpr const char* kOperators[] = {"equal",       "notEqual",       "lessThan",  "lessOrEqual",
+                                      "greaterThan", "greaterOrEqual", "isMissing", "isNotMissing"};
+static_assert(std::size(kOperators) == SimplePredicate::kIsNotMissing + 1);
 
 }  // namespace
 
@@ -22,6 +22,10 @@ void SimplePredicate::SetPredicateOperator(const std::string& text) {
   int code = 0;
   while (code < kIsNotMissing && text != kOperators[code]) ++code;
   fOperator = static_cast<PredicateOperator>(code);
+}
+
+const char* SimplePredicate::GetOperatorText(PredicateOperator predicateOperator) {
+  return kOperators[predicateOperator];
 }
 
 void SimplePredicate::SetPredicateValue(const std::string& text) {

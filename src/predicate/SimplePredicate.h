@@ -36,6 +36,7 @@ class VEYRA_API SimplePredicate : public SplitPredicate {
   // By its documented text, such as "lessThan".
   void SetPredicateOperator(const std::string& text);
   PredicateOperator GetPredicateOperator() const { return fOperator; }
+  static const char* GetOperatorText(PredicateOperator predicateOperator);
   // Stores the text and its number: the code that the split variable's encoder has for it, or else the number
   // of the text as a value of the variable; system-missing without a split, and for dates.
   void SetPredicateValue(const std::string& text);

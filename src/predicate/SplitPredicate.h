@@ -30,6 +30,9 @@ class VEYRA_API SplitPredicate : public ScorePredicate {
   // The value's code, kUnknownCode for a category without one; system-missing for null and for a variable
   // without an encoder.
   static double GetScoreEncodeValue(const ScoreDictVar& variable, const ScoreValue* value);
+  // The variable's number in a vector of encoded numbers, and whether it stands for a missing value.
+  static double NumberOf(const ScoreDictVar& variable, const std::vector<double>& values);
+  static bool IsMissingNumber(const ScoreDictVar& variable, double number);
 
  protected:
   SplitPredicate() = default;
@@ -43,10 +46,6 @@ class VEYRA_API SplitPredicate : public ScorePredicate {
   // The answer of the split: by code when it is a discrete split and the variable has an encoder, else by
   // value.
   PredicateResult Decide(const ScoreDictVar& variable, const ScoreValue& value, double code) const;
-  // The variable's number in a vector of encoded numbers.
-  static double NumberOf(const ScoreDictVar& variable, const std::vector<double>& values);
-  static bool IsMissingNumber(const ScoreDictVar& variable, double number);
-
   OwnedPart<ScoreSplitVar> fSplit;
 };
 
