@@ -112,7 +112,15 @@ void AddInspect(CLI::App& app, Options& options) {
   CLI::Option* json = command->add_flag("--json", inspect.json, "The same as JSON, for programs");
   command->add_flag("--display", inspect.display, "The library's own display of the dictionaries")
       ->excludes(json);
-  command->footer("Example:\n  veyra inspect --json model.pmml | jq '.fields[].name'");
+  command->add_flag("--tree", inspect.tree, "Draw the nodes of a tree as indented text")->excludes(json);
+  command->add_option("--depth", inspect.treeDepth, "The deepest level that is drawn (the root is 0)")
+      ->type_name("N")
+      ->check(CLI::NonNegativeNumber);
+  command->add_option("--svg", inspect.svg, "Write a picture of the tree to FILE (6 levels unless --depth)")
+      ->type_name("FILE");
+  command->footer(
+      "Examples:\n  veyra inspect --json model.pmml | jq '.fields[].name'\n"
+      "  veyra inspect --tree --depth 3 --svg tree.svg model.pmml");
   command->callback([&inspect] { RunInspect(inspect); });
 }
 

@@ -19,6 +19,7 @@
 #include "veyra/ParsedDocument.h"
 #include "veyra/ScoreDictionary.h"
 #include "veyra/TextTable.h"
+#include "veyra/TreeDrawing.h"
 #include "xml/XercesWrapper.h"
 
 namespace VeyraTool {
@@ -201,7 +202,30 @@ std::string WriteDisplay(const DOMElement& root) {
 }
 
 // Whether what is asked for lies behind the model's header.  A drawing of the tree belongs here as well.
-bool NeedsWhole(const InspectOptions& options) { return options.display; }
+bool NeedsWhole(const InspectOptions& options) {
+  return options.display || options.tree || !options.svg.empty();
+}
+
+// The drawing of the first tree among the models; writes its picture to its file.
+std::string DrawTree(const DOMElement& root, const InspectOptions& options) {
+  if (!options.tree && options.svg.empty()) return {};
+  const DOMElement* const tree = BaseTranslator::GetChildByTag(&root, Tags::XML_ELE_TREEMODEL);
+  if (tree == nullptr)
+    throw CommandFailure(kWrongUsage, options.document + ": there is no TreeModel to draw");
+  std::ostringstream text;
+  if (options.tree) {
+    text << "\nTree\n";
+    DrawTreeAsText(*tree, options.treeDepth.value_or(kWholeTree), text);
+  }
+  if (!options.svg.empty()) {
+    std::ostringstream picture;
+    DrawTreeAsSvg(*tree, options.treeDepth.value_or(kPictureDepth), picture);
+    OutputFile file(options.svg);
+    file.Write(picture.str());
+    file.Finish();
+  }
+  return text.str();
+}
 
 std::string Inspect(const InspectOptions& options) {
   const KxVeyra_940::XercesWrapper platform(false);
@@ -213,7 +237,8 @@ std::string Inspect(const InspectOptions& options) {
   const DOMElement& root = *document.GetRoot();
   if (options.display) return WriteDisplay(root);
   const DocumentSummary summary = Summarise(root);
-  return options.json ? WriteJson(summary) : WriteText(summary);
+  const std::string drawing = DrawTree(root, options);
+  return options.json ? WriteJson(summary) : WriteText(summary) + drawing;
 }
 
 }  // namespace
