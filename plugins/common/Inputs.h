@@ -2,13 +2,11 @@
 //
 // Missing, invalid and extreme values are dealt with here, as the mining schema has it:
 //   1. An empty slot, a missing number and what the dictionary counts as missing are missing; what the
-//   document
-//      calls invalid, or does not list for a field with listed values, is invalid.
+//      document calls invalid, or does not list for a field with listed values, is invalid.
 //   2. An invalid value is taken as it is, becomes missing, is replaced, or ends the case.
 //   3. A number beyond lowValue or highValue is taken as it is, becomes missing, or becomes that bound.
-//   4. A missing value is replaced when there is a replacement, and otherwise ends the case, unless the model
-//   deals
-//      with missing values itself.
+//   4. A missing value is replaced when there is a replacement.  Otherwise it ends the case, unless the
+//      model deals with missing values itself.
 
 #ifndef VEYRA_PLUGINS_INPUTS_H_
 #define VEYRA_PLUGINS_INPUTS_H_
