@@ -63,7 +63,7 @@ bool NumericValue::operator>=(const ScoreValue& value) const {
   return !HasMissing(*this, value) && fNumber - value.GetDouble() > -kOrderingTolerance;
 }
 
-bool NumericValue::IsSystemMissingValue() const { return fNumber == gSysmisValue; }
+bool NumericValue::IsSystemMissingValue() const { return IsSystemMissingValue(fNumber); }
 
 int NumericValue::GetInt() const { return TruncateToInt(fNumber); }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "math/KxMV.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValue.h"
 
@@ -17,7 +18,7 @@ namespace KxVeyra_940 {
 
 class VEYRA_API NumericValue : public ScoreValue {
  public:
-  static constexpr double gSysmisValue = -std::numeric_limits<double>::max();
+  static constexpr double gSysmisValue = KxCommon_940::KxMV::Missing();
   static constexpr double SYSMIS = gSysmisValue;
   // Two numbers are equal when they differ by less than this times the larger magnitude.
   static constexpr double fEpsilon = 2.22045e-14;
@@ -32,7 +33,7 @@ class VEYRA_API NumericValue : public ScoreValue {
 
   static double GetSysmisValue() { return gSysmisValue; }
   static double GetInfinity() { return gInfinity; }
-  static bool IsSystemMissingValue(double number) { return number == gSysmisValue; }
+  static bool IsSystemMissingValue(double number) { return KxCommon_940::KxMV::IsMissing(number); }
   // Within the relative tolerance, strictly.  The system-missing value equals itself only, 0 equals 0 only,
   // and an infinity equals nothing.  Not transitive.
   static bool IsEqual(double left, double right);

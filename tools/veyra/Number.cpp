@@ -8,8 +8,9 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
-#include <limits>
 #include <system_error>
+
+#include "math/KxMV.h"
 
 namespace VeyraTool {
 
@@ -67,7 +68,7 @@ std::optional<double> ReadNumber(std::string_view text) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
   if (error == std::errc::invalid_argument || end != text.data() + text.size()) return std::nullopt;
   if (error == std::errc::result_out_of_range) number = ReadExtreme(text);
-  if (!std::isfinite(number) || number == std::numeric_limits<double>::lowest()) return std::nullopt;
+  if (!std::isfinite(number) || KxCommon_940::KxMV::IsMissing(number)) return std::nullopt;
   return number;
 }
 
