@@ -21,6 +21,8 @@
 #include "error/ScoringLog.h"
 #include "factory/BaseModel.h"
 #include "factory/VersionInfo.h"
+#include "math/KxDistFun.h"
+#include "math/KxPower.h"
 #include "predicate/CompoundPredicate.h"
 #include "predicate/ConstantPredicates.h"
 #include "predicate/DiscreteSplit.h"

@@ -1,0 +1,18 @@
+// The polynomial of ln(1 + x) without its first terms.
+//
+// Written by make_coefficients.py.
+
+#ifndef VEYRA_MATH_DEVIANCETABLESINTERNAL_H_
+#define VEYRA_MATH_DEVIANCETABLESINTERNAL_H_
+
+namespace KxMath_940 {
+
+// (artanh(v) - v) / v^3 in powers of v^2, |v| <= 1/3.
+inline constexpr double kArtanhRest[11] = {
+    3.3333333333333333443e-1, 1.9999999999999761253e-1, 1.4285714285800049646e-1, 1.1111111099118385279e-1,
+    9.0909099489813571913e-2, 7.6922719824302746434e-2, 6.6675893157246279183e-2, 5.8671395306515987300e-2,
+    5.4225891974400074110e-2, 3.7460718977753836504e-2, 7.8152889004614252231e-2};
+
+}  // namespace KxMath_940
+
+#endif  // VEYRA_MATH_DEVIANCETABLESINTERNAL_H_

@@ -1,0 +1,33 @@
+// The kernel of the error functions and of the normal distribution.
+
+#ifndef VEYRA_MATH_ERRORFUNCTIONSINTERNAL_H_
+#define VEYRA_MATH_ERRORFUNCTIONSINTERNAL_H_
+
+#include <cmath>
+
+#include "math/ErrorFunctionTablesInternal.h"
+#include "math/KxPower.h"
+#include "math/PolynomialInternal.h"
+
+namespace KxMath_940 {
+
+// erfc(x) e^(x^2) for x >= 0.
+inline double ScaledErfc(double x) {
+  constexpr double kShift = 3.97886080735226;
+  const double t = kShift / (x + kShift);
+  return t * Polynomial(kErfcScaled, t - 0.5);
+}
+
+// e^(-scale x^2) for scale 1 or 1/2, to the last digits however large the square is.  0 below
+// e^gMachineMinExp.
+inline double ExpMinusSquare(double x, double scale) {
+  if (!(scale * x * x <= -KxPower::gMachineMinExp)) return 0;
+  // The square of the leading 24 bits is exact, and the rest is small.
+  const double leading = static_cast<float>(x);
+  const double rest = -scale * (x - leading) * (x + leading);
+  return std::exp(-scale * (leading * leading)) * (1 + rest * (1 + rest * (0.5 + rest * (1.0 / 6))));
+}
+
+}  // namespace KxMath_940
+
+#endif  // VEYRA_MATH_ERRORFUNCTIONSINTERNAL_H_
