@@ -5,6 +5,8 @@
 #include <numbers>
 #include <numeric>
 
+#include "math/KxDistFun.h"
+
 namespace KxVeyra_940::Plugin {
 
 namespace {
@@ -19,7 +21,8 @@ struct Link {
 
 double Logistic(double y) { return 1.0 / (1.0 + std::exp(-y)); }
 double LogisticComplement(double y) { return Logistic(-y); }
-double Normal(double y) { return 0.5 * std::erfc(-y / std::numbers::sqrt2); }
+// The missing number is a number here, and no probability: below -40 there is nothing but 0.
+double Normal(double y) { return std::isnan(y) ? y : KxMath_940::KxDistFun::CdfStdNorm(std::max(y, -40.0)); }
 double NormalComplement(double y) { return Normal(-y); }
 double Cloglog(double y) { return -std::expm1(-std::exp(y)); }
 double CloglogComplement(double y) { return std::exp(-std::exp(y)); }
