@@ -115,8 +115,8 @@ class VEYRA_API KxDistFun {
                          int& ifault);
 
   // --- non-central distributions.
-  // A tolerance is the part of a sum or an integral that may be left out; it counts as 1e-16 below that, and
-  // NaN, missing and negative ones are out of domain.
+  // A tolerance is the part of a sum or an integral that may be left out; where it is less than the
+  // functions can do it counts as what they can.  NaN, missing and negative ones are out of domain.
 
   // A Poisson mixture of central distributions (Patnaik 1949), summed from above the largest term downwards,
   // where the recurrence only adds (Ding 1992).  df > 0, lambda >= 0; 0 for x <= 0.  Lambda above 2e9 is

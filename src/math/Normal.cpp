@@ -107,7 +107,10 @@ double KxDistFun::CdfNorm(double x, double mean, double sd) {
   return IsCentral(z) ? CentralCdf(z) : OuterCdf(z, RestOf(z, x, mean, sd));
 }
 
-double KxDistFun::PdfNormalStandard(double x) { return AreNumbers(x) ? Density(x) : kMissing; }
+double KxDistFun::PdfNormalStandard(double x) {
+  const double density = Density(x);
+  return density > 0 || AreNumbers(x) ? density : kMissing;
+}
 
 double KxDistFun::PdfNormal(double x, double mean, double sd) {
   if (!AreNumbers(x, mean, sd) || sd == 0 || !std::isfinite(sd) || !std::isfinite(mean)) return kMissing;

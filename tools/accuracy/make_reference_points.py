@@ -627,7 +627,7 @@ def noncentral_t(points, random_, index):
 
 def t_density(t, df, delta):
     """Johnson, Kotz and Balakrishnan (1995), 31.13, with digits for what cancels."""
-    mp.dps = 60 + int(delta * delta / 2 if t * delta < 0 else 0)
+    mp.dps = 60 + int(abs(delta) * math.sqrt(df + delta * delta) if t * delta < 0 else 0)
     t, df, delta = mpf(t), mpf(df), mpf(delta)
     ratio = delta * t * sqrt(2 / (df + t * t))
     total, power, j = mpf(0), mpf(1), 0
