@@ -471,7 +471,7 @@ DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(const DOMElement* node, 
                                                         std::vector<double>& arrayData) const {
   auto split = std::make_unique<DiscreteSplit>(variable);
   if (!HasTag(*node, XML_ELE_SETPREDICATE)) return split.release();
-  const XMLCh* operatorText = RequiredAttribute(*node, XML_ATT_BOOLEANOPERATOR);
+  const XMLCh* operatorText = Attribute(*node, XML_ATT_BOOLEANOPERATOR);
   const bool isIn = EqualsAscii(operatorText, XML_ZENT_TRANFUNC_ISIN);
   if (!isIn && !EqualsAscii(operatorText, XML_ZENT_TRANFUNC_ISNOTIN)) {
     Raise(MessageId::kInvalidAttributeValueIn,

@@ -4,6 +4,7 @@
 #include <random>
 #include <set>
 
+#include "AllocationCounter.h"
 #include "data/Range.h"
 #include "plugins/Scoring.h"
 #include "translate/Documents.h"
@@ -178,15 +179,19 @@ TEST(TreePaths, TheArrayAnswersAsThePredicatesDo) {
       const std::unique_ptr<ScoreResult> ofArray(array->NewResult());
       const std::unique_ptr<ScoreResult> ofObjects(objects->NewResult());
       std::set<std::string> answers;
+      long allocations = 0;
       for (int i = 0; i < 2000; ++i) {
         FillAtRandom(record, tree);
+        const AllocationCounter counter;
         array->Score(record, *ofArray);
+        allocations += counter.Count();
         objects->Score(record, *ofObjects);
         answers.insert(Answer(*ofArray));
         ASSERT_EQ(Answer(*ofArray), Answer(*ofObjects)) << "case " << i;
         ASSERT_EQ(Probabilities(*ofArray), Probabilities(*ofObjects)) << "case " << i;
       }
       EXPECT_GT(answers.size(), 1U);
+      EXPECT_EQ(allocations, 0);
     }
   }
 }

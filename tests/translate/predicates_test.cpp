@@ -257,7 +257,7 @@ TEST(Predicates, Refusals) {
       {Simple("rank", "lessThan", "2"), "260126 rank"},
       {"<SimpleSetPredicate booleanOperator='isIn'/>", "260120 field|SimpleSetPredicate"},
       {Set("nix", "isIn", "a"), "260125 nix|DataDictionary|TransformationDictionary"},
-      {"<SimpleSetPredicate field='c'/>", "260120 booleanOperator|SimpleSetPredicate"},
+      {"<SimpleSetPredicate field='c'/>", "260153 |operator|c"},
       {Set("c", "isBetween", "a"), "260153 isBetween|operator|c"},
       {Set("c", "isIn", "a", "text"), "260222 text|type"},
       {Set("c", "isIn", "a z"), "260152 z|value"},
