@@ -15,6 +15,7 @@ BaseDictionary& BaseDictionary::operator=(const BaseDictionary& other) {
   BaseDictionary copy(other);
   fEntries.swap(copy.fEntries);
   std::swap(fIndex, copy.fIndex);
+  fContentId = NextIdentity();
   return *this;
 }
 
@@ -46,6 +47,7 @@ bool BaseDictionary::RemoveVar(const std::string& name) {
   fEntries.erase(fEntries.begin() + position);
   fIndex.Clear();
   for (const Entry& entry : fEntries) fIndex.Append(entry.name);
+  fContentId = NextIdentity();
   return true;
 }
 
@@ -94,6 +96,7 @@ bool BaseDictionary::Take(const std::string& name, ScoreDictVar* var) {
   if (PositionOf(name) != NameIndex::kNone) return false;
   fEntries.push_back({name, std::unique_ptr<ScoreDictVar>(var)});
   fIndex.Append(name);
+  fContentId = NextIdentity();
   return true;
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "data/Identity.h"
 #include "data/NameIndex.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreDictionary.h"
@@ -37,6 +38,10 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
   std::vector<std::string> GetVarNames() const override;
   void Display(std::ostream& out) const override;
 
+  // Changes whenever a variable is added or removed, and is no other dictionary's: what was found by name is
+  // still there as long as the number stays.
+  std::uint64_t GetContentId() const { return fContentId; }
+
   // The variable that was added as number `position`, from 0; null beyond the last one.
   ScoreDictVar* GetVarAt(std::size_t position) const {
     return position < fEntries.size() ? fEntries[position].var.get() : nullptr;
@@ -55,6 +60,7 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
 
   std::vector<Entry> fEntries;  // in the order of addition
   NameIndex fIndex;
+  std::uint64_t fContentId = NextIdentity();
 };
 
 }  // namespace KxVeyra_940

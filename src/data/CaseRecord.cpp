@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "data/DateTimeValue.h"
+#include "data/Identity.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 
@@ -22,6 +23,7 @@ void CaseRecord::Add(const std::string& name, ScoreValue* value) {
   if (isNew) {
     fSlots.Append(content);
     fParked.Append(nullptr);
+    fLayoutId = NextIdentity();
     return;
   }
   fSlots.Replace(slot, content);

@@ -13,6 +13,7 @@
 #ifndef VEYRA_DATA_CASERECORD_H_
 #define VEYRA_DATA_CASERECORD_H_
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -59,6 +60,8 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   bool SetText(int index, std::string_view text);
   // Empties a slot; an index outside the slots is ignored.
   void Clear(int index);
+  // Records with equal numbers hold the same names in the same slots; 0 without names.
+  std::uint64_t GetLayoutId() const { return fLayoutId; }
 
  private:
   bool IsSlot(int index) const { return index >= 0 && static_cast<std::size_t>(index) < fSlots.Size(); }
@@ -71,6 +74,7 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   std::map<std::string, int> fIndexes;
   OwnedList<ScoreValue> fSlots;
   OwnedList<ScoreValue> fParked;  // by slot: a value for reuse, only where the slot is empty
+  std::uint64_t fLayoutId = 0;
 };
 
 }  // namespace KxVeyra_940

@@ -12,9 +12,6 @@ namespace KxVeyra_940 {
 
 namespace {
 
-// Numbers closer than this are neither less nor greater.
-constexpr double kOrderingTolerance = 1e-14;
-
 bool HasMissing(const ScoreValue& left, const ScoreValue& right) {
   return left.IsSystemMissingValue() || right.IsSystemMissingValue();
 }
@@ -48,19 +45,19 @@ bool NumericValue::Equal(const ScoreValue* value, bool, bool) const {
 }
 
 bool NumericValue::operator>(const ScoreValue& value) const {
-  return !HasMissing(*this, value) && fNumber - value.GetDouble() >= kOrderingTolerance;
+  return !HasMissing(*this, value) && IsLess(value.GetDouble(), fNumber);
 }
 
 bool NumericValue::operator<(const ScoreValue& value) const {
-  return !HasMissing(*this, value) && fNumber - value.GetDouble() <= -kOrderingTolerance;
+  return !HasMissing(*this, value) && IsLess(fNumber, value.GetDouble());
 }
 
 bool NumericValue::operator<=(const ScoreValue& value) const {
-  return !HasMissing(*this, value) && fNumber - value.GetDouble() < kOrderingTolerance;
+  return !HasMissing(*this, value) && IsLessOrEqual(fNumber, value.GetDouble());
 }
 
 bool NumericValue::operator>=(const ScoreValue& value) const {
-  return !HasMissing(*this, value) && fNumber - value.GetDouble() > -kOrderingTolerance;
+  return !HasMissing(*this, value) && IsLessOrEqual(value.GetDouble(), fNumber);
 }
 
 bool NumericValue::IsSystemMissingValue() const { return IsSystemMissingValue(fNumber); }

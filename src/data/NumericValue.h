@@ -37,6 +37,9 @@ class VEYRA_API NumericValue : public ScoreValue {
   // Within the relative tolerance, strictly.  The system-missing value equals itself only, 0 equals 0 only,
   // and an infinity equals nothing.  Not transitive.
   static bool IsEqual(double left, double right);
+  // The order of numbers that are there: those closer than an absolute 1e-14 are neither less nor greater.
+  static bool IsLess(double left, double right) { return left - right <= -kOrderingTolerance; }
+  static bool IsLessOrEqual(double left, double right) { return left - right < kOrderingTolerance; }
 
   void SetDoubleValue(double number) { fNumber = number; }
   // Sets the number that the text stands for (data/ReadNumber.h).
@@ -64,6 +67,8 @@ class VEYRA_API NumericValue : public ScoreValue {
   ValueType GetType() const override;
 
  private:
+  static constexpr double kOrderingTolerance = 1e-14;
+
   double fNumber = gSysmisValue;
 };
 

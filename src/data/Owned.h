@@ -25,6 +25,8 @@ class OwnedPart {
     if (this != &other) fPart.reset(CloneOf(other.fPart.get()));
     return *this;
   }
+  OwnedPart(OwnedPart&& other) noexcept = default;
+  OwnedPart& operator=(OwnedPart&& other) noexcept = default;
   ~OwnedPart() = default;
 
   T* Get() const { return fPart.get(); }
