@@ -1,9 +1,102 @@
 #include "transform/TransformationDictionary.h"
 
+#include <utility>
+
+#include "transform/CaseContext.h"
+#include "transform/DerivedValuesInternal.h"
+
 namespace KxVeyra_940 {
+
+TransformationDictionary::TransformationDictionary() = default;
+
+TransformationDictionary::TransformationDictionary(const TransformationDictionary& other)
+    : BaseDictionary(other),
+      fDerivedVarNames(other.fDerivedVarNames),
+      fValues(other.fValues == nullptr ? nullptr : std::make_unique<DerivedValues>(*other.fValues)) {
+  if (fValues != nullptr) fValues->Refresh(*this);
+}
+
+TransformationDictionary& TransformationDictionary::operator=(const TransformationDictionary& other) {
+  if (this == &other) return *this;
+  TransformationDictionary copy(other);
+  BaseDictionary::operator=(copy);
+  fDerivedVarNames.swap(copy.fDerivedVarNames);
+  fValues.swap(copy.fValues);
+  if (fValues != nullptr) fValues->Refresh(*this);
+  return *this;
+}
 
 TransformationDictionary::~TransformationDictionary() = default;
 
 ScoreDictionary* TransformationDictionary::Clone() const { return new TransformationDictionary(*this); }
+
+void TransformationDictionary::SetUpDerivedCaseRecord() {
+  if (fValues != nullptr) return;
+  fValues = std::make_unique<DerivedValues>(*this, fDerivedVarNames);
+  fValues->Refresh(*this);
+}
+
+ScoreCaseRecord* TransformationDictionary::GetValuesForDerivedVars(const ScoreCaseRecord* input,
+                                                                   const ScoreDictionary* dataDictionary) {
+  if (fValues == nullptr) return nullptr;
+  if (input != nullptr) {
+    fValues->Refresh(*this);
+    fValues->ForgetAll();
+    fValues->ComputeAll(CaseContext(input, dataDictionary, this));
+  }
+  return &fValues->Record();
+}
+
+void TransformationDictionary::AddVarCaseValue(const ScoreDictVar* var, const std::string& name,
+                                               ScoreValue* value) {
+  if (fValues == nullptr) return;
+  fValues->Record().Add(name, value);
+  if (var != nullptr) fValues->SetComputed(var->GetValueIndex());
+}
+
+void TransformationDictionary::AddVarCaseValue(const ScoreDictVar* var, const std::string& name,
+                                               double value) {
+  if (fValues != nullptr && fValues->Record().SetValue(name, value) && var != nullptr)
+    fValues->SetComputed(var->GetValueIndex());
+}
+
+void TransformationDictionary::AddVarCaseValue(const ScoreDictVar* var, const std::string& name, double value,
+                                               ScoreDictVar::DateTimeType type) {
+  if (fValues != nullptr && fValues->Record().SetValue(name, value, type) && var != nullptr)
+    fValues->SetComputed(var->GetValueIndex());
+}
+
+void TransformationDictionary::AddVarCaseValue(const ScoreDictVar* var, const std::string& name,
+                                               const std::string& text) {
+  if (fValues != nullptr && fValues->Record().SetValue(name, text) && var != nullptr)
+    fValues->SetComputed(var->GetValueIndex());
+}
+
+const ScoreValue* TransformationDictionary::GetVarValue(const std::string& name) const {
+  return fValues == nullptr ? nullptr : fValues->Record().Get(name);
+}
+
+bool TransformationDictionary::IsVarValueComputed(const ScoreDictVar* var) const {
+  return fValues != nullptr && var != nullptr && fValues->IsComputed(var->GetValueIndex());
+}
+
+void TransformationDictionary::Reset() {
+  if (fValues != nullptr) fValues->ForgetAll();
+}
+
+bool TransformationDictionary::Holds(const ScoreDictVar& var) const {
+  if (fValues == nullptr) return false;
+  fValues->Refresh(*this);
+  return fValues->Holds(var);
+}
+
+const ScoreValue* TransformationDictionary::ValueOf(const ScoreDictVar& var,
+                                                    const CaseContext& context) const {
+  return fValues->ValueAt(static_cast<std::size_t>(var.GetValueIndex()), context);
+}
+
+void TransformationDictionary::ComputeReads(const ScoreDictVar& var, const CaseContext& context) const {
+  fValues->ComputeReads(static_cast<std::size_t>(var.GetValueIndex()), context);
+}
 
 }  // namespace KxVeyra_940

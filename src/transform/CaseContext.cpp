@@ -1,0 +1,64 @@
+#include "transform/CaseContext.h"
+
+#include "data/CaseRecord.h"
+#include "transform/TransformVar.h"
+
+namespace KxVeyra_940 {
+
+namespace {
+
+std::uint64_t ContentOf(const ScoreDictionary* dictionary) {
+  const auto* const own = dynamic_cast<const BaseDictionary*>(dictionary);
+  return own == nullptr ? 0 : own->GetContentId();
+}
+
+const TransformationDictionary* WithValues(const ScoreDictionary* dictionary) {
+  const auto* const own = dynamic_cast<const TransformationDictionary*>(dictionary);
+  return own != nullptr && own->IsSetUp() ? own : nullptr;
+}
+
+const std::vector<ScoreValue*>& ValuesOf(const ScoreCaseRecord* record) {
+  static const std::vector<ScoreValue*> none;
+  return record == nullptr ? none : record->GetAllValues();
+}
+
+}  // namespace
+
+CaseContext::CaseContext(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
+                         const ScoreDictionary* transformations)
+    : fInput(input), fValues(&ValuesOf(input)), fDerivedValues(WithValues(transformations)) {
+  if (const auto* const own = dynamic_cast<const CaseRecord*>(input)) fBinding.layout = own->GetLayoutId();
+  fBinding.data = dataDictionary;
+  fBinding.derived = transformations;
+  fBinding.dataContent = ContentOf(dataDictionary);
+  fBinding.derivedContent =
+      fDerivedValues == nullptr ? ContentOf(transformations) : fDerivedValues->GetContentId();
+}
+
+const ScoreDictVar* CaseContext::FindVariable(const std::string& name) const {
+  const ScoreDictVar* const variable = fBinding.data == nullptr ? nullptr : fBinding.data->GetVar(name);
+  if (variable != nullptr || fBinding.derived == nullptr) return variable;
+  return fBinding.derived->GetVar(name);
+}
+
+void FieldSource::Bind(const CaseContext& context, const ScoreDictVar* fallback) {
+  const ScoreDictVar* const found = fName.empty() ? nullptr : context.FindVariable(fName);
+  fVariable = found == nullptr ? fallback : found;
+  fDerived = dynamic_cast<const TransformVar*>(fVariable);
+  const ScoreCaseRecord* const input = context.GetInput();
+  fSlot = input == nullptr || fName.empty() ? -1 : input->GetIndex(fName);
+}
+
+const ScoreValue* FieldSource::FindValueIn(const CaseContext& context) const {
+  const ScoreCaseRecord* const input = context.GetInput();
+  if (fDerived == nullptr || fPreference == kInputFirst) {
+    const bool isKept = context.KeepsSlots() || input == nullptr || fName.empty();
+    const ScoreValue* const value = context.InputAt(isKept ? fSlot : input->GetIndex(fName));
+    if (fDerived == nullptr || value != nullptr) return value;
+  }
+  const TransformationDictionary* const derived = context.GetDerivedValues();
+  return derived != nullptr && derived->Holds(*fDerived) ? derived->ValueOf(*fDerived, context)
+                                                         : fDerived->ValueIn(context);
+}
+
+}  // namespace KxVeyra_940

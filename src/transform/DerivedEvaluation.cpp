@@ -1,0 +1,311 @@
+// Derived fields: their value for a case.
+
+#include <algorithm>
+#include <cmath>
+
+#include "data/DateTimeValue.h"
+#include "data/NumericValue.h"
+#include "data/StringValue.h"
+#include "transform/TransformVarInternal.h"
+
+namespace KxVeyra_940 {
+
+namespace {
+
+constexpr double kMissing = NumericValue::gSysmisValue;
+
+bool HasNumber(const ScoreValue& value) { return value.GetType() != ScoreValue::kStringValueType; }
+
+}  // namespace
+
+const ScoreValue* TransformVar::GetTransformedValue(const ScoreCaseRecord* input,
+                                                    const ScoreDictionary* dataDictionary,
+                                                    const ScoreDictionary* transformations) const {
+  const CaseContext context(input, dataDictionary, transformations);
+  const TransformationDictionary* const derived = context.GetDerivedValues();
+  if (derived == nullptr || !derived->Holds(*this)) return Evaluate(context);
+  if (derived->IsVarValueComputed(this)) return derived->GetVarValue(GetName());
+  derived->ComputeReads(*this, context);
+  return Evaluate(context);
+}
+
+const ScoreValue* TransformVar::ValueIn(const CaseContext& context) const {
+  if (fState->isBeingEvaluated) return nullptr;
+  const ScoreValue* const value = Evaluate(context);
+  return fState->isTextMissing ? nullptr : value;
+}
+
+bool TransformVar::IsTextMissing() const { return fState->isTextMissing; }
+
+const ScoreValue* TransformVar::Evaluate(const CaseContext& context) const {
+  State& state = *fState;
+  if (state.isConstantSet) return state.result.get();
+  if (fExpression == TransformationDictionary::TE_CONSTANT) {
+    SetConstant();
+    return state.result.get();
+  }
+  if (!state.isBound || state.binding != context.GetBinding()) Bind(context);
+  state.isBeingEvaluated = true;
+  ComputeInto(state.work, context);
+  state.isBeingEvaluated = false;
+  return state.result.get();
+}
+
+void TransformVar::Bind(const CaseContext& context) const {
+  State& state = *fState;
+  if (!state.isBound) {
+    const auto preference = FieldSource::kInputFirst;
+    state.source = FieldSource(fExpression == TransformationDictionary::TE_APPLY ? std::string() : fFieldName,
+                               preference);
+    state.blockSources.clear();
+    for (const std::string& name : fBlockNames)
+      state.blockSources.emplace_back(name, FieldSource::kDerivedFirst);
+    if (fRoot && state.program == nullptr) state.program = std::make_unique<Program>(*fRoot);
+    std::vector<const ScoreValueRange*> ranges;
+    for (const Bin& bin : fBins) ranges.push_back(bin.range.Get());
+    state.bins.Build(std::move(ranges));
+  }
+  state.source.Bind(context);
+  for (std::size_t i = 0; i < state.blockSources.size(); ++i)
+    state.blockSources[i].Bind(context, fBlockVariables[i]);
+  if (state.program != nullptr) state.program->Bind(context);
+  state.binding = context.GetBinding();
+  state.isBound = true;
+}
+
+void TransformVar::ComputeInto(Operand& out, const CaseContext& context) const {
+  State& state = *fState;
+  if (fExpression == TransformationDictionary::TE_APPLY)
+    return state.program == nullptr ? StoreResult(Operand()) : StoreResult(state.program->Run(context));
+  out.SetMissingNumber();
+  const ScoreDictVar* const source = state.source.GetVariable();
+  const ScoreValue* const value = state.source.ValueIn(context);
+  switch (fExpression) {
+    case TransformationDictionary::TE_FIELDREF:
+      ReferTo(source, value, out);
+      break;
+    case TransformationDictionary::TE_NORMCONTINUOUS:
+      NormContinuous(source, value, out);
+      break;
+    case TransformationDictionary::TE_NORMDISCRETE:
+      GetEncodedValue(source, value, out);
+      break;
+    case TransformationDictionary::TE_DISCRETIZE:
+      GetBinningValue(source, value, out);
+      break;
+    case TransformationDictionary::TE_MAPVALUES:
+      GetMappedValue(context, value, out);
+      break;
+    case TransformationDictionary::TE_LAG:
+      return GetLagValue(context, value, out);
+    default:
+      break;
+  }
+  StoreResult(out);
+}
+
+// --- The result in the variable's type
+// ------------------------------------------------------------------------
+
+void TransformVar::SetConstant() const {
+  Operand constant;
+  const auto length = static_cast<int>(fConstString.size());
+  if (GetVarType() == kNUMERIC_VAR) {
+    constant.SetNumber(NumericValue(fConstString).GetNumber());
+  } else {
+    constant.LendText(fConstString, length);
+  }
+  StoreResult(constant);
+  fState->isConstantSet = true;
+}
+
+// Numbers become texts as they are shown, texts numbers when they are one as a whole; date-times count in
+// their stored seconds.
+void TransformVar::StoreResult(const Operand& value) const {
+  State& state = *fState;
+  switch (GetVarType()) {
+    case kNUMERIC_VAR: {
+      if (state.result == nullptr) state.result = std::make_unique<NumericValue>();
+      const double number = value.kind != Operand::kText ? value.number
+                            : value.isMissing            ? kMissing
+                                                         : NumberOfText(value.text);
+      return static_cast<NumericValue&>(*state.result).SetDoubleValue(number);
+    }
+    case kDATETIME_VAR: {
+      const DateTimeType type = GetDateTimeType();
+      if (state.result == nullptr) state.result = std::make_unique<DateTimeValue>();
+      auto& result = static_cast<DateTimeValue&>(*state.result);
+      if (value.kind != Operand::kText) {
+        const auto ownKind =
+            value.kind == Operand::kDateTime ? value.dateTimeKind : DateTimeValue::kDateTimeVal;
+        return result.SetDateTimeValue(value.number,
+                                       type == kNoDateTime ? ownKind : DateTimeValue::GetValType(type));
+      }
+      const double seconds = value.isMissing ? kMissing : NumberOfText(value.text);
+      result.SetDateTimeValue(seconds, DateTimeValue::GetValType(type));
+      if (seconds == kMissing && !value.isMissing) result.FromString(std::string(value.text), type);
+      return;
+    }
+    case STRING_VAR:
+      break;
+  }
+  if (state.result == nullptr) state.result = std::make_unique<StringValue>("");
+  state.isTextMissing = value.isMissing;
+  if (value.isMissing) return StoreText({});
+  if (value.kind == Operand::kText) return StoreText(value.text);
+  StoreText(value.kind == Operand::kNumber ? NumericValue(value.number).GetString()
+                                           : DateTimeValue(value.number, value.dateTimeKind).GetString());
+}
+
+// The declared length is the width, where there is one.
+void TransformVar::StoreText(std::string_view text) const {
+  auto& result = static_cast<StringValue&>(*fState->result);
+  const int width = GetWidth();
+  if (width >= 0) text = text.substr(0, static_cast<std::size_t>(width));
+  result.SetString(text);
+  result.SetLength(width >= 0 ? width : static_cast<int>(text.size()));
+}
+
+// --- Expressions of one field
+// -----------------------------------------------------------------------------------
+
+void TransformVar::ReferTo(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
+  const ScoreValue* const replacement = fRecodeMissValueTo.Get();
+  const bool isReplaced = replacement != nullptr && source != nullptr && source->IsMissingValue(value);
+  out.Lend(isReplaced ? replacement : value);
+}
+
+void TransformVar::NormContinuous(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
+  if (GetVarType() != kNUMERIC_VAR) return;
+  const bool isMissing = value == nullptr || (source != nullptr && source->IsMissingValue(value));
+  if (isMissing) return LendRecoded(fRecodeMissValueTo.Get(), out);
+  out.SetNumber(GetNormValue(value->GetDouble()));
+}
+
+void TransformVar::LendRecoded(const ScoreValue* recoded, Operand& out) const {
+  if (recoded != nullptr) out.Lend(recoded);
+}
+
+bool TransformVar::IsOutOfContRange(double x) const {
+  return fOrigs.size() >= 2 && (x < fLowestOrig || x > fHighestOrig);
+}
+
+double TransformVar::GetNormValue(double x) const {
+  if (!IsOutOfContRange(x)) return CalculateNormValue(x);
+  switch (fOutlierTreatment) {
+    case kAsMissingValues:
+      return CalculateNormAsMissingValues(x);
+    case kAsExtremeValues:
+      return CalculateNormAsExtremeValues(x);
+    case kAsIs:
+      break;
+  }
+  return CalculateNormAsIs(x);
+}
+
+bool TransformVar::HasLines() const {
+  return !fOrigs.empty() && !fSlopes.empty() && fSlopes.size() == fIntercepts.size();
+}
+
+// The first segment that holds x, one past the last when none does.
+std::size_t TransformVar::SegmentOf(double x) const {
+  const std::size_t count = fOrigs.size() - 1;
+  if (fAreOrigsAscending) {
+    const auto end = std::ranges::lower_bound(fOrigs, x);
+    if (end == fOrigs.end()) return count;
+    const auto place = static_cast<std::size_t>(end - fOrigs.begin());
+    if (place > 0) return place - 1;
+    return fOrigs.front() <= x ? 0 : count;
+  }
+  std::size_t i = 0;
+  while (i < count && !(fOrigs[i] <= x && x <= fOrigs[i + 1])) ++i;
+  return i;
+}
+
+double TransformVar::CalculateNormValue(double x) const {
+  if (!HasLines()) return x;
+  std::size_t segment = 0;
+  if (fOrigs.size() >= 2 && fSlopes.size() >= 2) {
+    segment = SegmentOf(x);
+    if (segment >= fSlopes.size() || segment + 1 >= fOrigs.size()) return x;
+  }
+  return x * fSlopes[segment] + fIntercepts[segment];
+}
+
+double TransformVar::CalculateNormAsIs(double x) const {
+  if (!HasLines()) return x;
+  const bool isAbove = std::fabs(x - fLowestOrig) > std::fabs(x - fHighestOrig);
+  return isAbove ? x * fSlopes.back() + fIntercepts.back() : x * fSlopes.front() + fIntercepts.front();
+}
+
+double TransformVar::CalculateNormAsMissingValues(double) const {
+  return fRecodeMissValueTo ? fRecodeMissValueTo->GetDouble() : kMissing;
+}
+
+double TransformVar::CalculateNormAsExtremeValues(double x) const {
+  if (fOrigs.empty() || fNorms.size() != fOrigs.size()) return x;
+  return std::fabs(x - fLowestOrig) > std::fabs(x - fHighestOrig) ? fNorms.back() : fNorms.front();
+}
+
+void TransformVar::GetEncodedValue(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
+  if (value == nullptr) {
+    if (GetVarType() != STRING_VAR) LendRecoded(fRecodeMissValueTo.Get(), out);
+    return;
+  }
+  for (const EncodingPair& pair : fEncodingMap)
+    if (pair.source && *pair.source == *value) return out.Lend(pair.encoded.Get());
+  HandleMissingAndInvalidValue(source, value, out);
+}
+
+void TransformVar::GetBinningValue(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
+  if (value == nullptr || !HasNumber(*value)) return LendRecoded(fRecodeMissValueTo.Get(), out);
+  // The system-missing number is in no range, not even in one without ends.
+  const std::size_t bin =
+      value->IsSystemMissingValue() ? BinFinder::kNone : fState->bins.Find(value->GetDouble());
+  if (bin == BinFinder::kNone) return HandleMissingAndInvalidValue(source, value, out);
+  const ScoreValue* const binValue = fBins[bin].value.Get();
+  out.Lend(binValue == nullptr ? value : binValue);
+}
+
+void TransformVar::HandleMissingAndInvalidValue(const ScoreDictVar* source, const ScoreValue* value,
+                                                Operand& out) const {
+  if (source == nullptr || !source->IsMissingValue(value)) {
+    if (fRecodeDefaultValue) return LendRecoded(fRecodeDefaultValue.Get(), out);
+    if (fRecodeElseCopy) out.Lend(value);
+    return;
+  }
+  if (source->GetVarType() == kNUMERIC_VAR && value->IsSystemMissingValue() && fRecodeSysmisValue)
+    return LendRecoded(fRecodeSysmisValue.Get(), out);
+  if (fRecodeMissValueTo) return LendRecoded(fRecodeMissValueTo.Get(), out);
+  if (fRecodeMissingCopy || fRecodeElseCopy) out.Lend(value);
+}
+
+void TransformVar::GetMappedValue(const CaseContext& context, const ScoreValue* value, Operand& out) const {
+  if (value != nullptr) {
+    for (const EncodingPair& pair : fEncodingMap)
+      if (pair.source && pair.encoded && *pair.source == *value) return out.Lend(pair.encoded.Get());
+  }
+  if (fMapValues) out.Lend(fMapValues->getValue(context));
+}
+
+// Absent values are kept too, so that every case moves the history by one.  Stores the result itself: the
+// oldest value makes room for the newest.
+void TransformVar::GetLagValue(const CaseContext& context, const ScoreValue* value, Operand& out) const {
+  State& state = *fState;
+  bool isSameBlock = true;
+  for (std::size_t i = 0; i < state.blockSources.size(); ++i) {
+    ValueHistory& history = state.blockHistories[i];
+    const ScoreValue* const current = state.blockSources[i].ValueIn(context);
+    if (history.IsFull()) {
+      const ScoreValue* const oldest = history.Oldest();
+      const bool isSame = oldest == nullptr || current == nullptr ? oldest == current : *oldest == *current;
+      isSameBlock = isSameBlock && isSame;
+    }
+    history.Push(current);
+  }
+  if (state.history.IsFull() && isSameBlock) out.Lend(state.history.Oldest());
+  StoreResult(out);
+  state.history.Push(value);
+}
+
+}  // namespace KxVeyra_940

@@ -1,0 +1,63 @@
+// One call of a built-in function, as the evaluation makes it.
+
+#ifndef VEYRA_TRANSFORM_FUNCTIONCALLINTERNAL_H_
+#define VEYRA_TRANSFORM_FUNCTIONCALLINTERNAL_H_
+
+#include <unicode/regex.h>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "transform/FunctionTable.h"
+#include "transform/Operand.h"
+#include "veyra/ScoreDictVar.h"
+
+namespace KxVeyra_940 {
+
+// The last regular expression of a call, compiled: in most documents it never changes.
+class RegularExpression {
+ public:
+  // Null for a pattern that does not compile.  `text` lives as long as the matcher is used.
+  icu::RegexMatcher* Matcher(std::string_view pattern, const icu::UnicodeString& text);
+
+ private:
+  std::string fPattern;
+  std::unique_ptr<icu::RegexMatcher> fMatcher;
+  bool fIsKnown = false;
+};
+
+bool FindsMatch(RegularExpression& expression, std::string_view text, std::string_view pattern);
+// Replaces `out`: every match replaced, or the text itself when the expression or the replacement is none.
+void ReplaceMatches(RegularExpression& expression, std::string_view text, std::string_view pattern,
+                    std::string_view replacement, std::string& out);
+
+// The median of values none of which is missing, which it sorts; system-missing without any.
+double MedianOf(std::vector<double>& values);
+
+// What a node of an expression keeps from case to case, beside its operands.
+struct FunctionMemory {
+  RegularExpression expression;
+  // The imputation's categories, their means and variances.
+  const ScoreDictVar* categorical = nullptr;
+  std::size_t categoricalOperand = 0;
+  const std::vector<double>* means = nullptr;
+  const std::vector<double>* variances = nullptr;
+  std::string scratch;
+};
+
+// No operand of a rule other than kSkipped, kFirstDecides, kConjunction and kDisjunction is missing, but
+// those of a function that settles nothing.
+struct FunctionCall {
+  std::span<const Operand* const> operands;
+  Operand& result;
+  std::vector<double>& numbers;  // room for a list of numbers
+  FunctionMemory& memory;
+
+  const Operand& operator[](std::size_t i) const { return *operands[i]; }
+  std::size_t Count() const { return operands.size(); }
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_TRANSFORM_FUNCTIONCALLINTERNAL_H_

@@ -1,0 +1,95 @@
+// The rows of a value map: from a tuple of input values to an output value.
+//
+// Look-ups go through a sorted index that is built on first use: logarithmic, and nothing is allocated.
+// Ownership: the table owns keys and outputs.
+// Threads: the info code and the index make a table usable by one thread at a time.  Nothing throws.
+
+#ifndef VEYRA_TRANSFORM_INLINETABLE_H_
+#define VEYRA_TRANSFORM_INLINETABLE_H_
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "transform/CaseContext.h"
+#include "veyra/Export.h"
+#include "veyra/ScoreCaseRecord.h"
+#include "veyra/ScoreDictVar.h"
+#include "veyra/ScoreDictionary.h"
+#include "veyra/ScoreValue.h"
+
+namespace KxVeyra_940 {
+
+class MapValues;
+
+// The order of row keys: position by position; numbers and texts decide, other kinds pass.  A number that is
+// missing, or NaN, passes too.  REQUIRES: `right` is not shorter than `left`.
+struct VEYRA_API compare {
+  bool operator()(const std::vector<ScoreValue*>& left, const std::vector<ScoreValue*>& right) const;
+};
+
+class VEYRA_API InlineTable {
+ public:
+  enum InfoCode : int { kFound = 0, kInputMissing = 1, kNoRow = 2 };
+
+  InlineTable();
+  InlineTable(const InlineTable& other);  // clones the rows
+  InlineTable& operator=(const InlineTable&) = delete;
+  ~InlineTable();
+
+  InlineTable* Clone() const { return new InlineTable(*this); }
+
+  // The field of the next key column, lent.
+  void AppendInputField(const ScoreDictVar* variable);
+  const std::vector<const ScoreDictVar*>& GetInputFields() const { return fInputFields; }
+  // Takes the values.  A key that is there already keeps its first row.  A key with a missing number or NaN
+  // is never found.  REQUIRES: as many keys as in the other rows.
+  void AddInputOutput(const std::vector<ScoreValue*>& keys, ScoreValue* output);
+  int GetRowCount() const { return static_cast<int>(fRows.size()); }
+  int GetInfoCode() const { return fInfoCode; }
+
+  // The output for the case, lent; null when a field is missing or no row has its values.
+  const ScoreValue* getValue(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
+                             const ScoreDictionary* transformations, MapValues* owner);
+  const ScoreValue* getValue(const CaseContext& context);
+  // Appends the values of the input fields, lent; stops at the first that is missing.
+  void GetInputValuesFromRecord(const ScoreCaseRecord* input, std::vector<ScoreValue*>& values,
+                                const ScoreDictionary* dataDictionary,
+                                const ScoreDictionary* transformations);
+  // The names of the input fields.
+  void AppendReads(std::vector<std::string>& names) const;
+  // The output of the row whose key it is, lent; null when there is none.
+  const ScoreValue* Find(const std::vector<ScoreValue*>& key);
+
+ private:
+  // One position of a key.
+  struct Cell {
+    double number;
+    std::string_view text;  // without trailing blanks
+    ScoreValue::ValueType type;
+  };
+
+  static Cell CellOf(const ScoreValue* value);
+  // Negative, 0 or positive; cells of different kinds and date-times pass as equal.
+  static int Order(const Cell& left, const Cell& right);
+  static bool IsUsable(const std::vector<ScoreValue*>& key);
+  void CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values);
+  void BuildIndex();
+
+  std::vector<const ScoreDictVar*> fInputFields;
+  std::map<std::vector<ScoreValue*>, ScoreValue*, compare> fRows;  // all owned
+  int fInfoCode = kFound;
+
+  std::vector<FieldSource> fSources;
+  CaseContext::Binding fBinding;
+  bool fIsBound = false;
+  std::vector<Cell> fCells;  // the keys of the rows in order
+  std::vector<const ScoreValue*> fOutputs;
+  bool fIsIndexed = false;
+  std::vector<ScoreValue*> fKey;  // of the case
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_TRANSFORM_INLINETABLE_H_

@@ -1,0 +1,37 @@
+// What a derived field keeps from case to case.
+
+#ifndef VEYRA_TRANSFORM_TRANSFORMVARINTERNAL_H_
+#define VEYRA_TRANSFORM_TRANSFORMVARINTERNAL_H_
+
+#include <memory>
+#include <vector>
+
+#include "transform/BinFinder.h"
+#include "transform/CaseContext.h"
+#include "transform/ProgramInternal.h"
+#include "transform/TransformVar.h"
+#include "transform/ValueHistory.h"
+
+namespace KxVeyra_940 {
+
+struct TransformVar::State {
+  std::unique_ptr<ScoreValue> result;  // of the variable's type; null before the first case
+  bool isTextMissing = false;
+  bool isConstantSet = false;
+  bool isBeingEvaluated = false;
+
+  bool isBound = false;
+  CaseContext::Binding binding;
+  FieldSource source;
+  std::unique_ptr<Program> program;
+  Operand work;
+  BinFinder bins;
+
+  ValueHistory history;
+  std::vector<ValueHistory> blockHistories;
+  std::vector<FieldSource> blockSources;
+};
+
+}  // namespace KxVeyra_940
+
+#endif  // VEYRA_TRANSFORM_TRANSFORMVARINTERNAL_H_
