@@ -176,16 +176,6 @@ std::string ExactText(const ScoreValue& value) {
   return std::string(text, std::to_chars(text, text + sizeof text, value.GetDouble()).ptr);
 }
 
-ScoreDictVar& FindVariable(const std::string& name, const std::string& shownName, ScoreDictionary& dictionary,
-                           ScoreDictionary* transformations) {
-  ScoreDictVar* variable = dictionary.GetVar(name);
-  if (variable == nullptr && transformations != nullptr) variable = transformations->GetVar(name);
-  if (variable == nullptr) {
-    Raise(MessageId::kMissingVariableInBoth, {shownName, XML_ELE_DATADICTIONARY, XML_ELE_TRANSFORMATION});
-  }
-  return *variable;
-}
-
 // Collects the values of a set predicate in its split.
 class SetReader {
  public:
@@ -289,8 +279,7 @@ ScorePredicate* PMMLTranslator::ParseCompoundPredicate(const DOMElement* node, S
 SimplePredicate* PMMLTranslator::ParsePredicate(const DOMElement* node, ScoreDictionary* dictionary,
                                                 ScoreDictionary* transformations, bool ordinalAsScale) const {
   const XMLCh* name = RequiredAttribute(*node, XML_ATT_FIELD);
-  ScoreDictVar& variable =
-      FindVariable(BaseTranslator::ToString(name), ToUTF8(name), *dictionary, transformations);
+  auto& variable = const_cast<ScoreDictVar&>(RequiredVariable(name, dictionary, transformations));
   const bool isScale =
       variable.GetMLevel() == ScoreDictVar::kContinuous ||
       (variable.GetMLevel() == ScoreDictVar::kOrdinal && !IsString(variable) && ordinalAsScale);
@@ -312,8 +301,7 @@ SimplePredicate* PMMLTranslator::ParsePredicate(const DOMElement* node, ScoreDic
 SetPredicate* PMMLTranslator::ParseSetPredicate(const DOMElement* node, ScoreDictionary* dictionary,
                                                 ScoreDictionary* transformations) const {
   const XMLCh* name = RequiredAttribute(*node, XML_ATT_FIELD);
-  ScoreDictVar& variable =
-      FindVariable(BaseTranslator::ToString(name), ToUTF8(name), *dictionary, transformations);
+  auto& variable = const_cast<ScoreDictVar&>(RequiredVariable(name, dictionary, transformations));
   if (variable.GetMLevel() == ScoreDictVar::kContinuous) return nullptr;
   std::string setOperator;
   std::vector<double> arrayData;

@@ -13,6 +13,7 @@
 #define VEYRA_TRANSLATE_PMMLTRANSLATOR_H_
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 #include <xercesc/util/XercesDefs.hpp>
@@ -21,6 +22,7 @@
 #include "veyra/Export.h"
 #include "veyra/ScoreDictVar.h"
 #include "veyra/ScoreDictionary.h"
+#include "veyra/ScoreValueRange.h"
 #include "veyra/TransformFunction.h"
 
 XERCES_CPP_NAMESPACE_BEGIN
@@ -31,10 +33,13 @@ XERCES_CPP_NAMESPACE_END
 namespace KxVeyra_940 {
 
 class DiscreteSplit;
+class FunctionTree;
 class ScaleSplit;
 class ScorePredicate;
 class SetPredicate;
 class SimplePredicate;
+class TransformVar;
+class TransformationDictionary;
 
 class VEYRA_API PMMLTranslator : public BaseTranslator {
  public:
@@ -108,6 +113,96 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // The word of "optype"; empty for any other number.
   static std::string ToString(ScoreDictVar::MeasureLevel level);
 
+  // --- Derived fields
+  // ---------------------------------------------------------------------------------------
+
+  // A new dictionary of the "DerivedField" elements at any depth below the element, in document order, which
+  // is the order of their evaluation; the caller owns it.  Null when there are none.  A field may refer to
+  // fields defined before it.  Restarts the numbers of expression nodes.  Errors as the rules below.
+  TransformationDictionary* HandleTransformationDictionary(xercesc::DOMElement* element,
+                                                           const ScoreDictionary* dataDictionary);
+  // The same into a dictionary that has fields already: numbers go on, and names are refused across both.
+  void ExtendTransformationDictionary(const xercesc::DOMElement& element,
+                                      const ScoreDictionary* dataDictionary,
+                                      TransformationDictionary& dictionary);
+  // Fills the map of function names; a name that is there keeps its function.
+  void InitFunctionMap();
+  // A new expression node with what lies below it; `parent`, when there is one, takes it, else the caller
+  // owns it.  Errors 260120, 260151, 260153, 260173, 260174, 260215, 260221 (also for expressions nested
+  // deeper than kMaxApplyDepth), 260243, 260245, 260303.
+  FunctionTree* HandleApply(xercesc::DOMElement* apply, const ScoreDictVar* derivedVar, FunctionTree* parent,
+                            const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations);
+  static constexpr int kMaxApplyDepth = 500;
+  // The name of the field, which must be known and, for a derived variable, of its type; that takes the
+  // replacement of missing values.  Errors 260120, 260125, 260215.
+  std::string HandleFieldRef(xercesc::DOMElement* fieldRef, const ScoreDictionary* dataDictionary,
+                             const ScoreDictionary* transformations, const ScoreDictVar* derivedVar);
+  // The text of a constant: seconds since 1970 for a date-time.  Errors 260114, 260151.
+  std::string HandelConstant(const xercesc::DOMElement* constant, double& number,
+                             ScoreValue::ValueType& type) const;
+  // A new value; the caller owns it.  Errors 260114, 260151.
+  ScoreValue* HandelConstant(const xercesc::DOMElement* constant) const;
+  // A new text; the caller owns it.  Errors 260114, 260153 (another data type).
+  ScoreValue* HandelConstantDefaultStringType(const xercesc::DOMElement* constant) const;
+  // Gives the variable the listed values as its categories.  Errors 260120, 260151, 260153.
+  void HandleValueList(const xercesc::DOMElement* derivedField, TransformVar* variable) const;
+  // Inserts a leaf for a field, or a constant, below `parent`.  Takes the value.
+  void SetLeafNodeStats(const std::string& name, FunctionTree* parent, int position, bool isConstant,
+                        ScoreValue* fieldMissingValue);
+
+  // The checks of an expression's parameters, described by their names ("Constant_D_", "Constant_T_" or
+  // "Constant_S_" for constants), kinds (0 nested, 1 field, 2 constant) and, for nested ones, functions.
+  void VerifyApplyFunction(const std::vector<std::string>& names, const std::vector<int>& kinds,
+                           const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations,
+                           TransformFunction function, const std::vector<TransformFunction>& childFunctions,
+                           const ScoreDictVar* derivedVar) const;
+  // Error 260243 for a nested function whose result the parent does not take.
+  void VerifyParentAndChildFunction(TransformFunction parent, TransformFunction child) const;
+  // Error 260245 for a field or constant of the wrong kind; a field that no dictionary has passes as a
+  // number.
+  void VerifyOneElem(TransformFunction function, bool numericExpected, bool isConstant,
+                     const std::string& name, const ScoreDictionary* dataDictionary,
+                     const ScoreDictionary* transformations) const;
+
+  static bool IsArithmeticFunction(TransformFunction function);
+  static bool IsMathematicsFunction(TransformFunction function);
+  static bool IsStatisticFunction(TransformFunction function);
+  static bool IsDateTimeFunction(TransformFunction function);
+  static bool IsStringFunction(TransformFunction function);
+  static bool IsLogicFunction(TransformFunction function);
+  static bool IsMixInputFunction(TransformFunction function);
+  static bool IsNumericFunction(TransformFunction function);
+  static bool IsInputNumericFunction(TransformFunction function);
+  static bool IsInputStringFunction(TransformFunction function);
+  static bool IsOutputNumericFunction(TransformFunction function);
+  static bool IsOutputStringFunction(TransformFunction function);
+  static bool IsMixOutputFunction(TransformFunction function);
+  // The display name; "<not defined>" for a number without a function.
+  std::string ToString(TransformFunction function) const;
+
+  // Each completes a derived variable (a TransformVar) and returns the name of its source field.  Errors
+  // 260120, 260125, 260151 and what they are told apart by: 260176, 260180; 260214; 260115, 260132, 260153,
+  // 260175, 260178, 260216, 260244, 260272, 260293; 260115, 260122, 260153, 260272 and code 1; 260151.
+  std::string HandleNormContinuous(xercesc::DOMElement* element, ScoreDictVar* derived,
+                                   const ScoreDictionary* dataDictionary,
+                                   const ScoreDictionary* transformations);
+  // A source field without listed values gets the value as a category: its dictionary changes.
+  std::string HandleNormDiscrete(xercesc::DOMElement* element, ScoreDictVar* derived,
+                                 const ScoreDictionary* dataDictionary,
+                                 const ScoreDictionary* transformations);
+  std::string HandleDiscritize(xercesc::DOMElement* element, ScoreDictVar* derived,
+                               const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations);
+  std::string HandleMapValues(xercesc::DOMElement* element, ScoreDictVar* derived,
+                              const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations);
+  std::string HandleLag(xercesc::DOMElement* element, ScoreDictVar* derived,
+                        const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations);
+  // A new range; the caller owns it.  Errors 260120, 260151, 260153, 260175 (no margin, from index 2 on).
+  static ScoreValueRange* HandleDiscretizeBinInterVal(const xercesc::DOMElement* interval, int index);
+  // Gives the variable the missing values that the extension lists.  Errors 260120, 260151, 260216, 260272.
+  void handleDerivedVarMissingValue(const xercesc::DOMElement* extension, TransformVar* derived) const;
+  // Applies one recode extension; unknown names change nothing.  Errors 260120, 260216, 260244.
+  void HandleZENTExtensions(const xercesc::DOMElement* extension, TransformVar* derived) const;
+
   // What every list of categories must fulfil: a flag has at most two (260271), none is missing by the
   // variable's own account (260294), no two are equal (260203).  The variable has its labels and its missing
   // values already.
@@ -163,10 +258,22 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // Whether the text, in the translator's encoding, is one of the variable's listed values.
   static bool IsValidScoreValue(const ScoreDictVar* variable, const std::string& value);
 
- protected:
+  // --- Small services ---------------------------------------------------------------------------------------
+
+  // The variable in one of the dictionaries, the first one first; either may be null.  Null, or error 260125,
+  // when neither has it.
+  static const ScoreDictVar* FindVariable(const std::string& name, const ScoreDictionary* dataDictionary,
+                                          const ScoreDictionary* transformations);
+  const ScoreDictVar& RequiredVariable(const XMLCh* name, const ScoreDictionary* dataDictionary,
+                                       const ScoreDictionary* transformations) const;
+  // A value of the variable's type from the attribute; null when it is absent or empty.
+  std::unique_ptr<ScoreValue> OptionalValue(const xercesc::DOMElement& element, const char* attribute,
+                                            const ScoreDictVar& variable) const;
+  std::string NextNodeID() { return std::to_string(fNodeCounter++); }
   // An error argument from a text in the translator's encoding.
   std::string ToUTF8Argument(const std::string& narrow) const;
 
+ protected:
   int fNodeCounter = 0;                                 // numbers the nodes of expression trees
   std::map<std::string, TransformFunction> fFunctions;  // built-in functions by name
   std::string fEncoding;
