@@ -18,6 +18,7 @@
 #include <xercesc/util/XercesDefs.hpp>
 
 #include "veyra/Export.h"
+#include "veyra/ScoreDictionary.h"
 #include "veyra/ScoreModel.h"
 
 XERCES_CPP_NAMESPACE_BEGIN
@@ -25,6 +26,8 @@ class DOMElement;
 XERCES_CPP_NAMESPACE_END
 
 namespace KxVeyra_940 {
+
+class TransformationDictionary;
 
 class VEYRA_API ModelFactory {
  public:
@@ -70,6 +73,19 @@ class VEYRA_API ModelFactory {
   static ScoreModel* MakeModelFromXML(ScoreModel* baseModel, xercesc::DOMElement* modelElement,
                                       const std::vector<std::string>& modelNames, const std::string& encoding,
                                       bool supportOldParser);
+
+  // The derived fields of a PMML document (a TransformationDictionary), set up and ready for cases, and its
+  // data dictionary, which is stored in `dictionary`; both belong to the caller.  No plug-in is loaded. Null,
+  // with `dictionary` as it was, for a root other than "PMML"; null when no field is derived.  The stream
+  // need not be seekable.  When the translation of the derived fields raises, `dictionary` is set already.
+  // The document is parsed with the parser's own defaults, which read external DTDs and expand entities: give
+  // it trusted documents only.
+  static TransformationDictionary* GetTransformationDictionaryFromXML(const std::string& pmmlPath,
+                                                                      ScoreDictionary*& dictionary,
+                                                                      const std::string& encoding);
+  static TransformationDictionary* GetTransformationDictionaryFromXML(std::istream& in,
+                                                                      ScoreDictionary*& dictionary,
+                                                                      const std::string& encoding);
 
   // Starts the parser platform for the process and, when the path is not empty, replaces fModelNames by the
   // catalogue file's names.

@@ -31,9 +31,6 @@ constexpr const char* kMakeModel = "MakeModelFromXML";
 constexpr const char* kGetLibraryPath = "GetLibraryPath";
 constexpr const char* kNearestNeighborModel = "NearestNeighborModel";
 
-void TraceEnter(const char* operation) { ScoringLog::GetInstance()->TraceText(1, "Enter:%s", operation); }
-void TraceExit(const char* operation) { ScoringLog::GetInstance()->TraceText(1, "Exit:%s", operation); }
-
 void FillCatalogueOnce(const Names& names) {
   const sfGuard lock(XercesLock, sfMutex::kWaitLock);
   if (&names != &ModelFactory::fModelNames && ModelFactory::fModelNames.empty()) {
