@@ -4,6 +4,7 @@
 #include <string>
 
 #include "veyra/Adaptations.h"
+#include "veyra/FunctionsCommand.h"
 #include "veyra/ManualPage.h"
 
 namespace VeyraTool {
@@ -81,26 +82,62 @@ void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog
       ->type_name("FILE");
 }
 
+void AddLenient(CLI::App& command, bool& isLenient) {
+  command.add_flag("--lenient", isLenient,
+                   "Adapt a document that the library refuses, and say what was adapted (see veyra doctor)");
+}
+
+void AddCellRules(CLI::App& command, CellRules& cells) {
+  command
+      .add_option("--missing", cells.missingTexts,
+                  "A cell text that means missing; may be repeated (default: the empty cell)")
+      ->type_name("TEXT")
+      ->allow_extra_args(false)
+      ->take_all();
+  command.add_flag("--lax-columns", cells.absentColumnsAreMissing,
+                   "A needed column that is absent counts as missing instead of stopping");
+}
+
 void AddScore(CLI::App& app, Options& options) {
   ScoreOptions& score = options.score;
   CLI::App* command = app.add_subcommand("score", "Score the rows of a CSV file with a model");
   AddModelOptions(*command, score.model, score.catalog);
   AddRowOptions(*command, score.rows);
-  command->add_flag("--lenient", score.isLenient,
-                    "Adapt a document that the library refuses, and say what was adapted (see veyra doctor)");
-  command
-      ->add_option("--missing", score.cells.missingTexts,
-                   "A cell text that means missing; may be repeated (default: the empty cell)")
-      ->type_name("TEXT")
-      ->allow_extra_args(false)
-      ->take_all();
-  command->add_flag("--lax-columns", score.cells.absentColumnsAreMissing,
-                    "A needed column that is absent counts as missing instead of stopping");
+  AddLenient(*command, score.isLenient);
+  AddCellRules(*command, score.cells);
   command->footer(
       "Example:\n  veyra score model.pmml data.csv.gz --append --threads 4 -o results.csv\n\n"
       "The results are a column named after the target, for a classification the\n"
       "probability of each category, and the document's output fields.");
   command->callback([&options] { options.status = RunScore(options.score); });
+}
+
+void AddDerive(CLI::App& app, Options& options) {
+  DeriveOptions& derive = options.derive;
+  CLI::App* command =
+      app.add_subcommand("derive", "Compute the derived fields of a document for the rows of a CSV file");
+  command->add_option("DOCUMENT", derive.document, "The PMML document, packed by gzip or not")
+      ->type_name(" ")
+      ->required();
+  AddRowOptions(*command, derive.rows);
+  command->add_option("--only", derive.only, "The derived fields to write (default: all of them)")
+      ->type_name("NAME,NAME,...")
+      ->delimiter(',');
+  AddLenient(*command, derive.isLenient);
+  command->add_flag("--trust-dtd", derive.trustsDtd,
+                    "Read a document that declares entities or refers to a DTD");
+  AddCellRules(*command, derive.cells);
+  command->footer(
+      "Example:\n  veyra derive model.pmml data.csv --only age_group,log_income --append -o fields.csv\n\n"
+      "The results are a column for each derived field, in the order of evaluation.\n"
+      "No plug-in is needed.");
+  command->callback([&options] { options.status = RunDerive(options.derive); });
+}
+
+void AddFunctions(CLI::App& app, Options&) {
+  CLI::App* command = app.add_subcommand("functions", "List the built-in functions of derived fields");
+  command->footer("Example:\n  veyra functions | grep date");
+  command->callback(RunFunctions);
 }
 
 void AddInspect(CLI::App& app, Options& options) {
@@ -148,8 +185,10 @@ void AddCommands(CLI::App& app, Options& options) {
   app.require_subcommand(1);
   app.footer("Example:\n  veyra score model.pmml data.csv -o results.csv\n\n" + std::string(kExitStatus));
   AddScore(app, options);
+  AddDerive(app, options);
   AddInspect(app, options);
   AddDoctor(app, options);
+  AddFunctions(app, options);
   AddPapers(app, options);
 }
 

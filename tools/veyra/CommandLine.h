@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "veyra/DeriveCommand.h"
 #include "veyra/DoctorCommand.h"
 #include "veyra/Failures.h"
 #include "veyra/InspectCommand.h"
@@ -15,6 +16,7 @@ namespace VeyraTool {
 
 struct Options {
   ScoreOptions score;
+  DeriveOptions derive;
   InspectOptions inspect;
   DoctorOptions doctor;
   ExitStatus status = kDone;  // of the command that ran

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include "translate/DomReader.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ByteSource.h"
 #include "veyra/ElementPath.h"
@@ -74,6 +75,63 @@ std::string RefusalText(const VYException& exception) {
   return "error " + std::to_string(exception.GetErrorCode()) + ": " + exception.GetErrorMessage();
 }
 
+namespace {
+
+using Build = std::function<void(std::string_view)>;
+
+constexpr int kUnsupportedValueCode = 260303;
+
+// What becomes of a refused document when it is adapted: one line, or nothing.
+std::string DescribeAdapted(const ParsedDocument& document, const std::string& refusal, const Build& build) {
+  const std::vector<Applied> adapted = Adapt(*document.GetRoot()->getOwnerDocument());
+  if (adapted.empty()) return {};
+  std::string names;
+  for (const Applied& one : adapted) names.append(names.empty() ? "" : "; ").append(Describe(one));
+  try {
+    build(document.Serialise());
+    return "--lenient would let it through (" + names + ")";
+  } catch (const VYException& exception) {
+    if (RefusalText(exception) == refusal) return {};
+    return "with --lenient (" + names + ") it would be refused all the same: " + RefusalText(exception);
+  }
+}
+
+// A call of a function that the document defines itself, which the library does not read.
+std::string DescribeOwnFunction(const xercesc::DOMElement& root, const VYException& exception) {
+  if (exception.GetErrorCode() != kUnsupportedValueCode || exception.GetErrors().empty()) return {};
+  const std::vector<std::string>& arguments = exception.GetErrors().back().arguments;
+  if (arguments.size() != 2 || arguments[1] != "function") return {};
+  bool isDefined = false;
+  KxVeyra_940::ForEachElementBelow(root, "DefineFunction", [&](const xercesc::DOMElement& element) {
+    isDefined = isDefined || KxVeyra_940::OptionalText(element, "name") == arguments[0];
+  });
+  return isDefined
+             ? "the document defines '" + arguments[0] + "' itself (DefineFunction), which is not supported"
+             : std::string();
+}
+
+}  // namespace
+
+std::string ExplainRefusal(const std::string& path, const VYException& exception, bool isLenient,
+                           const Build& build) {
+  std::string text = path + ": " + RefusalText(exception);
+  const auto addLine = [&](const std::string& line) {
+    if (!line.empty()) text.append("\nveyra: ").append(path).append(": ").append(line);
+  };
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return text;
+  const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
+  addLine(document.GetFault());
+  if (document.GetRoot() == nullptr) return text;
+  // With --lenient the place is that of the adapted document, whose paths are the same.
+  if (isLenient) Adapt(*document.GetRoot()->getOwnerDocument());
+  const xercesc::DOMElement* element = FindRefused(*document.GetRoot(), exception);
+  if (element != nullptr) addLine("in " + PathOf(*element));
+  addLine(DescribeOwnFunction(*document.GetRoot(), exception));
+  if (!isLenient) addLine(DescribeAdapted(document, RefusalText(exception), build));
+  return text;
+}
+
 LibrarySession::LibrarySession(const std::string& catalogPath) : fCatalogPath(ChooseCatalog(catalogPath)) {
   try {
     ModelFactory::Initialize(fCatalogPath);
@@ -112,45 +170,12 @@ LoadedModel LibrarySession::LoadModel(const std::string& path, bool isLenient) c
     if (loaded.model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
     loaded.keepsHistory = HoldsLag(text.empty() ? ReadWhole(path) : text);
   } catch (const VYException& exception) {
-    throw CommandFailure(kModelRefused, ExplainRefusal(path, exception, isLenient));
+    throw CommandFailure(kModelRefused,
+                         ExplainRefusal(path, exception, isLenient,
+                                        [this](std::string_view document) { MakeModel(document); }));
   }
   WarnOfVersion(path, *loaded.model);
   return loaded;
-}
-
-// What becomes of a refused document when it is adapted: one line, or nothing.
-std::string LibrarySession::DescribeAdapted(const ParsedDocument& document,
-                                            const std::string& refusal) const {
-  const std::vector<Applied> adapted = Adapt(*document.GetRoot()->getOwnerDocument());
-  if (adapted.empty()) return {};
-  std::string names;
-  for (const Applied& one : adapted) names.append(names.empty() ? "" : "; ").append(Describe(one));
-  try {
-    MakeModel(document.Serialise());
-    return "--lenient would let it through (" + names + ")";
-  } catch (const VYException& exception) {
-    if (RefusalText(exception) == refusal) return {};
-    return "with --lenient (" + names + ") it would be refused all the same: " + RefusalText(exception);
-  }
-}
-
-std::string LibrarySession::ExplainRefusal(const std::string& path, const VYException& exception,
-                                           bool isLenient) const {
-  std::string text = path + ": " + RefusalText(exception);
-  const auto addLine = [&](const std::string& line) {
-    if (!line.empty()) text.append("\nveyra: ").append(path).append(": ").append(line);
-  };
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return text;
-  const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
-  addLine(document.GetFault());
-  if (document.GetRoot() == nullptr) return text;
-  // With --lenient the place is that of the adapted document, whose paths are the same.
-  if (isLenient) Adapt(*document.GetRoot()->getOwnerDocument());
-  const xercesc::DOMElement* element = FindRefused(*document.GetRoot(), exception);
-  if (element != nullptr) addLine("in " + PathOf(*element));
-  if (!isLenient) addLine(DescribeAdapted(document, RefusalText(exception)));
-  return text;
 }
 
 }  // namespace VeyraTool

@@ -3,6 +3,7 @@
 #ifndef VEYRA_TOOLS_LIBRARYSESSION_H_
 #define VEYRA_TOOLS_LIBRARYSESSION_H_
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,12 @@ namespace VeyraTool {
 
 // "error ID: text"
 std::string RefusalText(const KxVeyra_940::VYException& exception);
+
+// All that can be said about a document that the library refused: its message, the parser's reason, the
+// element's path, what --lenient would do.  `build` makes what was asked for from a document in memory and
+// throws VYException.  Lines but the first begin with "veyra: PATH: ".
+std::string ExplainRefusal(const std::string& path, const KxVeyra_940::VYException& exception, bool isLenient,
+                           const std::function<void(std::string_view)>& build);
 
 struct LoadedModel {
   std::unique_ptr<KxVeyra_940::ScoreModel> model;
@@ -39,9 +46,6 @@ class LibrarySession {
 
  private:
   std::unique_ptr<KxVeyra_940::ScoreModel> MakeModelOfFile(const std::string& path) const;
-  std::string DescribeAdapted(const ParsedDocument& document, const std::string& refusal) const;
-  std::string ExplainRefusal(const std::string& path, const KxVeyra_940::VYException& exception,
-                             bool isLenient) const;
 
   std::string fCatalogPath;
 };

@@ -47,6 +47,14 @@ struct RowPipeline::Lane {
   RowFailure failure;
 };
 
+RowOptions WithOneThread(RowOptions options, const std::string& document) {
+  if (options.threads > 1)
+    std::fprintf(stderr, "veyra: %s: derived fields look back at earlier rows (Lag): one thread is used\n",
+                 document.c_str());
+  options.threads = 1;
+  return options;
+}
+
 RowPipeline::RowPipeline(const RowOptions& options)
     : fOptions(options), fSource(options.data, options.encoding), fReader(fSource), fHeader(options.columns) {
   if (fOptions.hasHeader) ReadHeader();

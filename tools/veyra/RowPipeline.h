@@ -48,6 +48,10 @@ struct RowOptions {
   bool quiet = false;
 };
 
+// The options with one thread, for derived fields that look back at earlier rows; says so when more were
+// asked for.
+RowOptions WithOneThread(RowOptions options, const std::string& document);
+
 enum class RowOutcome { kResult, kMissingResult, kFailed };
 
 // Turns rows into results.  Each thread has one of its own; it may keep what it needs from row to row, but

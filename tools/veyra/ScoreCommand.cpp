@@ -1,6 +1,5 @@
 #include "veyra/ScoreCommand.h"
 
-#include <cstdio>
 #include <memory>
 
 #include "data/NumericValue.h"
@@ -88,24 +87,13 @@ class ScoreWorker : public RowWorker {
   std::unique_ptr<ScoreResult> fResult;
 };
 
-// Derived fields that look back see the cases in the order of the rows.
-RowOptions WithOneThread(const ScoreOptions& options) {
-  if (options.rows.threads > 1) {
-    std::fprintf(stderr, "veyra: %s: derived fields look back at earlier rows (Lag): one thread is used\n",
-                 options.model.c_str());
-  }
-  RowOptions rows = options.rows;
-  rows.threads = 1;
-  return rows;
-}
-
 }  // namespace
 
 ExitStatus RunScore(const ScoreOptions& options) {
   const LibrarySession library(options.catalog);
   const LoadedModel loaded = library.LoadModel(options.model, options.isLenient);
   const std::unique_ptr<ScoreModel>& model = loaded.model;
-  RowPipeline rows(loaded.keepsHistory ? WithOneThread(options) : options.rows);
+  RowPipeline rows(loaded.keepsHistory ? WithOneThread(options.rows, options.model) : options.rows);
   CaseLayout layout(rows.GetDataName(), rows.GetHeader(), options.cells);
   BindFields(*model, layout);
   const std::unique_ptr<ScoreResult> result(model->NewResult());
