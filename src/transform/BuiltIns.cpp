@@ -62,7 +62,7 @@ class Consumed {
   Consumed& operator=(const Consumed&) = delete;
   ~Consumed() {
     std::ranges::sort(fValues);
-    fValues.erase(std::ranges::unique(fValues).begin(), fValues.end());
+    fValues.erase(std::unique(fValues.begin(), fValues.end()), fValues.end());
     if (std::ranges::find(fValues, fValue) == fValues.end()) delete fValue;
     for (const ScoreValue* value : fValues) delete value;
     fValues.clear();

@@ -122,7 +122,26 @@ void InlineTable::BuildIndex() {
     for (const ScoreValue* value : key) fCells.push_back(CellOf(value));
     fOutputs.push_back(output);
   }
+  BuildTextIndex();
   fIsIndexed = true;
+}
+
+void InlineTable::BuildTextIndex() {
+  fTexts.Clear();
+  fTextRows.clear();
+  const auto isText = [](const Cell& cell) { return cell.type == ScoreValue::kStringValueType; };
+  if (fCells.size() != fOutputs.size() || !std::ranges::all_of(fCells, isText)) return;
+  for (std::size_t row = 0; row < fOutputs.size(); ++row) {
+    fTexts.Append(fCells[row].text);
+    fTextRows.push_back({fCells[row].text, fOutputs[row]});
+  }
+}
+
+const ScoreValue* InlineTable::FindText(const ScoreValue& key) const {
+  if (key.GetType() != ScoreValue::kStringValueType) return nullptr;
+  const std::uint32_t row =
+      fTexts.Find(CellOf(&key).text, [this](std::uint32_t position) { return fTextRows[position].text; });
+  return row == NameIndex::kNone ? nullptr : fTextRows[row].output;
 }
 
 const ScoreValue* InlineTable::Find(const std::vector<ScoreValue*>& key) {
@@ -130,6 +149,7 @@ const ScoreValue* InlineTable::Find(const std::vector<ScoreValue*>& key) {
   const std::size_t rows = fOutputs.size();
   const std::size_t width = rows == 0 ? 0 : fCells.size() / rows;
   if (rows == 0 || key.size() != width || !IsUsable(key)) return nullptr;
+  if (!fTextRows.empty()) return FindText(*key[0]);
   // One key column is what nearly every table has.
   const Cell first = width == 0 ? Cell{0, {}, ScoreValue::kNumericValueType} : CellOf(key[0]);
   const auto orderOfRow = [&](std::size_t row) {

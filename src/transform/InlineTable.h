@@ -1,6 +1,7 @@
 // The rows of a value map: from a tuple of input values to an output value.
 //
-// Look-ups go through a sorted index that is built on first use: logarithmic, and nothing is allocated.
+// Look-ups go through an index that is built on first use, hashed for one column of texts and sorted for all
+// else: logarithmic at most, and nothing is allocated.
 // Ownership: the table owns keys and outputs.
 // Threads: the info code and the index make a table usable by one thread at a time.  Nothing throws.
 
@@ -12,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "data/NameIndex.h"
 #include "transform/CaseContext.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreCaseRecord.h"
@@ -76,6 +78,8 @@ class VEYRA_API InlineTable {
   static bool IsUsable(const std::vector<ScoreValue*>& key);
   void CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values);
   void BuildIndex();
+  void BuildTextIndex();
+  const ScoreValue* FindText(const ScoreValue& key) const;
 
   std::vector<const ScoreDictVar*> fInputFields;
   std::map<std::vector<ScoreValue*>, ScoreValue*, compare> fRows;  // all owned
@@ -86,6 +90,12 @@ class VEYRA_API InlineTable {
   bool fIsBound = false;
   std::vector<Cell> fCells;  // the keys of the rows in order
   std::vector<const ScoreValue*> fOutputs;
+  struct TextRow {
+    std::string_view text;
+    const ScoreValue* output;
+  };
+  NameIndex fTexts;  // of a table with one column of texts
+  std::vector<TextRow> fTextRows;
   bool fIsIndexed = false;
   std::vector<ScoreValue*> fKey;  // of the case
 };
