@@ -1,5 +1,9 @@
 // veyra derive: derived fields for the rows of a file, and what it refuses.
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
 #include "tools/RunProgram.h"
 
 namespace {
@@ -12,7 +16,7 @@ std::string Derived(const std::string& name, const std::string& dataType, const 
          expression + "</DerivedField>";
 }
 
-std::string Document(const std::string& derived, const std::string& doctype = "") {
+std::string DocumentOf(const std::string& derived, const std::string& doctype = "") {
   return doctype +
          "<PMML version='4.4'><DataDictionary numberOfFields='4'>"
          "<DataField name='x' optype='continuous' dataType='double'/>"
@@ -34,7 +38,7 @@ const std::string kLag = Derived("before", "double", "<Lag field='x'/>");
 
 TEST(Derive, WritesWhatReadsBack) {
   const TemporaryDirectory files;
-  const std::string model = files.Write("m.pmml", Document(kAll));
+  const std::string model = files.Write("m.pmml", DocumentOf(kAll));
   const std::string data = "s,x,n,day\na,0.1,3.5,2020-02-29\n,,,\nb,1e300,-1,1969-12-31\n";
   const ProgramRun all = RunProgram({"derive", model}, data);
   EXPECT_EQ(all.status, 0) << all.err;
@@ -47,10 +51,61 @@ TEST(Derive, WritesWhatReadsBack) {
   EXPECT_EQ(RunProgram({"derive", model, "--only", "four", "--lax-columns"}, "id\n7\n").out, "four\n\n");
 }
 
+// The cells of a line of a file whose quoted cells hold no quotes.
+std::vector<std::string> Cells(const std::string& line) {
+  std::vector<std::string> cells(1);
+  bool isQuoted = false;
+  for (const char c : line) {
+    if (c == '"') {
+      isQuoted = !isQuoted;
+    } else if (c == ',' && !isQuoted) {
+      cells.emplace_back();
+    } else {
+      cells.back() += c;
+    }
+  }
+  return cells;
+}
+
+bool IsClose(const std::string& cell, const std::string& wanted) {
+  if (cell == wanted) return true;
+  double number = 0, expected = 0;
+  const auto read = [](const std::string& text, double& value) {
+    return !text.empty() &&
+           std::from_chars(text.data(), text.data() + text.size(), value).ptr == text.data() + text.size();
+  };
+  return read(cell, number) && read(wanted, expected) &&
+         std::fabs(number - expected) <= 1e-12 * std::fabs(expected);
+}
+
+// Every function, kind of expression and rule for missing values, against values computed apart from the
+// library (tests/documents/make_derived_fields.py).
+TEST(Derive, EqualsWhatIsComputedApart) {
+  const ProgramRun run = RunProgram(
+      {"derive", VeyraTest::Document("derived_fields.pmml"), VeyraTest::Document("derived_fields.csv")});
+  ASSERT_EQ(run.status, 0) << run.err;
+  std::istringstream out(run.out), expected(ReadFile(VeyraTest::Document("derived_fields.expected.csv")));
+  std::string line, wanted;
+  std::vector<std::string> names;
+  int rows = 0;
+  while (std::getline(expected, wanted)) {
+    ASSERT_TRUE(std::getline(out, line));
+    const std::vector<std::string> cells = Cells(line), wantedCells = Cells(wanted);
+    ASSERT_EQ(cells.size(), wantedCells.size()) << line;
+    if (names.empty()) names = cells;
+    for (std::size_t i = 0; i < cells.size(); ++i)
+      EXPECT_TRUE(IsClose(cells[i], wantedCells[i]))
+          << names[i] << ", row " << rows << ": " << cells[i] << " instead of " << wantedCells[i];
+    ++rows;
+  }
+  EXPECT_EQ(rows, 121);
+  EXPECT_FALSE(std::getline(out, line));
+}
+
 TEST(Derive, SaysWhatIsWrong) {
   const TemporaryDirectory files;
   const auto write = [&](const char* name, const std::string& text) { return files.Write(name, text); };
-  const std::string model = write("m.pmml", Document(kAll));
+  const std::string model = write("m.pmml", DocumentOf(kAll));
   const std::string entity = "<!DOCTYPE PMML [<!ENTITY a 'b'>]>";
   const std::string own =
       "<DefineFunction name='f' optype='continuous'><ParameterField name='p'/><FieldRef "
@@ -63,16 +118,16 @@ TEST(Derive, SaysWhatIsWrong) {
   } rows[] = {
       {{model, "--only", "five"}, 1, ": there is no derived field 'five'"},
       {{model}, 3, "standard input: there is no column 's', which the derived field 'text' needs"},
-      {{write("e.pmml", Document(kAll, entity))},
+      {{write("e.pmml", DocumentOf(kAll, entity))},
        2,
        "the document declares an entity, which is read only with --trust-dtd"},
-      {{write("x.pmml", Document(kAll, "<!DOCTYPE PMML SYSTEM 'other.dtd'>"))},
+      {{write("x.pmml", DocumentOf(kAll, "<!DOCTYPE PMML SYSTEM 'other.dtd'>"))},
        2,
        "refers to an external DTD"},
-      {{write("f.pmml", Document(own))},
+      {{write("f.pmml", DocumentOf(own))},
        2,
        "the document defines 'f' itself (DefineFunction), which is not supported"},
-      {{write("t.pmml", Document(kAll) + "<")}, 2, "line 1, column"},
+      {{write("t.pmml", DocumentOf(kAll) + "<")}, 2, "line 1, column"},
       {{write("z.pmml", "<zent-ml/>")}, 2, "the document derives no field"},
       {{write("n.pmml", "<PMML/>")}, 2, "error 260114: Missing node: 'DataDictionary'."},
       {{files.Path("none.pmml")}, 1, "none.pmml"},
@@ -92,7 +147,7 @@ TEST(Derive, SaysWhatIsWrong) {
 
 TEST(Derive, ALagSeesTheRowsInOrder) {
   const TemporaryDirectory files;
-  const std::string model = files.Write("m.pmml", Document(kLag));
+  const std::string model = files.Write("m.pmml", DocumentOf(kLag));
   std::string data = "x\n", expected = "before\n\n";
   for (int i = 0; i < 200000; ++i) data += std::to_string(i % 997) + "\n";
   for (int i = 0; i + 1 < 200000; ++i) expected += std::to_string(i % 997) + "\n";
