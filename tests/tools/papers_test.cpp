@@ -12,7 +12,7 @@ TEST(Papers, EveryOptionIsInAllOfThem) {
   const std::string manual = std::regex_replace(RunProgram({"manual"}).out, std::regex("\\\\-"), "-");
   const std::string completion = RunProgram({"completion"}).out;
   std::size_t count = 0;
-  for (const char* command : {"score", "inspect", "doctor"}) {
+  for (const char* command : {"score", "derive", "inspect", "doctor", "functions"}) {
     const ProgramRun help = RunProgram({command, "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("Example:\n  veyra "), std::string::npos) << command;

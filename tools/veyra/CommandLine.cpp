@@ -156,7 +156,7 @@ void AddInspect(CLI::App& app, Options& options) {
   command->add_option("--svg", inspect.svg, "Write a picture of the tree to FILE (6 levels unless --depth)")
       ->type_name("FILE");
   command->footer(
-      "Examples:\n  veyra inspect --json model.pmml | jq '.fields[].name'\n"
+      "Example:\n  veyra inspect --json model.pmml | jq '.fields[].name'\n"
       "  veyra inspect --tree --depth 3 --svg tree.svg model.pmml");
   command->callback([&inspect] { RunInspect(inspect); });
 }

@@ -214,7 +214,7 @@ std::string DrawTree(const DOMElement& root, const InspectOptions& options) {
     throw CommandFailure(kWrongUsage, options.document + ": there is no TreeModel to draw");
   std::ostringstream text;
   if (options.tree) {
-    text << "\nTree\n";
+    text << "\nTree:\n";
     DrawTreeAsText(*tree, options.treeDepth.value_or(kWholeTree), text);
   }
   if (!options.svg.empty()) {
