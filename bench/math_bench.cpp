@@ -227,7 +227,7 @@ int main(int argc, char** argv) {
         })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)
-        ->MinTime(0.2);
+        ->Iterations(100);
   }
   benchmark::RunSpecifiedBenchmarks();
   for (std::size_t i = 0; i < std::size(kSubjects); ++i)

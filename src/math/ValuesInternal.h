@@ -31,7 +31,7 @@ struct Tails {
 // Neither NaN nor missing.
 template <class... Numbers>
 bool AreNumbers(Numbers... numbers) {
-  return ((numbers == numbers && !KxCommon_940::KxMV::IsMissing(numbers)) && ...);
+  return ((!std::isnan(numbers) && !KxCommon_940::KxMV::IsMissing(numbers)) && ...);
 }
 
 // A parameter that must be positive, and small enough to compute with.
