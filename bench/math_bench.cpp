@@ -230,6 +230,7 @@ int main(int argc, char** argv) {
         ->Iterations(100);
   }
   benchmark::RunSpecifiedBenchmarks();
-  for (std::size_t i = 0; i < std::size(kSubjects); ++i)
-    PrintRatio(kSubjects[i].name, ratios[i], kSubjects[i].limit);
+  for (std::size_t i = 0; i < std::size(kSubjects); ++i) {
+    if (ratios[i] > 0) PrintRatio(kSubjects[i].name, ratios[i], kSubjects[i].limit);
+  }
 }

@@ -21,11 +21,13 @@ inline double ScaledErfc(double x) {
 // e^(-scale x^2) for scale 1 or 1/2, to the last digits however large the square is.  0 below
 // e^gMachineMinExp.
 inline double ExpMinusSquare(double x, double scale) {
-  if (!(scale * x * x <= -KxPower::gMachineMinExp)) return 0;
-  // The square of the leading 24 bits is exact, and the rest is small.
-  const double leading = static_cast<float>(x);
-  const double rest = -scale * (x - leading) * (x + leading);
-  return std::exp(-scale * (leading * leading)) * (1 + rest * (1 + rest * (0.5 + rest * (1.0 / 6))));
+  const double square = x * x;
+  if (!(scale * square <= -KxPower::gMachineMinExp)) return 0;
+  // What rounding took from the square.
+  const double high = static_cast<float>(x);
+  const double low = x - high;
+  const double lost = ((high * high - square) + 2 * high * low) + low * low;
+  return std::exp(-scale * square) * (1 - scale * lost);
 }
 
 }  // namespace KxMath_940

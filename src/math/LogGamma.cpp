@@ -31,8 +31,8 @@ double LogGamma(double x) {
     return (x - 0.5) * std::log(x) - x + (kHalfLogTwoPi + StirlingSeries(x));
   }
   if (x >= 2.5) {
-    const int centre = static_cast<int>(x + 0.5);
-    return Polynomial(kLogGammaUnit[centre - 3], x - centre);
+    const int row = static_cast<int>(x - 2.5);
+    return Polynomial(kLogGammaUnit[row], x - (row + 3));
   }
   if (x >= 1.5) return LogGammaNearTwo(x - 2);
   if (x > 0.5) return LogGammaNearTwo(x - 1) - std::log(x);
