@@ -100,8 +100,9 @@ void CountFields(DOMDocument& document, Applied& applied) {
     const auto number = NumberOf(KxXML_940::ToUTF16(stated).c_str());
     if (number.has_value() && *number == static_cast<double>(count)) continue;
     const std::string text = std::to_string(count);
-    Note(applied, *dictionary,
-         "numberOfFields " + (stated.empty() ? "is missing" : "is '" + stated + "'") + ", set to " + text);
+    std::string what = "numberOfFields is ";
+    what.append(stated.empty() ? "missing" : "'" + stated + "'").append(", set to ").append(text);
+    Note(applied, *dictionary, what);
     SetAttribute(*dictionary, Tags::XML_ATT_DATADICT_NUMBEROFFIELDS, text);
   }
 }
