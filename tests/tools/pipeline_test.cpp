@@ -202,14 +202,15 @@ class RunningProgram {
 };
 
 TEST_F(ScoreThreads, ASignalLeavesTheOldFile) {
+#ifdef __SANITIZE_THREAD__
+  GTEST_SKIP() << "the thread sanitizer keeps signals back while a thread waits for input";
+#endif
   for (const int signal : {SIGINT, SIGTERM}) {
     const TemporaryDirectory out;
     const std::string path = out.Write("out.csv", "what stood there\n");
     RunningProgram program({"score", fModel, "-o", path}, "x\n1\n");
     const std::string partial = path + ".partial." + std::to_string(program.GetPid());
     while (ReadFile(partial) != "y\n3\n") std::this_thread::yield();
-    // It waits for more rows by now; a thread sanitizer keeps what comes earlier until then.
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
     program.Kill(signal);
     const int status = program.Wait();
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
