@@ -222,8 +222,9 @@ int main(int argc, char** argv) {
                 for (const Point& point : points) sum += subject.ours(point);
               });
           benchmark::DoNotOptimize(sum);
-          state.counters["ns"] = benchmark::Counter(
-              kPoints, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+          state.counters["ns"] =
+              benchmark::Counter(static_cast<double>(subject.points),
+                                 benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
         })
         ->UseManualTime()
         ->Unit(benchmark::kMicrosecond)
