@@ -7,6 +7,7 @@
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
+#include "transform/TransformVar.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -49,6 +50,21 @@ int Inputs::Add(MiningField field, std::shared_ptr<const InvalidValues> invalidV
   return Size() - 1;
 }
 
+int Inputs::AddDerived(ScoreDictVar& variable) {
+  MiningField field;
+  field.var = &variable;
+  field.invalidTreatment = InvalidTreatment::kAsIs;
+  const int index = Add(std::move(field), nullptr);
+  fInputs.back().isDerived = true;
+  fHasDerived = true;
+  return index;
+}
+
+void Inputs::UseInDerived(int index) {
+  const auto i = static_cast<std::size_t>(index);
+  if (std::ranges::find(fReadForDerived, i) == fReadForDerived.end()) fReadForDerived.push_back(i);
+}
+
 void Inputs::UseAsNumber(int index) {
   const auto i = static_cast<std::size_t>(index);
   if (!fInputs[i].isNumber && fInputs[i].categories == nullptr) fRead.push_back(i);
@@ -67,15 +83,20 @@ void Inputs::AcceptMissing() {
   for (Input& input : fInputs) input.acceptsMissing = true;
 }
 
-void Inputs::Resolve(ScoreDictionary& dictionary) {
-  for (Input& input : fInputs) input.field.var = dictionary.GetVar(input.Var().GetName());
+void Inputs::Resolve(ScoreDictionary& dictionary, ScoreDictionary* transformations) {
+  for (Input& input : fInputs)
+    input.field.var = (input.isDerived ? *transformations : dictionary).GetVar(input.Var().GetName());
 }
 
 bool Inputs::Prepare(const ScoreCaseRecord& layout) {
   bool complete = true;
+  for (const std::size_t i : fReadForDerived) {
+    fInputs[i].slot = layout.GetIndex(fInputs[i].Var().GetName());
+    complete = complete && fInputs[i].slot >= 0;
+  }
   for (const std::size_t i : fRead) {
     Input& input = fInputs[i];
-    input.slot = layout.GetIndex(input.Var().GetName());
+    input.slot = input.isDerived ? input.Var().GetValueIndex() : layout.GetIndex(input.Var().GetName());
     complete = complete && input.slot >= 0;
     const bool isJustANumber =
         input.kind == ScoreValue::kNumericValueType && !input.hasListedValues && input.categories == nullptr;
@@ -84,17 +105,90 @@ bool Inputs::Prepare(const ScoreCaseRecord& layout) {
   return complete;
 }
 
+CaseRecord Inputs::MakeRecordForDerived() const {
+  CaseRecord record(static_cast<int>(fReadForDerived.size()));
+  for (const std::size_t i : fReadForDerived) record.Add(fInputs[i].Var().GetName(), nullptr);
+  return record;
+}
+
 void Inputs::Size(CaseValues& values) const {
   values.numbers.assign(fInputs.size(), NumericValue::gSysmisValue);
   values.codes.assign(fInputs.size(), kNoCategory);
 }
 
-Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, CaseValues& values) const {
+// A text without value stands in the record as an empty one.
+const ScoreValue* Inputs::DerivedValueOf(const Input& input, const ScoreCaseRecord& derived) {
+  const bool isMissing = input.kind == ScoreValue::kStringValueType &&
+                         static_cast<const TransformVar&>(input.Var()).IsTextMissing();
+  return isMissing ? nullptr : derived.Get(input.slot);
+}
+
+bool Inputs::ReadForDerived(const ScoreCaseRecord& record, CaseRecord& treated) const {
+  const std::vector<ScoreValue*>& slots = record.GetAllValues();
+  int slot = 0;
+  for (const std::size_t i : fReadForDerived) {
+    const Input& input = fInputs[i];
+    const auto place = static_cast<std::size_t>(input.slot);
+    const ScoreValue* value = nullptr;
+    if (!Treat(input, place < slots.size() ? slots[place] : nullptr, value)) return false;
+    value == nullptr ? treated.Clear(slot) : StoreForDerived(input, *value, slot, treated);
+    ++slot;
+  }
+  return true;
+}
+
+bool Inputs::Treat(const Input& input, const ScoreValue* given, const ScoreValue*& treated) {
+  const MiningField& field = input.field;
+  Standing standing = given == nullptr ? Standing::kMissing : Judge(input, *given);
+  treated = given;
+  if (standing == Standing::kInvalid) {
+    if (field.invalidTreatment == InvalidTreatment::kReturnInvalid) return false;
+    if (field.invalidTreatment == InvalidTreatment::kAsValue) treated = field.invalidReplacement.get();
+    // A value of another kind is no value of the field.
+    const bool isTaken = field.invalidTreatment == InvalidTreatment::kAsIs && given->GetType() == input.kind;
+    if (field.invalidTreatment == InvalidTreatment::kAsValue || isTaken) return true;
+    standing = Standing::kMissing;
+  } else if (standing == Standing::kMissing && field.missingIsInvalid) {
+    return false;
+  }
+  const bool isBeyond =
+      standing == Standing::kValid && field.outliers == OutlierTreatment::kAsMissing &&
+      input.kind != ScoreValue::kStringValueType &&
+      std::clamp(NumberOf(input, *given), field.lowValue, field.highValue) != NumberOf(input, *given);
+  // What the dictionary counts as missing stays what it is: derived fields ask about it themselves.
+  if (standing == Standing::kMissing || isBeyond) {
+    treated = field.missingReplacement.get();
+    if (treated == nullptr && !isBeyond && given != nullptr && given->GetType() == input.kind)
+      treated = given;
+  }
+  return true;
+}
+
+void Inputs::StoreForDerived(const Input& input, const ScoreValue& value, int slot, CaseRecord& record) {
+  const MiningField& field = input.field;
+  if (const StringValue* const text = AsString(&value)) {
+    record.SetText(slot, text->GetText());
+    static_cast<StringValue*>(record.Get(slot))->SetLength(text->GetLength());
+    return;
+  }
+  double number = NumberOf(input, value);
+  if (field.outliers == OutlierTreatment::kAsExtreme && !value.IsSystemMissingValue())
+    number = std::clamp(number, field.lowValue, field.highValue);
+  if (input.kind == ScoreValue::kDateTimeValueType) {
+    record.SetValue(slot, number, input.Var().GetDateTimeType());
+  } else {
+    record.SetValue(slot, number);
+  }
+}
+
+Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, const ScoreCaseRecord* derived,
+                             CaseValues& values) const {
   const std::vector<ScoreValue*>& slots = record.GetAllValues();
   for (const std::size_t i : fRead) {
     const Input& input = fInputs[i];
     const auto slot = static_cast<std::size_t>(input.slot);
     const ScoreValue* value = slot < slots.size() ? slots[slot] : nullptr;
+    if (input.isDerived) value = DerivedValueOf(input, *derived);
     if (value != nullptr && ReadPlain(input, i, *value, values)) continue;
     const Outcome outcome =
         value == nullptr ? ReadMissing(input, i, values) : ReadByRules(input, i, *value, values);

@@ -19,6 +19,7 @@
 #include "common/InvalidValues.h"
 #include "common/MiningSchema.h"
 #include "common/PlainNumbers.h"
+#include "data/CaseRecord.h"
 #include "veyra/ScoreCaseRecord.h"
 #include "veyra/ScoreDictionary.h"
 
@@ -47,6 +48,12 @@ class Inputs {
   int Size() const { return static_cast<int>(fInputs.size()); }
   const ScoreDictVar& GetVar(int index) const { return *fInputs[static_cast<std::size_t>(index)].field.var; }
 
+  // Adds a derived field, whose values the transformations compute; the mining schema does not concern it.
+  int AddDerived(ScoreDictVar& variable);
+  bool HasDerived() const { return fHasDerived; }
+  // Says that derived fields read the input.
+  void UseInDerived(int index);
+
   // Says that the model reads the input as a number, or as a category of the table.  An input that it never
   // reads plays no part in a case.
   void UseAsNumber(int index);
@@ -56,16 +63,24 @@ class Inputs {
   // Infinite numbers then become the largest finite ones, for ranges are open at infinity.
   void AcceptMissing();
 
-  // Points to the variables of that dictionary, a clone of the one before, by name.
-  void Resolve(ScoreDictionary& dictionary);
+  // Points to the variables of these dictionaries, clones of the ones before, by name; there may be no
+  // transformations.
+  void Resolve(ScoreDictionary& dictionary, ScoreDictionary* transformations);
   // Resolves names to the slots of `layout` and finds the plain numbers; false when one of the inputs that
   // are read has no slot.
   bool Prepare(const ScoreCaseRecord& layout);
   // Sizes `values` for Read.
   void Size(CaseValues& values) const;
 
-  // Reads a case.  Unless it is complete, `values` holds nothing of use.  Allocates nothing.
-  Outcome Read(const ScoreCaseRecord& record, CaseValues& values) const;
+  // What derived fields see of a case: the inputs that they read, dealt with as the mining schema has it.
+  // Makes the record, with a slot for each of them.
+  CaseRecord MakeRecordForDerived() const;
+  // Fills it.  False for an invalid value that ends the case.  Allocates nothing once warm.
+  bool ReadForDerived(const ScoreCaseRecord& record, CaseRecord& treated) const;
+
+  // Reads a case; `derived` holds the values of derived fields, where there are any.  Unless it is complete,
+  // `values` holds nothing of use.  Allocates nothing.
+  Outcome Read(const ScoreCaseRecord& record, const ScoreCaseRecord* derived, CaseValues& values) const;
 
  private:
   struct Input {
@@ -79,12 +94,18 @@ class Inputs {
     ScoreValue::ValueType kind = ScoreValue::kNumericValueType;
     int slot = -1;
     bool acceptsMissing = false;
+    bool isDerived = false;
 
     const ScoreDictVar& Var() const { return *field.var; }
   };
 
   enum class Standing { kValid, kMissing, kInvalid };
 
+  static const ScoreValue* DerivedValueOf(const Input& input, const ScoreCaseRecord& derived);
+  // The value that derived fields see, before its bounds; null for a missing one.  False for a value that
+  // ends the case.
+  static bool Treat(const Input& input, const ScoreValue* given, const ScoreValue*& treated);
+  static void StoreForDerived(const Input& input, const ScoreValue& value, int slot, CaseRecord& record);
   static bool ReadPlain(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
   static Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue& value,
                              CaseValues& values);
@@ -98,6 +119,8 @@ class Inputs {
 
   std::vector<Input> fInputs;
   std::vector<std::size_t> fRead;  // indexes of the inputs that the model reads
+  std::vector<std::size_t> fReadForDerived;
+  bool fHasDerived = false;
 };
 
 }  // namespace KxVeyra_940::Plugin

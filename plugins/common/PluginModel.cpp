@@ -1,5 +1,7 @@
 #include "common/PluginModel.h"
 
+#include "transform/TransformationDictionary.h"
+
 namespace KxVeyra_940::Plugin {
 
 using KxScore::KxStatus;
@@ -11,8 +13,10 @@ PluginModel::PluginModel(const PluginModel& other)
       fKind(other.fKind),
       fInputs(other.fInputs),
       fTargetRules(other.fTargetRules),
-      fOutputs(other.fOutputs) {
-  if (GetDictionary() != nullptr) fInputs.Resolve(*GetDictionary());
+      fOutputs(other.fOutputs),
+      fUsesTransformations(other.fUsesTransformations),
+      fTreated(other.fTreated) {
+  if (GetDictionary() != nullptr) fInputs.Resolve(*GetDictionary(), GetTransformationDictionary());
   for (const auto& category : other.fCategories) fCategories.emplace_back(category->Clone());
   fInputs.Size(fValues);
 }
@@ -26,6 +30,12 @@ void PluginModel::SetCategories(std::vector<std::unique_ptr<ScoreValue>> categor
 void PluginModel::SetOutputs(OutputFields outputs) {
   fOutputs = std::move(outputs);
   SetResultScoreDictionary(fOutputs.MakeDictionary().release());
+}
+
+void PluginModel::UseTransformations() {
+  fUsesTransformations = true;
+  fTreated = fInputs.MakeRecordForDerived();
+  GetTransformationDictionary()->SetUpDerivedCaseRecord();
 }
 
 KxStatus PluginModel::PrepareForCases(const ScoreCaseRecord& layout) {
@@ -61,7 +71,12 @@ ScoreResult* PluginModel::NewResult() const {
 }
 
 CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer) {
-  switch (fInputs.Read(input, fValues)) {
+  const ScoreCaseRecord* derived = nullptr;
+  if (fUsesTransformations) {
+    if (!fInputs.ReadForDerived(input, fTreated)) return CaseOutcome::kUndefined;
+    derived = GetTransformationDictionary()->GetValuesForDerivedVars(&fTreated, GetDictionary());
+  }
+  switch (fInputs.Read(input, derived, fValues)) {
     case Inputs::Outcome::kMissing:
       return CaseOutcome::kMissing;
     case Inputs::Outcome::kInvalid:

@@ -12,6 +12,7 @@
 #include "common/OutputFields.h"
 #include "common/PluginResult.h"
 #include "common/TargetRules.h"
+#include "data/CaseRecord.h"
 #include "factory/BaseModel.h"
 
 namespace KxVeyra_940::Plugin {
@@ -47,6 +48,9 @@ class PluginModel : public BaseModel {
   void SetOutputs(OutputFields outputs);
   // What becomes of a predicted number; answers of HandleMissingValue stay as they are.
   void SetTargetRules(const TargetRules& rules) { fTargetRules = rules; }
+  // To be called when the model knows what it reads: the transformations are evaluated for every case from
+  // here on.
+  void UseTransformations();
   // A result with the categories and no output fields.
   std::unique_ptr<PluginResult> NewBareResult() const;
 
@@ -69,6 +73,8 @@ class PluginModel : public BaseModel {
   TargetRules fTargetRules;
   OutputFields fOutputs;
   CaseValues fValues;
+  bool fUsesTransformations = false;
+  CaseRecord fTreated;  // what derived fields see
 };
 
 }  // namespace KxVeyra_940::Plugin

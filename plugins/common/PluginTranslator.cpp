@@ -2,6 +2,7 @@
 
 #include "error/Raise.h"
 #include "factory/VersionInfo.h"
+#include "transform/TransformVar.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
@@ -24,6 +25,14 @@ std::unique_ptr<ScoreDictionary> CloneOf(const ScoreDictionary* dictionary) {
     Raise(MessageId::kMissingNodeIn, {Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_PMML});
   }
   std::unique_ptr<ScoreDictionary> clone(dictionary->Clone());
+  for (ScoreDictVar* var : clone->GetScoreDictVars()) var->SetEncodedValueIndex(-1);
+  return clone;
+}
+
+std::unique_ptr<TransformationDictionary> CloneOfDerived(const ScoreDictionary* dictionary) {
+  if (dynamic_cast<const TransformationDictionary*>(dictionary) == nullptr) return nullptr;
+  std::unique_ptr<TransformationDictionary> clone(
+      static_cast<TransformationDictionary*>(dictionary->Clone()));
   for (ScoreDictVar* var : clone->GetScoreDictVars()) var->SetEncodedValueIndex(-1);
   return clone;
 }
@@ -58,37 +67,45 @@ ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, const std::st
   const DOMElement& element = FindModelElement(root);
   const DOMElement* dataDictionary = GetChildByTag(&root, Tags::XML_ELE_DATADICTIONARY);
   std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(dataDictionary, false));
-  return Build(element, std::move(dictionary), dataDictionary);
+  return Build(element, std::move(dictionary), dataDictionary, nullptr);
 }
 
 ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, ScoreDictionary* dictionary,
                                             const std::string& encoding) {
   SetEncoding(encoding);
-  return Build(FindModelElement(*document->getDocumentElement()), CloneOf(dictionary), nullptr);
+  return Build(FindModelElement(*document->getDocumentElement()), CloneOf(dictionary), nullptr, nullptr);
 }
 
 ScoreModel* PluginTranslator::ParseFromTree(DOMElement* modelElement, ScoreDictionary* dictionary,
-                                            ScoreDictionary* /*transformationDictionary*/,
+                                            ScoreDictionary* transformationDictionary,
                                             const std::string& encoding) {
   SetEncoding(encoding);
-  return Build(*modelElement, CloneOf(dictionary), nullptr);
+  return Build(*modelElement, CloneOf(dictionary), nullptr, CloneOfDerived(transformationDictionary));
 }
 
 ScoreModel* PluginTranslator::ParseFromTree(DOMElement* modelElement, ScoreModel* baseModel,
                                             const std::string& encoding) {
   SetEncoding(encoding);
-  return Build(*modelElement, CloneOf(baseModel == nullptr ? nullptr : baseModel->GetDictionary()), nullptr);
+  const bool hasBase = baseModel != nullptr;
+  return Build(*modelElement, CloneOf(hasBase ? baseModel->GetDictionary() : nullptr), nullptr,
+               CloneOfDerived(hasBase ? baseModel->GetTransformationDictionary() : nullptr));
 }
 
-ScoreModel* PluginTranslator::ParseFromTree(DOMElement* first, DOMElement* /*second*/,
-                                            DOMElement* modelElement, const std::string& encoding) {
+ScoreModel* PluginTranslator::ParseFromTree(DOMElement* first, DOMElement* second, DOMElement* modelElement,
+                                            const std::string& encoding) {
   SetEncoding(encoding);
   std::unique_ptr<ScoreDictionary> dictionary(ParseDictionary(first, false));
-  return Build(*modelElement, std::move(dictionary), first);
+  std::unique_ptr<TransformationDictionary> transformations;
+  if (second != nullptr && HasTag(*second, Tags::XML_ELE_TRANSFORMATION)) {
+    transformations = std::make_unique<TransformationDictionary>();
+    ExtendTransformationDictionary(*second, dictionary.get(), *transformations);
+  }
+  return Build(*modelElement, std::move(dictionary), first, std::move(transformations));
 }
 
 ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
-                                    const DOMElement* dataDictionary) {
+                                    const DOMElement* dataDictionary,
+                                    std::unique_ptr<TransformationDictionary> transformations) {
   if (IsEqual(Attribute(element, Tags::XML_ATT_RM_IS_SCORABLE), "false")) {
     Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
   }
@@ -105,10 +122,46 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
   if (const DOMElement* targets = GetChildByTag(&element, Tags::XML_ELE_TARGETS)) {
     HandleTargets(targets, model->GetDictionary());
   }
+  AddDerivedFields(element, std::move(transformations), *model);
   BuildModel(element, *model);
+  if (!fDerivedInputs.empty()) UseDerivedFields(*model);
   model->SetTargetRules(ReadTargetRules(element, model->GetTargetVar()));
   model->SetOutputs(OutputFields::Read(*this, element, *model->NewBareResult(), model->GetTargetVar()));
   return model.release();
+}
+
+// The document's derived fields, those of the model's own after them, as far as none are given.
+void PluginTranslator::AddDerivedFields(const DOMElement& element,
+                                        std::unique_ptr<TransformationDictionary> transformations,
+                                        PluginModel& model) {
+  fModel = &model;
+  fDerivedInputs.clear();
+  if (transformations == nullptr) {
+    transformations = std::make_unique<TransformationDictionary>();
+    const DOMElement* const shared = GetChildByTag(&RootOf(element), Tags::XML_ELE_TRANSFORMATION);
+    if (shared != nullptr) ExtendTransformationDictionary(*shared, model.GetDictionary(), *transformations);
+  }
+  const DOMElement* const local = GetChildByTag(&element, Tags::XML_ELE_LOCALTRANSFORMATIONS);
+  if (local != nullptr) ExtendTransformationDictionary(*local, model.GetDictionary(), *transformations);
+  if (transformations->Size() == 0) return;
+  for (ScoreDictVar* var : transformations->GetScoreDictVars())
+    if (var->GetValueLabels() == nullptr) var->SetEmptyCateValues(true);
+  model.SetTransformationScoreDictionary(transformations.release(), true);
+}
+
+// Only what the model reads is evaluated, on the inputs as the mining schema deals with them.
+void PluginTranslator::UseDerivedFields(PluginModel& model) const {
+  TransformationDictionary& derived = *model.GetTransformationDictionary();
+  derived.KeepOnly(fDerivedInputs);
+  for (const std::string& name : derived.GetDerivedVarNames()) {
+    for (const std::string& read : static_cast<const TransformVar*>(derived.GetVar(name))->GetReads()) {
+      const ScoreDictVar* const var = model.GetDictionary()->GetVar(read);
+      if (var == nullptr) continue;
+      if (var->GetEncodedValueIndex() < 0) Raise(MessageId::kNotAPredictor, {read});
+      model.GetInputs().UseInDerived(var->GetEncodedValueIndex());
+    }
+  }
+  model.UseTransformations();
 }
 
 void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* dataDictionary,
@@ -137,7 +190,13 @@ void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* da
 
 int PluginTranslator::FindInput(const DOMElement& element, const char* attribute) {
   const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(element, attribute));
-  const ScoreDictVar* var = fFields->Find(name);
+  ScoreDictVar* var = fFields->Find(name);
+  TransformationDictionary* const derived = fModel->GetTransformationDictionary();
+  if (var == nullptr && derived != nullptr && (var = derived->GetVar(name)) != nullptr &&
+      var->GetEncodedValueIndex() < 0) {
+    fDerivedInputs.push_back(name);
+    return fModel->GetInputs().AddDerived(*var);
+  }
   if (var == nullptr) {
     Raise(MessageId::kMissingVariableInBoth,
           {name, Tags::XML_ELE_DATADICTIONARY, Tags::XML_ELE_TRANSFORMATION});

@@ -7,12 +7,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "common/FieldFinder.h"
 #include "common/MiningSchema.h"
 #include "common/PluginModel.h"
+#include "transform/TransformationDictionary.h"
 #include "translate/PMMLTranslator.h"
 
 namespace KxVeyra_940::Plugin {
@@ -30,12 +32,13 @@ class PluginTranslator : public PMMLTranslator {
   // With a clone of the given dictionary in place of the document's.
   ScoreModel* ParseFromTree(xercesc::DOMDocument* document, ScoreDictionary* dictionary,
                             const std::string& encoding) override;
+  // The transformations, when they are given, stand in place of the document's.
   ScoreModel* ParseFromTree(xercesc::DOMElement* modelElement, ScoreDictionary* dictionary,
                             ScoreDictionary* transformationDictionary, const std::string& encoding) override;
-  // With a clone of the base model's dictionary.
+  // With clones of the base model's dictionaries.
   ScoreModel* ParseFromTree(xercesc::DOMElement* modelElement, ScoreModel* baseModel,
                             const std::string& encoding) override;
-  // The first element is the DataDictionary; the second is not read.
+  // The first element is the DataDictionary; the second may be the TransformationDictionary.
   ScoreModel* ParseFromTree(xercesc::DOMElement* first, xercesc::DOMElement* second,
                             xercesc::DOMElement* modelElement, const std::string& encoding) override;
 
@@ -45,8 +48,9 @@ class PluginTranslator : public PMMLTranslator {
   virtual std::unique_ptr<PluginModel> NewModel() const = 0;
   virtual void BuildModel(const xercesc::DOMElement& element, PluginModel& model) = 0;
 
-  // The index of the model's input that the element names by the attribute.  Raises 260125 for a name that is
-  // no field, 260161 for a field that is no active field of the mining schema.
+  // The index of the model's input that the element names by the attribute; a derived field becomes an input
+  // when it is first named.  Raises 260125 for a name that is no field, 260161 for a field that is no active
+  // field of the mining schema.
   int FindInput(const xercesc::DOMElement& element, const char* attribute);
   // The same for an input that is read as a number; it is marked so.  Raises 260187 for a string field.
   int FindNumber(const xercesc::DOMElement& element, const char* attribute, PluginModel& model);
@@ -54,13 +58,20 @@ class PluginTranslator : public PMMLTranslator {
  private:
   const xercesc::DOMElement& FindModelElement(const xercesc::DOMElement& root) const;
   void SetEncoding(const std::string& encoding);
+  // `transformations` are those that stand in place of the document's, null for none.
   ScoreModel* Build(const xercesc::DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
-                    const xercesc::DOMElement* dataDictionary);
+                    const xercesc::DOMElement* dataDictionary,
+                    std::unique_ptr<TransformationDictionary> transformations);
+  void AddDerivedFields(const xercesc::DOMElement& element,
+                        std::unique_ptr<TransformationDictionary> transformations, PluginModel& model);
+  void UseDerivedFields(PluginModel& model) const;
   void AddFields(const xercesc::DOMElement& element, const xercesc::DOMElement* dataDictionary,
                  PluginModel& model) const;
 
   const char* fModelTag;
   std::optional<FieldFinder> fFields;  // of the model under construction
+  PluginModel* fModel = nullptr;       // the same
+  std::vector<std::string> fDerivedInputs;
 };
 
 }  // namespace KxVeyra_940::Plugin

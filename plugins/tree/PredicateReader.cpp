@@ -1,6 +1,7 @@
 #include "tree/PredicateReader.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "data/NumericValue.h"
@@ -38,10 +39,12 @@ std::unique_ptr<Predicate> As(std::unique_ptr<ScorePredicate> predicate) {
 }  // namespace
 
 PredicateReader::PredicateReader(const PMMLTranslator& translator, ScoreDictionary& dictionary,
-                                 const DOMElement& tree)
-    : fTranslator(translator), fDictionary(dictionary) {
+                                 ScoreDictionary* transformations, const DOMElement& tree)
+    : fTranslator(translator), fDictionary(dictionary), fTransformations(transformations) {
   bool isOpen = false;
-  const std::vector<ScoreDictVar*> variables = dictionary.GetScoreDictVars();
+  std::vector<ScoreDictVar*> variables = dictionary.GetScoreDictVars();
+  if (transformations != nullptr)
+    std::ranges::copy(transformations->GetScoreDictVars(), std::back_inserter(variables));
   for (ScoreDictVar* variable : variables) {
     if (variable->GetEncodedValueIndex() < 0) continue;
     if (IsNumericOrdinal(*variable) && variable->GetValueLabels() == nullptr) {
@@ -55,12 +58,16 @@ PredicateReader::PredicateReader(const PMMLTranslator& translator, ScoreDictiona
   }
 }
 
+ScoreDictVar* PredicateReader::FindField(const DOMElement& element) const {
+  const std::string name = fTranslator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_FIELD));
+  return const_cast<ScoreDictVar*>(PMMLTranslator::FindVariable(name, &fDictionary, fTransformations));
+}
+
 // The complement of "isNotIn" is fixed when the element is read, so fields without listed values must know
 // all their categories before.
 void PredicateReader::LearnCategories(const DOMElement& tree) {
   const auto openVariable = [this](const DOMElement& element) -> ScoreDictVar* {
-    ScoreDictVar* variable =
-        fDictionary.GetVar(fTranslator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_FIELD)));
+    ScoreDictVar* variable = FindField(element);
     const bool isOpen = variable != nullptr && variable->GetMLevel() == ScoreDictVar::kNominal &&
                         variable->IsEmptyCateValues();
     return isOpen ? variable : nullptr;
@@ -133,7 +140,7 @@ void PredicateReader::VerifyCompound(const DOMElement& element) const {
 
 void PredicateReader::VerifySet(const DOMElement& element) const {
   const XMLCh* name = Attribute(element, Tags::XML_ATT_FIELD);
-  const ScoreDictVar* variable = fDictionary.GetVar(fTranslator.BaseTranslator::ToString(name));
+  const ScoreDictVar* variable = FindField(element);
   if (variable == nullptr || variable->GetMLevel() != ScoreDictVar::kContinuous) return;
   Raise(MessageId::kVariableEitherValueRequired,
         {PMMLTranslator::ToString(name), Tags::XML_VAL_OT_CATEGORICAL, Tags::XML_VAL_OT_ORDINAL,

@@ -22,9 +22,10 @@ class PredicateReader {
  public:
   // Makes the inputs among the dictionary's variables (those with an encoded value index) ready for the
   // predicates below `tree`: gives categorical ones their categories and encoders; numeric ordinal ones
-  // without listed values become continuous.  Everything is lent.
+  // without listed values become continuous.  Derived fields are looked up second, in `transformations`,
+  // which may be null.  Everything is lent.
   PredicateReader(const PMMLTranslator& translator, ScoreDictionary& dictionary,
-                  const xercesc::DOMElement& tree);
+                  ScoreDictionary* transformations, const xercesc::DOMElement& tree);
 
   static bool IsPredicate(const xercesc::DOMElement& element);
   // Never null.  Beside what the translator raises: 260159 for an element that is no predicate, 260161 for a
@@ -36,6 +37,7 @@ class PredicateReader {
   const std::vector<const ScoreDictVar*>& GetUsedVariables() const { return fUsed; }
 
  private:
+  ScoreDictVar* FindField(const xercesc::DOMElement& element) const;
   void LearnCategories(const xercesc::DOMElement& tree);
   void LearnCategory(ScoreDictVar& variable, const XMLCh* text) const;
   std::unique_ptr<ScorePredicate> Translate(const xercesc::DOMElement& element) const;
@@ -51,8 +53,7 @@ class PredicateReader {
 
   const PMMLTranslator& fTranslator;
   ScoreDictionary& fDictionary;
-  // Derived fields enter here: the dictionary in which predicates look names up second.
-  ScoreDictionary* fTransformations = nullptr;
+  ScoreDictionary* fTransformations;  // null for none
   std::vector<const ScoreDictVar*> fUsed;
 };
 

@@ -5,7 +5,9 @@
 
 #include "predicate/CompoundPredicate.h"
 #include "predicate/SplitPredicate.h"
+#include "transform/TransformationDictionary.h"
 #include "translate/PMMLModelTags.h"
+#include "translate/PMMLTranslator.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -14,13 +16,14 @@ namespace {
 using Ending = FlatTree::Ending;
 
 // Compounds are nested no deeper than documents may nest them.
-void Resolve(ScorePredicate& predicate, const ScoreDictionary& dictionary) {
+void Resolve(ScorePredicate& predicate, const ScoreDictionary* dictionary,
+             const ScoreDictionary* transformations) {
   if (predicate.GetPredType() == ScorePredicate::kCompoundPredicate) {
     for (ScorePredicate* child : static_cast<CompoundPredicate&>(predicate).GetPredicates()) {
-      Resolve(*child, dictionary);
+      Resolve(*child, dictionary, transformations);
     }
   } else if (ScoreSplitVar* split = predicate.GetSplit()) {
-    split->SetSplitVar(dictionary.GetVar(split->GetSplitName()));
+    split->SetSplitVar(PMMLTranslator::FindVariable(split->GetSplitName(), dictionary, transformations));
   }
 }
 
@@ -44,7 +47,7 @@ TreeModel::TreeModel(const TreeModel& other)
   fPending.reserve(other.fPending.capacity());
   for (const auto& predicate : other.fPredicates) {
     fPredicates.emplace_back(predicate->Clone());
-    Resolve(*fPredicates.back(), *GetDictionary());
+    Resolve(*fPredicates.back(), GetDictionary(), GetTransformationDictionary());
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/Keywords.h"
 #include "error/Raise.h"
+#include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
 #include "tree/NodeReader.h"
@@ -79,6 +80,18 @@ TreeTranslator::~TreeTranslator() = default;
 
 std::unique_ptr<PluginModel> TreeTranslator::NewModel() const { return std::make_unique<TreeModel>(); }
 
+// Derived fields become inputs before the predicates are read, which go by the indexes of inputs.
+void TreeTranslator::NameDerivedInputs(const DOMElement& root, const PluginModel& model) {
+  const ScoreDictionary* const derived = model.GetTransformationDictionary();
+  if (derived == nullptr) return;
+  for (const char* tag : {Tags::XML_ELE_PREDICATE, Tags::XML_ELE_SETPREDICATE}) {
+    ForEachElementBelow(root, tag, [&](const DOMElement& element) {
+      const std::string name = BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_FIELD));
+      if (derived->GetVar(name) != nullptr) FindInput(element, Tags::XML_ATT_FIELD);
+    });
+  }
+}
+
 void TreeTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
   const BaseModel::FUNCNAME_TYPE function = model.GetMiningFunction();
   if (function != BaseModel::kRegression && function != BaseModel::kClassification) {
@@ -88,7 +101,8 @@ void TreeTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
   FlatTree tree = ReadTree(element);
   const bool isBinary = ReadKeyword(element, NodeReader::kSplitCharacteristic, kSplits);
   const DOMElement& root = FindRoot(element);
-  PredicateReader predicateReader(*this, *model.GetDictionary(), root);
+  NameDerivedInputs(root, model);
+  PredicateReader predicateReader(*this, *model.GetDictionary(), model.GetTransformationDictionary(), root);
   const bool isClassification = function == BaseModel::kClassification;
   NodeReader nodes(*this, predicateReader, fEvaluation, tree, isClassification, isBinary,
                    model.GetTargetVar());

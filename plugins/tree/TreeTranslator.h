@@ -24,6 +24,8 @@ class TreeTranslator final : public PluginTranslator {
   void BuildModel(const xercesc::DOMElement& element, PluginModel& model) override;
 
  private:
+  void NameDerivedInputs(const xercesc::DOMElement& root, const PluginModel& model);
+
   NodeEvaluation fEvaluation;
 };
 

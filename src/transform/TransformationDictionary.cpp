@@ -1,5 +1,8 @@
 #include "transform/TransformationDictionary.h"
 
+#include <algorithm>
+#include <iterator>
+#include <set>
 #include <utility>
 
 #include "transform/CaseContext.h"
@@ -29,6 +32,19 @@ TransformationDictionary& TransformationDictionary::operator=(const Transformati
 TransformationDictionary::~TransformationDictionary() = default;
 
 ScoreDictionary* TransformationDictionary::Clone() const { return new TransformationDictionary(*this); }
+
+void TransformationDictionary::KeepOnly(const std::vector<std::string>& names) {
+  std::set<std::string> needed;
+  std::vector<std::string> open(names);
+  while (!open.empty()) {
+    const std::string name = std::move(open.back());
+    open.pop_back();
+    const auto* const var = dynamic_cast<const TransformVar*>(std::as_const(*this).GetVar(name));
+    if (var == nullptr || !needed.insert(name).second) continue;
+    std::ranges::move(var->GetReads(), std::back_inserter(open));
+  }
+  std::erase_if(fDerivedVarNames, [&](const std::string& name) { return !needed.contains(name); });
+}
 
 void TransformationDictionary::SetUpDerivedCaseRecord() {
   if (fValues != nullptr) return;

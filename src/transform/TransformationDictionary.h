@@ -59,6 +59,10 @@ class VEYRA_API TransformationDictionary : public BaseDictionary {
   void AddDerievedVarName(const std::string& name) { fDerivedVarNames.push_back(name); }
   const std::vector<std::string>& GetDerivedVarNames() const { return fDerivedVarNames; }
 
+  // Leaves of the derived fields those of these names and what they depend on; the variables stay.  Before
+  // the set-up only.
+  void KeepOnly(const std::vector<std::string>& names);
+
   // Makes the record of derived values, once: later calls change nothing.  Fields must be added before.
   void SetUpDerivedCaseRecord();
   bool IsSetUp() const { return fValues != nullptr; }

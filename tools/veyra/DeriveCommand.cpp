@@ -26,24 +26,15 @@ const TransformVar& FieldOf(const TransformationDictionary& dictionary, const st
   return static_cast<const TransformVar&>(*dictionary.GetVar(name));
 }
 
-// The fields of these names with those that they depend on, in the order of evaluation.
+// The fields of these names with those that they depend on, in the order of evaluation, ready for cases.
 std::unique_ptr<TransformationDictionary> Select(const TransformationDictionary& all,
                                                  const std::vector<std::string>& names) {
-  std::set<std::string> needed;
-  std::vector<std::string> open(names);
-  while (!open.empty()) {
-    const std::string name = std::move(open.back());
-    open.pop_back();
-    if (all.GetVar(name) == nullptr || !needed.insert(name).second) continue;
-    const std::vector<std::string> reads = FieldOf(all, name).GetReads();
-    open.insert(open.end(), reads.begin(), reads.end());
-  }
   auto selected = std::make_unique<TransformationDictionary>();
   for (const std::string& name : all.GetDerivedVarNames()) {
-    if (needed.count(name) == 0) continue;
     selected->AddVar(name, FieldOf(all, name).Clone());
     selected->AddDerievedVarName(name);
   }
+  selected->KeepOnly(names);
   selected->SetUpDerivedCaseRecord();
   return selected;
 }
