@@ -18,16 +18,19 @@ inline double ScaledErfc(double x) {
   return t * Polynomial(kErfcScaled, t - 0.5);
 }
 
-// e^(-scale x^2) for scale 1 or 1/2, to the last digits however large the square is.  0 below
-// e^gMachineMinExp.
-inline double ExpMinusSquare(double x, double scale) {
-  const double square = x * x;
-  if (!(scale * square <= -KxPower::gMachineMinExp)) return 0;
-  // What rounding took from the square.
+// What rounding took from the square of x.
+inline double RestOfSquare(double x, double square) {
   const double high = static_cast<float>(x);
   const double low = x - high;
-  const double lost = ((high * high - square) + 2 * high * low) + low * low;
-  return std::exp(-scale * square) * (1 - scale * lost);
+  return ((high * high - square) + 2 * high * low) + low * low;
+}
+
+// factor e^(-scale x^2) for scale 1 or 1/2, to the last digits however large the square is.  0 where the
+// power is below e^gMachineMinExp, and for NaN.
+inline double ExpMinusSquare(double x, double scale, double factor = 1) {
+  const double square = x * x;
+  if (!(scale * square <= -KxPower::gMachineMinExp)) return 0;
+  return (factor - factor * scale * RestOfSquare(x, square)) * std::exp(-scale * square);
 }
 
 }  // namespace KxMath_940

@@ -13,7 +13,7 @@ namespace {
 constexpr double kInverseRootTwoPi = 0.3989422804014327;
 constexpr double kInverseRootTwo = 0.70710678118654752440;
 
-double Density(double z) { return kInverseRootTwoPi * ExpMinusSquare(z, 0.5); }
+double Density(double z) { return ExpMinusSquare(z, 0.5, kInverseRootTwoPi); }
 
 // Up to the point where erf is 1/2 neither form of the distribution function loses digits.
 bool IsCentral(double z) { return z > -0.67 && z < 3.1; }
@@ -109,7 +109,8 @@ double KxDistFun::CdfNorm(double x, double mean, double sd) {
 
 double KxDistFun::PdfNormalStandard(double x) {
   const double density = Density(x);
-  return density > 0 || AreNumbers(x) ? density : kMissing;
+  if (density > 0) return density;
+  return AreNumbers(x) ? 0 : kMissing;
 }
 
 double KxDistFun::PdfNormal(double x, double mean, double sd) {
