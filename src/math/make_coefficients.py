@@ -11,8 +11,8 @@ stated bound.  Nothing here is random: a second run writes the same files.
 import pathlib
 import subprocess
 
-from mpmath import (bernoulli, chop, cos, erfc, exp, factorial, gamma, linspace, log, loggamma, lu_solve, matrix,
-                    mp, mpf, nstr, pi, rgamma, sqrt, taylor)
+from mpmath import (atanh, bernoulli, cos, erfc, exp, linspace, log, loggamma, lu_solve, matrix, mp, mpf, nstr, pi,
+                    rgamma, sqrt, taylor)
 
 mp.dps = 60
 HERE = pathlib.Path(__file__).parent
@@ -137,7 +137,6 @@ def log_gamma():
 
 def deficit():
     # (ln((1+v)/(1-v)) - 2v) / (2 v^3) in powers of v^2.
-    from mpmath import atanh
     series = fit(lambda s: (atanh(sqrt(s)) / sqrt(s) - 1) / s if s > mpf("1e-20") else mpf(1) / 3 + s / 5,
                  0, mpf(1) / 9, 0, mpf("2e-17"))
     write("DevianceTablesInternal", "The polynomial of ln(1 + x) without its first terms.",
@@ -167,8 +166,7 @@ def uniform_gamma():
         if not used:
             break
         tables.append(rows[k][:used[-1] + 1])
-    width = max(len(t) for t in tables)
-    return tables, width
+    return tables
 
 
 def taylor_of_scaled_gamma(levels):
@@ -183,9 +181,8 @@ def taylor_of_scaled_gamma(levels):
 
 
 def write_uniform_gamma():
-    tables, _ = uniform_gamma()
     text = []
-    for k, row in enumerate(tables):
+    for k, row in enumerate(uniform_gamma()):
         text.append(one_row(f"kTemme{k}", f"c{k}(eta) in powers of eta.", row))
     write("UniformGammaTablesInternal",
           "Coefficients of the uniform asymptotic expansion of the incomplete gamma functions (N. M. Temme, 1979,\n"

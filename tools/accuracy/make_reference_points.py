@@ -17,7 +17,7 @@ import pathlib
 import random
 import sys
 
-from mpmath import binomial, erf, erfc, exp, fabs, floor, log, log1p, loggamma, mp, mpf, nstr, pi, power, rgamma, sqrt
+from mpmath import erf, erfc, exp, fabs, floor, log, log1p, loggamma, mp, mpf, nstr, pi, sqrt
 
 REFERENCE = pathlib.Path(__file__).parents[2] / "tests" / "math" / "reference"
 DIGITS = 45
