@@ -107,9 +107,11 @@ double KxDistFun::CdfNorm(double x, double mean, double sd) {
   return IsCentral(z) ? CentralCdf(z) : OuterCdf(z, RestOf(z, x, mean, sd));
 }
 
+// What rounding takes from the square costs x^2 / 2 machine units: 8e-14 where the density ends, a tenth of
+// what rounding x itself costs there.
 double KxDistFun::PdfNormalStandard(double x) {
-  const double density = Density(x);
-  if (density > 0) return density;
+  const double power = -0.5 * x * x;
+  if (power >= KxPower::gMachineMinExp) return kInverseRootTwoPi * std::exp(power);
   return AreNumbers(x) ? 0 : kMissing;
 }
 

@@ -131,9 +131,15 @@ void InlineTable::BuildTextIndex() {
   fTextRows.clear();
   const auto isText = [](const Cell& cell) { return cell.type == ScoreValue::kStringValueType; };
   if (fCells.size() != fOutputs.size() || !std::ranges::all_of(fCells, isText)) return;
+  fTextBytes.clear();
+  for (const Cell& cell : fCells) fTextBytes.append(cell.text);
+  std::string_view rest = fTextBytes;
+  fTextRows.reserve(fOutputs.size());
   for (std::size_t row = 0; row < fOutputs.size(); ++row) {
-    fTexts.Append(fCells[row].text);
-    fTextRows.push_back({fCells[row].text, fOutputs[row]});
+    const std::size_t size = fCells[row].text.size();
+    fTextRows.push_back({rest.substr(0, size), fOutputs[row]});
+    fTexts.Append(fTextRows.back().text);
+    rest.remove_prefix(size);
   }
 }
 

@@ -96,6 +96,7 @@ class VEYRA_API InlineTable {
   };
   NameIndex fTexts;  // of a table with one column of texts
   std::vector<TextRow> fTextRows;
+  std::string fTextBytes;  // of all rows, side by side: look-ups go to few places in memory
   bool fIsIndexed = false;
   std::vector<ScoreValue*> fKey;  // of the case
 };

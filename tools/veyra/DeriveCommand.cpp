@@ -63,12 +63,14 @@ bool KeepsHistory(const TransformationDictionary& derived) {
   });
 }
 
-// A value as it reads back: dates and times as texts, those that count from an epoch as numbers.
-void AddDerived(const ScoreDictVar& var, const ScoreValue* value, CsvWriter& out) {
-  const bool isCounted = var.GetVarType() == ScoreDictVar::kDATETIME_VAR &&
-                         var.GetDateTimeType() > ScoreDictVar::kDateTime && value != nullptr &&
-                         value->GetType() == ScoreValue::kDateTimeValueType && !value->IsSystemMissingValue();
-  if (!isCounted) return out.AddValue(value);
+// Dates and times are written as texts, those that count from an epoch as the numbers that read back.
+bool IsCounted(const ScoreDictVar& var) {
+  return var.GetVarType() == ScoreDictVar::kDATETIME_VAR && var.GetDateTimeType() > ScoreDictVar::kDateTime;
+}
+
+void AddCounted(const ScoreDictVar& var, const ScoreValue* value, CsvWriter& out) {
+  const bool isDate = value != nullptr && value->GetType() == ScoreValue::kDateTimeValueType;
+  if (!isDate || value->IsSystemMissingValue()) return out.AddValue(value);
   out.AddNumber(static_cast<const DateTimeValue*>(value)->GetDoubleValue(var.GetDateTimeType()));
 }
 
@@ -80,16 +82,18 @@ class DeriveWorker : public RowWorker {
       : fData(data.Clone()), fDerived(derived), fReader(layout) {
     const ScoreCaseRecord& record = *fDerived.GetValuesForDerivedVars(nullptr, nullptr);
     for (const std::string& name : names)
-      fColumns.push_back({record.GetIndex(name), &FieldOf(fDerived, name)});
+      fColumns.push_back({static_cast<std::size_t>(record.GetIndex(name)), &FieldOf(fDerived, name),
+                          IsCounted(FieldOf(fDerived, name))});
   }
 
   RowOutcome Work(Row row, CsvWriter& out, RowFailure& failure) override {
     if (!fReader.ReadCase(row, failure)) return RowOutcome::kFailed;
-    const ScoreCaseRecord& values = *fDerived.GetValuesForDerivedVars(&fReader.GetRecord(), fData.get());
+    const std::vector<ScoreValue*>& values =
+        fDerived.GetValuesForDerivedVars(&fReader.GetRecord(), fData.get())->GetAllValues();
     bool isAny = false;
     for (const Column& column : fColumns) {
-      const ScoreValue* const value = values.Get(column.slot);
-      AddDerived(*column.field, value, out);
+      const ScoreValue* const value = values[column.slot];
+      column.isCounted ? AddCounted(*column.field, value, out) : out.AddValue(value);
       isAny = isAny || !column.field->IsMissingValue(value);
     }
     return isAny ? RowOutcome::kResult : RowOutcome::kMissingResult;
@@ -97,8 +101,9 @@ class DeriveWorker : public RowWorker {
 
  private:
   struct Column {
-    int slot;
+    std::size_t slot;
     const TransformVar* field;
+    bool isCounted;
   };
 
   std::unique_ptr<ScoreDictionary> fData;
