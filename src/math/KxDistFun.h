@@ -30,9 +30,12 @@
 #ifndef VEYRA_MATH_KXDISTFUN_H_
 #define VEYRA_MATH_KXDISTFUN_H_
 
+#include <cmath>
 #include <cstdint>
 #include <span>
 
+#include "math/KxMV.h"
+#include "math/KxPower.h"
 #include "veyra/Export.h"
 
 namespace KxMath_940 {
@@ -46,7 +49,15 @@ class VEYRA_API KxDistFun {
   static double CdfStdNorm(double x);
   // sd != 0, of which the magnitude counts.
   static double PdfNormal(double x, double mean, double sd);
-  static double PdfNormalStandard(double x);
+  // Here, because a call would cost an eighth of it.  What rounding takes from the square costs x^2 / 2
+  // machine units: 8e-14 where the density ends, a tenth of what rounding x itself costs there.
+  static double PdfNormalStandard(double x) {
+    constexpr double kInverseRootTwoPi = 0.3989422804014327;
+    const double power = -0.5 * x * x;
+    if (power >= KxPower::gMachineMinExp) return kInverseRootTwoPi * std::exp(power);
+    const bool isNumber = !std::isnan(x) && !KxCommon_940::KxMV::IsMissing(x);
+    return isNumber ? 0 : KxCommon_940::KxMV::Missing();
+  }
   // 0 < p < 1, sd > 0; p = 0.5 gives the mean.
   static double IdfNorm(double p, double mean, double sd);
   static double IdfStdNorm(double p);

@@ -107,14 +107,6 @@ double KxDistFun::CdfNorm(double x, double mean, double sd) {
   return IsCentral(z) ? CentralCdf(z) : OuterCdf(z, RestOf(z, x, mean, sd));
 }
 
-// What rounding takes from the square costs x^2 / 2 machine units: 8e-14 where the density ends, a tenth of
-// what rounding x itself costs there.
-double KxDistFun::PdfNormalStandard(double x) {
-  const double power = -0.5 * x * x;
-  if (power >= KxPower::gMachineMinExp) return kInverseRootTwoPi * std::exp(power);
-  return AreNumbers(x) ? 0 : kMissing;
-}
-
 double KxDistFun::PdfNormal(double x, double mean, double sd) {
   if (!AreNumbers(x, mean, sd) || sd == 0 || !std::isfinite(sd) || !std::isfinite(mean)) return kMissing;
   const double spread = std::fabs(sd);
