@@ -258,7 +258,8 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // Whether the text, in the translator's encoding, is one of the variable's listed values.
   static bool IsValidScoreValue(const ScoreDictVar* variable, const std::string& value);
 
-  // --- Small services ---------------------------------------------------------------------------------------
+  // --- Small services
+  // ---------------------------------------------------------------------------------------
 
   // The variable in one of the dictionaries, the first one first; either may be null.  Null, or error 260125,
   // when neither has it.

@@ -194,7 +194,9 @@ TEST(Doctor, FindsEverythingAtOnce) {
       "<DerivedField name='d' optype='continuous' dataType='double'><Apply function='magic'><FieldRef "
       "field='x'/>"
       "</Apply></DerivedField><DerivedField name='e' optype='continuous' dataType='double'>"
-      "<Apply function='+'><FieldRef field='x'/><Apply function='magic'/></Apply></DerivedField><Wizard/>";
+      "<Apply function='+'><FieldRef field='x'/><Apply function='magic'/><Lag "
+      "field='x'/></Apply></DerivedField>"
+      "<Wizard/>";
   std::string text = parts.GetText();
   for (const char* tag : {"<RegressionModel", "</RegressionModel"}) {
     text.replace(text.find(tag), std::string(tag).size(),
@@ -206,6 +208,8 @@ TEST(Doctor, FindsEverythingAtOnce) {
            "unknown element: 'Wizard' is no element of PMML\n    in /PMML/TransformationDictionary/Wizard\n",
            "unknown function: 'magic' is no function of the library\n    in "
            "/PMML/TransformationDictionary/DerivedField[@name='d']/Apply (and 1 more)\n",
+           "dropped operand: 'Lag' below an Apply is passed over: the function lacks an operand\n    in "
+           "/PMML/TransformationDictionary/DerivedField[@name='e']/Apply/Lag",
            "no plug-in: 'NaiveBayesModel' needs libNaiveBayesModel940r.dylib: ",
            "/veyra/plugins\n",
            "refused: error 260120: Missing the attribute 'numberOfFields' of 'DataDictionary'.\n",

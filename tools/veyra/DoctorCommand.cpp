@@ -151,6 +151,7 @@ class Doctor {
     }
     FindUnknownElements();
     FindUnknownFunctions();
+    FindDroppedOperands();
     TryToLoad();
     ListColumns();
     return Conclude(fFindings);
@@ -209,6 +210,22 @@ class Doctor {
                                            : " is no function of the library"),
            places.GetText());
     }
+  }
+
+  // The function of such an Apply has an operand less than its writer meant.
+  void FindDroppedOperands() {
+    constexpr const char* kOperands[] = {Tags::XML_ELE_APPLY, Tags::XML_ELE_FIELDREF, Tags::XML_ELE_CONSTANT,
+                                         Tags::XML_ELE_EXTENSION};
+    std::map<std::string, Places> dropped;
+    ForEachElement(Root(), [&](const DOMElement& element) {
+      const DOMNode* const parent = element.getParentNode();
+      if (parent == nullptr || !HasTag(*parent, Tags::XML_ELE_APPLY)) return;
+      if (std::ranges::any_of(kOperands, [&](const char* tag) { return HasTag(element, tag); })) return;
+      dropped[KxXML_940::ToUTF8(element.getTagName())].Add(element);
+    });
+    for (const auto& [tag, places] : dropped)
+      Say("dropped operand", "'" + tag + "' below an Apply is passed over: the function lacks an operand",
+          places.GetText());
   }
 
   static bool IsInCatalogue(const std::string& kind) {
