@@ -39,6 +39,12 @@ std::unique_ptr<TransformationDictionary> Select(const TransformationDictionary&
   return selected;
 }
 
+[[noreturn]] void RefuseColumn(const std::string& data, const std::string& name, const std::string& field) {
+  std::string reason = "there is no column '";
+  reason.append(name).append("', which the derived field '").append(field).append("' needs");
+  throw DataFailure(data, {}, reason);
+}
+
 // Binds the columns that the derived fields read.
 void BindFields(const DerivingDocument& document, const TransformationDictionary& derived,
                 const std::vector<std::string>& header, const std::string& data, bool absentIsMissing,
@@ -49,9 +55,7 @@ void BindFields(const DerivingDocument& document, const TransformationDictionary
       const ScoreDictVar* const var = std::as_const(*document.data).GetVar(name);
       if (var == nullptr || !bound.insert(name).second) continue;
       const bool isThere = std::find(header.begin(), header.end(), name) != header.end();
-      if (!isThere && !absentIsMissing)
-        throw DataFailure(data, {},
-                          "there is no column '" + name + "', which the derived field '" + field + "' needs");
+      if (!isThere && !absentIsMissing) RefuseColumn(data, name, field);
       layout.Bind(*var, true);
     }
   }
