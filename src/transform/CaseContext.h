@@ -40,6 +40,10 @@ class VEYRA_API CaseContext {
               const ScoreDictionary* transformations);
 
   const Binding& GetBinding() const { return fBinding; }
+  // A number that stands for the binding wherever it is not 0; who keeps values knows whether it is the same
+  // binding as for the case before.
+  std::uint64_t GetBindingId() const { return fBindingId; }
+  void SetBindingId(std::uint64_t id) { fBindingId = id; }
   const ScoreCaseRecord* GetInput() const { return fInput; }
   const ScoreDictionary* GetDataDictionary() const { return fBinding.data; }
   const ScoreDictionary* GetTransformations() const { return fBinding.derived; }
@@ -61,6 +65,7 @@ class VEYRA_API CaseContext {
   const std::vector<ScoreValue*>* fValues;  // never null
   const TransformationDictionary* fDerivedValues;
   Binding fBinding;
+  std::uint64_t fBindingId = 0;
 };
 
 // A field that an expression reads, by name.  REQUIRES of ValueIn: bound to the binding of that context.

@@ -44,7 +44,10 @@ const ScoreValue* TransformVar::Evaluate(const CaseContext& context) const {
     SetConstant();
     return state.result.get();
   }
-  if (!state.isBound || state.binding != context.GetBinding()) Bind(context);
+  const std::uint64_t id = context.GetBindingId();
+  const bool isSame = state.isBound && id != 0 && id == state.bindingId;
+  if (!isSame && (!state.isBound || state.binding != context.GetBinding())) Bind(context);
+  state.bindingId = id;
   state.isBeingEvaluated = true;
   ComputeInto(state.work, context);
   state.isBeingEvaluated = false;

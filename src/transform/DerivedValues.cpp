@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "data/DateTimeValue.h"
+#include "data/Identity.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 #include "transform/DerivedValuesInternal.h"
@@ -110,7 +111,12 @@ void DerivedValues::SetComputed(int slot) {
   fIsTextMissing[static_cast<std::size_t>(slot)] = 0;
 }
 
-void DerivedValues::ComputeAll(const CaseContext& context) {
+void DerivedValues::ComputeAll(CaseContext& context) {
+  if (fBindingId == 0 || fBinding != context.GetBinding()) {
+    fBinding = context.GetBinding();
+    fBindingId = NextIdentity();
+  }
+  context.SetBindingId(fBindingId);
   for (const std::size_t slot : fOrder)
     if (fIsComputed[slot] == 0) Compute(slot, context);
 }

@@ -31,7 +31,7 @@ class DerivedValues {
   }
   bool IsComputed(int slot) const { return IsSlot(slot) && fIsComputed[static_cast<std::size_t>(slot)] != 0; }
   void SetComputed(int slot);
-  void ComputeAll(const CaseContext& context);
+  void ComputeAll(CaseContext& context);
   void ComputeReads(std::size_t slot, const CaseContext& context);
   // Computed now when it is not yet; null for a text without value and while it is being computed.
   const ScoreValue* ValueAt(std::size_t slot, const CaseContext& context);
@@ -54,6 +54,8 @@ class DerivedValues {
   std::vector<Field> fFields;
   std::vector<std::size_t> fOrder;  // every field after those that it reads
   std::uint64_t fContentId = 0;     // of the dictionary that the fields were learned from
+  CaseContext::Binding fBinding;    // of the last case, and the number that stands for it
+  std::uint64_t fBindingId = 0;
   std::vector<unsigned char> fIsComputed;
   std::vector<unsigned char> fIsBeingComputed;
   std::vector<unsigned char> fIsTextMissing;

@@ -22,6 +22,7 @@ struct TransformVar::State {
 
   bool isBound = false;
   CaseContext::Binding binding;
+  std::uint64_t bindingId = 0;  // of the last context; 0 when it had none
   FieldSource source;
   std::unique_ptr<Program> program;
   Operand work;

@@ -58,7 +58,8 @@ ScoreCaseRecord* TransformationDictionary::GetValuesForDerivedVars(const ScoreCa
   if (input != nullptr) {
     fValues->Refresh(*this);
     fValues->ForgetAll();
-    fValues->ComputeAll(CaseContext(input, dataDictionary, this));
+    CaseContext context(input, dataDictionary, this);
+    fValues->ComputeAll(context);
   }
   return &fValues->Record();
 }

@@ -2,11 +2,13 @@
 
 #include <algorithm>
 
+#include "data/NumericValue.h"
 #include "data/StringValue.h"
 #include "veyra/Number.h"
 
 namespace VeyraTool {
 
+using KxVeyra_940::NumericValue;
 using KxVeyra_940::ScoreValue;
 using KxVeyra_940::StringValue;
 
@@ -38,20 +40,16 @@ void CsvWriter::AddNumber(double number) {
 }
 
 void CsvWriter::AddValue(const ScoreValue* value) {
-  if (value == nullptr || value->IsSystemMissingValue()) {
-    AddText({});
-    return;
-  }
+  if (value == nullptr) return AddText({});
   switch (value->GetType()) {
-    case ScoreValue::kNumericValueType:
-      AddNumber(value->GetDouble());
-      break;
+    case ScoreValue::kNumericValueType: {
+      const double number = static_cast<const NumericValue*>(value)->GetNumber();
+      return NumericValue::IsSystemMissingValue(number) ? AddText({}) : AddNumber(number);
+    }
     case ScoreValue::kStringValueType:
-      AddText(static_cast<const StringValue*>(value)->GetText());
-      break;
+      return AddText(static_cast<const StringValue*>(value)->GetText());
     case ScoreValue::kDateTimeValueType:
-      AddText(value->GetString());
-      break;
+      return AddText(value->IsSystemMissingValue() ? std::string() : value->GetString());
   }
 }
 
