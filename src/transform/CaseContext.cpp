@@ -33,6 +33,13 @@ const std::vector<ScoreValue*>& ValuesOf(const ScoreCaseRecord* record) {
 
 }  // namespace
 
+const ScoreDictVar* FindField(const std::string& name, const ScoreDictionary* dataDictionary,
+                              const ScoreDictionary* transformations) {
+  const ScoreDictVar* const variable = dataDictionary == nullptr ? nullptr : dataDictionary->GetVar(name);
+  if (variable != nullptr || transformations == nullptr) return variable;
+  return transformations->GetVar(name);
+}
+
 CaseContext::CaseContext(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
                          const ScoreDictionary* transformations)
     : fInput(input), fValues(&ValuesOf(input)), fDerivedValues(WithValues(transformations)) {
@@ -45,9 +52,7 @@ CaseContext::CaseContext(const ScoreCaseRecord* input, const ScoreDictionary* da
 }
 
 const ScoreDictVar* CaseContext::FindVariable(const std::string& name) const {
-  const ScoreDictVar* const variable = fBinding.data == nullptr ? nullptr : fBinding.data->GetVar(name);
-  if (variable != nullptr || fBinding.derived == nullptr) return variable;
-  return fBinding.derived->GetVar(name);
+  return FindField(name, fBinding.data, fBinding.derived);
 }
 
 void FieldSource::Bind(const CaseContext& context, const ScoreDictVar* fallback) {

@@ -22,6 +22,11 @@ namespace KxVeyra_940 {
 
 class TransformVar;
 
+// The variable in the first dictionary, else in the second one; either may be null.  Null when neither has
+// it.
+VEYRA_API const ScoreDictVar* FindField(const std::string& name, const ScoreDictionary* dataDictionary,
+                                        const ScoreDictionary* transformations);
+
 class VEYRA_API CaseContext {
  public:
   // What names were resolved against.  A record, or dictionary, that does not tell its state is known by 0.

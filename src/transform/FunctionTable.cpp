@@ -432,6 +432,13 @@ const FunctionRow* FindFunction(std::string_view name) {
   return found == names.end() ? nullptr : found->second;
 }
 
+std::size_t ImputedParameter(const ScoreDictVar* first, const ScoreDictVar* second) {
+  const auto isCategorical = [](const ScoreDictVar* variable) {
+    return variable != nullptr && variable->GetMLevel() != ScoreDictVar::kContinuous;
+  };
+  return !isCategorical(first) && isCategorical(second) ? 1 : 0;
+}
+
 const char* FunctionName(int number) {
   const FunctionRow* const row = FindFunction(number);
   return row == nullptr ? "<not defined>" : row->name;

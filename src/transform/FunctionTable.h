@@ -6,6 +6,7 @@
 #ifndef VEYRA_TRANSFORM_FUNCTIONTABLE_H_
 #define VEYRA_TRANSFORM_FUNCTIONTABLE_H_
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -14,6 +15,7 @@
 
 namespace KxVeyra_940 {
 
+class ScoreDictVar;
 struct FunctionCall;
 
 // The classes that type checks go by; a function may be in several.
@@ -81,6 +83,10 @@ VEYRA_API const FunctionRow* FindFunction(int number);
 VEYRA_API const FunctionRow* FindFunction(std::string_view name);
 // "<not defined>" for a number outside the table.
 VEYRA_API const char* FunctionName(int number);
+
+// Of the two fields of an imputation, either of which may be unknown (null), the one that is imputed: the one
+// that is not continuous, the first one when that does not tell.
+VEYRA_API std::size_t ImputedParameter(const ScoreDictVar* first, const ScoreDictVar* second);
 
 inline bool IsInClass(int number, FunctionClass which) {
   const FunctionRow* const row = FindFunction(number);

@@ -136,15 +136,11 @@ const ScoreDictVar* Program::VariableOf(const Operand* operand) const {
   return load == fLoads.end() ? nullptr : load->source.GetVariable();
 }
 
-// Of the two fields, the one that is not continuous is imputed; the first one when that does not tell.
 void Program::BindImputation(Step& step) {
   step.memory.categorical = nullptr;
   if (step.memory.means == nullptr || step.given.size() != 2) return;
   const ScoreDictVar* const variables[] = {VariableOf(step.given[0]), VariableOf(step.given[1])};
-  const auto isCategorical = [](const ScoreDictVar* variable) {
-    return variable != nullptr && variable->GetMLevel() != ScoreDictVar::kContinuous;
-  };
-  step.memory.categoricalOperand = !isCategorical(variables[0]) && isCategorical(variables[1]) ? 1 : 0;
+  step.memory.categoricalOperand = ImputedParameter(variables[0], variables[1]);
   step.memory.categorical = variables[step.memory.categoricalOperand];
 }
 

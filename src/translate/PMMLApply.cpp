@@ -53,12 +53,6 @@ bool ReadsTextConstants(TransformFunction function) {
   return function == TF_MATCHES || function == TF_CONCAT || function == TF_REPLACE;
 }
 
-int LevelOfNode(const FunctionTree* parent) {
-  int level = 0;
-  for (; parent != nullptr; parent = parent->GetParent()) ++level;
-  return level;
-}
-
 const char* KindOfConstant(const ScoreValue& value) {
   switch (value.GetType()) {
     case ScoreValue::kNumericValueType:
@@ -96,16 +90,6 @@ std::unique_ptr<ScoreValue> ReadConstant(const PMMLTranslator& translator, const
   Raise(MessageId::kUnsupportedValue, {translator.ToUTF8Argument(value->GetString()), XML_VAL_STRING});
 }
 
-// Of the two fields of an imputation, the one that is imputed: the one that is not continuous, else the
-// first.
-std::size_t ImputedParameter(const std::vector<const ScoreDictVar*>& variables) {
-  const auto isCategorical = [&](std::size_t i) {
-    return i < variables.size() && variables[i] != nullptr &&
-           variables[i]->GetMLevel() != ScoreDictVar::kContinuous;
-  };
-  return !isCategorical(0) && isCategorical(1) ? 1 : 0;
-}
-
 // Whose results stand where numbers are due, and where texts are.  "greaterOrEqual" and "substring" are in no
 // class and count like their neighbours.
 bool YieldsNumber(TransformFunction function) {
@@ -141,9 +125,6 @@ FunctionTree* PMMLTranslator::HandleApply(DOMElement* apply, const ScoreDictVar*
   const XMLCh* const name = RequiredAttribute(*apply, XML_ATT_APPLY_FUNCTION);
   const auto known = fFunctions.find(ToUTF8(name));
   if (known == fFunctions.end()) Raise(MessageId::kUnsupportedValue, {ToUTF8(name), XML_ATT_APPLY_FUNCTION});
-  if (LevelOfNode(parent) > kMaxApplyDepth)
-    RaiseWithDetail(MessageId::kProcessingError, {XML_ELE_APPLY},
-                    " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
   const TransformFunction function = known->second;
 
   auto owned = std::make_unique<FunctionTreeImp>(true);
@@ -165,6 +146,9 @@ FunctionTree* PMMLTranslator::HandleApply(DOMElement* apply, const ScoreDictVar*
   stats.SetNodeID(NextNodeID());
   node->SetNodeStats(stats);
   if (parent != nullptr) parent->Add(owned.release());
+  if (node->GetLevel() > kMaxApplyDepth)
+    RaiseWithDetail(MessageId::kProcessingError, {XML_ELE_APPLY},
+                    " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
 
   Parameters parameters;
   int position = 0;
@@ -237,8 +221,9 @@ void PMMLTranslator::VerifyApplyFunction(const std::vector<std::string>& names, 
       Raise(MessageId::kConflictingVariables,
             {ToUTF8Argument(names[0]), ToUTF8Argument(derivedVar->GetName())});
   }
-  const std::size_t exempt =
-      function == TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET ? ImputedParameter(fields) : names.size();
+  const auto fieldAt = [&](std::size_t i) { return i < fields.size() ? fields[i] : nullptr; };
+  const bool isImputation = function == TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET;
+  const std::size_t exempt = isImputation ? ImputedParameter(fieldAt(0), fieldAt(1)) : names.size();
   for (std::size_t i = 0; i < names.size(); ++i) {
     if (row->parameters == ParameterRule::kAnything || i == exempt) continue;
     if (kinds[i] != kNestedApply) {

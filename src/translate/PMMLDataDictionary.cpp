@@ -21,6 +21,7 @@
 #include "data/ValueLbl.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
+#include "translate/InvalidRangeInternal.h"
 #include "translate/OptypesInternal.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
@@ -48,7 +49,6 @@ constexpr double kMarginTolerance = 1e-15;
 
 constexpr int kLowerGiven = 1;
 constexpr int kUpperGiven = 10;
-constexpr int kTwice = 2;  // no bound counts further, so that ten lower ones are not taken for an upper one
 
 constexpr int kEncoderRoom = 2;
 
@@ -163,9 +163,7 @@ class FieldReader {
   const XMLCh* fStorageType;
   bool fNoSpaceTrim = false;
   bool fHasInterval = false;
-  int fInvalidRangeCode = 0;
-  double fInvalidRangeLower = -NumericValue::GetInfinity();
-  double fInvalidRangeUpper = NumericValue::GetInfinity();
+  InvalidRange fInvalidRange;
   std::vector<const XMLCh*> fValidTexts;
   std::vector<const XMLCh*> fMissingTexts;
   std::unique_ptr<ValueLabelSet> fLabels = std::make_unique<ValueLabelSet>();
@@ -304,14 +302,10 @@ void FieldReader::ReadValueExtension(const DOMElement& extension) {
   } else if (EqualsAscii(name, XML_VAL_NAME_DECIMAL)) {
     const int decimals = PMMLTranslator::VerifyInt(value);
     if (decimals >= 0 || IsContinuous()) fVariable->SetDecimal(decimals);
-  } else if (EqualsAscii(name, XML_VAL_NAME_MSLO)) {
-    fInvalidRangeLower = PMMLTranslator::VerifyDouble(value);
-    if (fInvalidRangeCode % kUpperGiven < kTwice) fInvalidRangeCode += kLowerGiven;
-  } else if (EqualsAscii(name, XML_VAL_NAME_MSUP)) {
-    fInvalidRangeUpper = PMMLTranslator::VerifyDouble(value);
-    if (fInvalidRangeCode / kUpperGiven < kTwice) fInvalidRangeCode += kUpperGiven;
   } else if (EqualsAscii(name, kFlagTrueValue) && !IsContinuous()) {
     fVariable->SetFalgTypeTrueValue(Narrow(value));
+  } else {
+    fInvalidRange.Read(extension);
   }
 
   if (!IsContinuous()) return;
@@ -322,8 +316,7 @@ void FieldReader::ReadValueExtension(const DOMElement& extension) {
 
 // Gives the variable its parts, then checks them: what is missing is for the complete variable to say.
 void FieldReader::HandOver() {
-  PMMLTranslator::HandleZENTMissingInterval(fMissingValues.get(), fInvalidRangeCode, fInvalidRangeLower,
-                                            fInvalidRangeUpper);
+  fInvalidRange.AddTo(*fMissingValues);
   RefuseValidAndMissing();
   if (fMissingValues->Size() > 0) fVariable->SetMissingValues(fMissingValues.release());
   if (fValidTexts.empty()) {

@@ -10,6 +10,7 @@
 #include "error/Raise.h"
 #include "transform/TransformVar.h"
 #include "translate/DomReader.h"
+#include "translate/InvalidRangeInternal.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "xml/XmlText.h"
@@ -24,8 +25,6 @@ using KxXML_940::ToUTF8;
 using xercesc::DOMElement;
 
 constexpr char kPositiveInteger[] = "positiveInteger";
-constexpr int kLowerGiven = 1;
-constexpr int kUpperGiven = 10;
 
 TransformVar& Derived(ScoreDictVar* variable) { return static_cast<TransformVar&>(*variable); }
 
@@ -135,9 +134,7 @@ std::string PMMLTranslator::HandleLag(DOMElement* element, ScoreDictVar* derived
 
 void PMMLTranslator::handleDerivedVarMissingValue(const DOMElement* extension, TransformVar* derived) const {
   auto missing = std::make_unique<MissingValueSet>();
-  int code = 0;
-  double lower = -NumericValue::GetInfinity();
-  double upper = NumericValue::GetInfinity();
+  InvalidRange invalidRange;
   ForEachChildElement(extension, [&](const DOMElement& child) {
     if (HasTag(child, XML_ELE_VALUE)) {
       auto range = std::make_unique<Range>(
@@ -149,18 +146,10 @@ void PMMLTranslator::handleDerivedVarMissingValue(const DOMElement* extension, T
               {XML_ELE_INTERVAL, std::string(XML_VAL_OT_CATEGORICAL) + "," + XML_VAL_OT_ORDINAL});
       handleInterval(derived, &child, missing.get(), 0);
     } else if (HasTag(child, XML_ELE_EXTENSION)) {
-      const XMLCh* const name = Attribute(child, XML_ATT_EXT_NAME);
-      const XMLCh* const value = Attribute(child, XML_ATT_EXT_VALUE);
-      if (EqualsAscii(name, XML_VAL_NAME_MSLO)) {
-        lower = VerifyDouble(value);
-        code += kLowerGiven;
-      } else if (EqualsAscii(name, XML_VAL_NAME_MSUP)) {
-        upper = VerifyDouble(value);
-        code += kUpperGiven;
-      }
+      invalidRange.Read(child);
     }
   });
-  HandleZENTMissingInterval(missing.get(), code, lower, upper);
+  invalidRange.AddTo(*missing);
   delete derived->GetMissingValues();
   derived->SetMissingValues(nullptr);
   derived->SetMissingValues(missing.release());

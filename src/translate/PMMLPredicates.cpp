@@ -143,6 +143,15 @@ Question ReadQuestion(const DOMElement& element, const ScoreDictVar& variable) {
   return question;
 }
 
+// What the reader of either split reports; a question for a missing value is all in the split then.
+void TellQuestion(const BaseTranslator& translator, const Question& question, ScoreSplitVar& split,
+                  std::string& predicateOperator, bool& isMissing, std::string& value) {
+  predicateOperator = translator.ToString(question.predicateOperator);
+  value = translator.ToString(question.value);
+  isMissing = question.kind == Question::kMissing;
+  if (isMissing) split.SetMissvalMap(kHolds);
+}
+
 void PutRange(ScaleSplit& split, double low, double high, bool closed) {
   split.PutSplit(new Range(low, high, closed && low != -kInfinity, closed && high != kInfinity), kHolds);
 }
@@ -318,12 +327,9 @@ ScaleSplit* PMMLTranslator::HandleNodeScaleSplit(const DOMElement* node, const S
   auto split = std::make_unique<ScaleSplit>(variable);
   if (!HasTag(*node, XML_ELE_PREDICATE)) return split.release();
   const Question question = ReadQuestion(*node, *variable);
-  predicateOperator = BaseTranslator::ToString(question.predicateOperator);
-  value = BaseTranslator::ToString(question.value);
-  isMissing = question.kind == Question::kMissing;
-  if (question.kind == Question::kMissing) {
-    split->SetMissvalMap(kHolds);
-  } else if (question.kind == Question::kNotMissing) {
+  TellQuestion(*this, question, *split, predicateOperator, isMissing, value);
+  if (isMissing) return split.release();
+  if (question.kind == Question::kNotMissing) {
     PutRange(*split, -kInfinity, kInfinity, false);
   } else {
     double low = 0;
@@ -356,12 +362,9 @@ DiscreteSplit* PMMLTranslator::HandleNodeDiscreteSplit(const DOMElement* node, S
   auto split = std::make_unique<DiscreteSplit>(variable);
   if (!HasTag(*node, XML_ELE_PREDICATE)) return split.release();
   const Question question = ReadQuestion(*node, *variable);
-  predicateOperator = BaseTranslator::ToString(question.predicateOperator);
-  value = BaseTranslator::ToString(question.value);
-  isMissing = question.kind == Question::kMissing;
-  if (question.kind == Question::kMissing) {
-    split->SetMissvalMap(kHolds);
-  } else if (question.kind == Question::kNotMissing) {
+  TellQuestion(*this, question, *split, predicateOperator, isMissing, value);
+  if (isMissing) return split.release();
+  if (question.kind == Question::kNotMissing) {
     if (const ScoreValueLabelSet* labels = variable->GetValueLabels()) {
       for (const ScoreValueLabel* label : labels->GetAllValueLabels()) {
         Put(*variable, *split, *label->GetValue(), kHolds);

@@ -208,9 +208,7 @@ void PMMLTranslator::ExtendTransformationDictionary(const DOMElement& element,
 const ScoreDictVar* PMMLTranslator::FindVariable(const std::string& name,
                                                  const ScoreDictionary* dataDictionary,
                                                  const ScoreDictionary* transformations) {
-  const ScoreDictVar* const variable = dataDictionary == nullptr ? nullptr : dataDictionary->GetVar(name);
-  if (variable != nullptr || transformations == nullptr) return variable;
-  return transformations->GetVar(name);
+  return FindField(name, dataDictionary, transformations);
 }
 
 const ScoreDictVar& PMMLTranslator::RequiredVariable(const XMLCh* name, const ScoreDictionary* dataDictionary,
