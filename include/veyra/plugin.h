@@ -39,6 +39,8 @@
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/ZENTModelTags.h"
+#include "translate/ZENTTranslator.h"
 #include "veyra/ScoreTranslator.h"
 #include "veyra/veyra.h"
 

@@ -12,6 +12,8 @@
 #include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
 #include "transform/TransformationDictionary.h"
+#include "translate/PMMLModelTags.h"
+#include "translate/ZENTModelTags.h"
 #include "xml/ScoreSax2Parser.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
@@ -44,15 +46,14 @@ struct RootRow {
   const char* modelName;  // null: search the catalogue
 };
 
-constexpr RootRow kRoots[] = {
-    {"PMML", nullptr},
-    {"zent-ml", nullptr},
-    {"Tree", "TreeModel"},
-    {"AssocLattice", nullptr},
-    {"SequentialAssociationLattice", nullptr},
-};
-
 const RootRow* FindRoot(const std::string& tag) {
+  static const RootRow kRoots[] = {
+      {PMMLModelTags::XML_ELE_PMML, nullptr},
+      {ZENTModelTags::XML_ELE_ZENTML.c_str(), nullptr},
+      {"Tree", "TreeModel"},
+      {"AssocLattice", nullptr},
+      {"SequentialAssociationLattice", nullptr},
+  };
   for (const RootRow& row : kRoots) {
     if (tag == row.tag) return &row;
   }
@@ -62,8 +63,8 @@ const RootRow* FindRoot(const std::string& tag) {
 // The model kind that the root alone decides; empty when the catalogue is searched.
 std::string KindOfRoot(const RootRow& row, const DocumentParser& parser) {
   if (row.modelName != nullptr) return row.modelName;
-  if (std::string_view(row.tag) == "zent-ml" &&
-      FindModelElement(parser.GetFirstElements(), {"regression-model"}) != nullptr) {
+  if (row.tag == ZENTModelTags::XML_ELE_ZENTML &&
+      FindModelElement(parser.GetFirstElements(), {ZENTModelTags::XML_ELE_REGRESS_MODEL}) != nullptr) {
     return "GeneralRegressionModel";
   }
   return {};

@@ -1,11 +1,13 @@
 #include "translate/DomReader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "error/Raise.h"
 #include "translate/BaseTranslator.h"
+#include "translate/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
@@ -144,6 +146,21 @@ std::optional<int> OptionalInteger(const DOMElement& element, const char* name) 
   const XMLCh* text = Attribute(element, name);
   if (IsEmpty(text)) return std::nullopt;
   return BaseTranslator::VerifyInt(text);
+}
+
+int PaddedInteger(const XMLCh* text) {
+  const std::string whole = ToUTF8(text);
+  constexpr char kWhiteSpace[] = " \t\n\r";
+  const std::size_t first = whole.find_first_not_of(kWhiteSpace);
+  if (first != std::string::npos) {
+    const char* start = whole.data() + first;
+    const char* end = whole.data() + whole.find_last_not_of(kWhiteSpace) + 1;
+    if (*start == '+' && start + 1 != end && start[1] != '-') ++start;
+    int count = 0;
+    const auto result = std::from_chars(start, end, count);
+    if (result.ec == std::errc() && result.ptr == end) return count;
+  }
+  Raise(MessageId::kInvalidValueOfType, {whole, PMMLModelTags::XML_VAL_INTEGER});
 }
 
 }  // namespace KxVeyra_940

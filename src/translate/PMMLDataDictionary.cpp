@@ -2,7 +2,6 @@
 
 #include <unicode/stringoptions.h>
 #include <unicode/ustring.h>
-#include <charconv>
 #include <cmath>
 #include <memory>
 #include <unordered_set>
@@ -18,13 +17,13 @@
 #include "data/ScoreCatNumericEncoder.h"
 #include "data/ScoreCatStringEncoder.h"
 #include "data/ValueLabelSet.h"
-#include "data/ValueLbl.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
 #include "translate/InvalidRangeInternal.h"
 #include "translate/OptypesInternal.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/ValueSetsInternal.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
@@ -71,22 +70,6 @@ constexpr DateTimeRow kDateTimeTypes[] = {
     {XML_VAL_DATETIMESECONDSSINCE_1980, ScoreDictVar::kDateTimeSecondsSince1980},
 };
 
-// A whole number, with white space around it.  Error 260151.
-int ReadCount(const XMLCh* text) {
-  const std::string whole = ToUTF8(text);
-  constexpr char kWhiteSpace[] = " \t\n\r";
-  const std::size_t first = whole.find_first_not_of(kWhiteSpace);
-  if (first != std::string::npos) {
-    const char* start = whole.data() + first;
-    const char* end = whole.data() + whole.find_last_not_of(kWhiteSpace) + 1;
-    if (*start == '+' && start + 1 != end && start[1] != '-') ++start;
-    int count = 0;
-    const auto result = std::from_chars(start, end, count);
-    if (result.ec == std::errc() && result.ptr == end) return count;
-  }
-  Raise(MessageId::kInvalidValueOfType, {whole, XML_VAL_INTEGER});
-}
-
 // The text without distinction of letter case, by Unicode's folding.
 std::u16string FoldCase(const XMLCh* text) {
   const std::u16string_view view = View(text);
@@ -102,10 +85,6 @@ std::u16string FoldCase(const XMLCh* text) {
                                    static_cast<int>(view.size()), U_FOLD_CASE_DEFAULT, &status);
   folded.resize(static_cast<std::size_t>(length));
   return folded;
-}
-
-void AddRange(ScoreMissingValueSet& set, std::unique_ptr<ScoreValueRange> range) {
-  if (set.Add(range.get())) static_cast<void>(range.release());
 }
 
 void AddRange(ScoreMissingValueSet& set, double low, double high, bool lowIncluded, bool highIncluded) {
@@ -267,9 +246,7 @@ void FieldReader::ReadValue(const DOMElement& element) {
   }
   fValidTexts.push_back(text);
   const XMLCh* display = Attribute(element, XML_ATT_VALUE_DISPLAYVALUE);
-  auto label = std::make_unique<ValueLbl>(value.get(), Narrow(IsEmpty(display) ? text : display));
-  static_cast<void>(value.release());
-  if (fLabels->Add(label.get())) static_cast<void>(label.release());
+  AddLabel(*fLabels, std::move(value), Narrow(IsEmpty(display) ? text : display));
 }
 
 // An empty number is reported as an empty attribute where the document shows that numbers are meant;
@@ -343,7 +320,7 @@ const DOMElement* ElementOf(const DOMNode* node) {
 }
 
 void VerifyFieldCount(const DOMElement& dictionary, int found) {
-  const int stated = ReadCount(RequiredNonEmptyAttribute(dictionary, XML_ATT_DATADICT_NUMBEROFFIELDS));
+  const int stated = PaddedInteger(RequiredNonEmptyAttribute(dictionary, XML_ATT_DATADICT_NUMBEROFFIELDS));
   if (stated != found)
     Raise(MessageId::kNumberMismatchIn, {std::to_string(stated), XML_ATT_DATADICT_NUMBEROFFIELDS,
                                          std::to_string(found), XML_ELE_DATAFIELD, XML_ELE_DATADICTIONARY});
