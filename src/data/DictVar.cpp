@@ -113,13 +113,9 @@ const std::string& DictVar::GetName() const { return fName; }
 
 const std::string& DictVar::GetLabel() const { return fLabel; }
 
-ScoreDictVar::VariableType DictVar::GetVarType() const { return fVarType; }
-
 ScoreDictVar::MeasureLevel DictVar::GetMLevel() const { return fMLevel; }
 
 int DictVar::GetDecimal() const { return fDecimals; }
-
-int DictVar::GetWidth() const { return fWidth; }
 
 ScoreVarStats* DictVar::GetVarStats() const { return fVarStats.Get(); }
 
@@ -198,8 +194,6 @@ ScoreDictVar::OutlierHandleMethod DictVar::GetOutlierHandleMethod() const { retu
 bool DictVar::IsDerivedVariable() const { return false; }
 
 void DictVar::SetDateTimeType(DateTimeType type) { fDateTimeType = type; }
-
-ScoreDictVar::DateTimeType DictVar::GetDateTimeType() const { return fDateTimeType; }
 
 void DictVar::SetDefValue(ScoreValue* value) { fDefaultValue.ReplaceKeepingOld(value); }
 

@@ -42,10 +42,10 @@ class VEYRA_API DictVar : public ScoreDictVar {
   void SetWidth(int width) override;
   const std::string& GetName() const override;
   const std::string& GetLabel() const override;
-  VariableType GetVarType() const override;
+  VariableType GetVarType() const override { return fVarType; }
   MeasureLevel GetMLevel() const override;
   int GetDecimal() const override;
-  int GetWidth() const override;
+  int GetWidth() const override { return fWidth; }
   ScoreVarStats* GetVarStats() const override;
   void SetVarStats(ScoreVarStats* stats) override;
   ScoreValueLabelSet* GetValueLabels() const override;
@@ -72,7 +72,7 @@ class VEYRA_API DictVar : public ScoreDictVar {
   OutlierHandleMethod GetOutlierHandleMethod() const override;
   bool IsDerivedVariable() const override;
   void SetDateTimeType(DateTimeType type) override;
-  DateTimeType GetDateTimeType() const override;
+  DateTimeType GetDateTimeType() const override { return fDateTimeType; }
   void SetDefValue(ScoreValue* value) override;
   ScoreValue* GetDefValue() const override;
   void SetValueProbabilities(ScoreValueProbabilitySet* probabilities) override;

@@ -27,11 +27,16 @@ class BinFinder {
     double low;
     double high;
     std::size_t position;
+    // Numbers strictly between these are in the bin and out of reach of its neighbours.
+    double innerLow;
+    double innerHigh;
   };
   bool AreSideBySide() const;
+  std::size_t FindNear(std::size_t place, double number) const;
 
   std::vector<const ScoreValueRange*> fRanges;
-  std::vector<Bin> fBins;  // by their lower ends; empty when the ranges have to be tried in order
+  std::vector<double> fLows;  // of fBins
+  std::vector<Bin> fBins;     // by their lower ends; empty when the ranges have to be tried in order
 };
 
 }  // namespace KxVeyra_940

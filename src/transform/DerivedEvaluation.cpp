@@ -6,6 +6,7 @@
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
+#include "transform/SortedSearch.h"
 #include "transform/TransformVarInternal.h"
 
 namespace KxVeyra_940 {
@@ -13,6 +14,11 @@ namespace KxVeyra_940 {
 namespace {
 
 constexpr double kMissing = NumericValue::gSysmisValue;
+
+ScoreValue::ValueType TypeOf(ScoreDictVar::VariableType type) {
+  if (type == ScoreDictVar::kNUMERIC_VAR) return ScoreValue::kNumericValueType;
+  return type == ScoreDictVar::STRING_VAR ? ScoreValue::kStringValueType : ScoreValue::kDateTimeValueType;
+}
 
 bool HasNumber(const ScoreValue& value) { return value.GetType() != ScoreValue::kStringValueType; }
 
@@ -37,13 +43,15 @@ const ScoreValue* TransformVar::ValueIn(const CaseContext& context) const {
 
 bool TransformVar::IsTextMissing() const { return fState->isTextMissing; }
 
-const ScoreValue* TransformVar::Evaluate(const CaseContext& context) const {
+const ScoreValue* TransformVar::Evaluate(const CaseContext& context, ScoreValue* place) const {
   State& state = *fState;
-  if (state.isConstantSet) return state.result.get();
+  if (state.isConstantSet) return state.own.get();
+  state.result = nullptr;
   if (fExpression == TransformationDictionary::TE_CONSTANT) {
     SetConstant();
-    return state.result.get();
+    return state.own.get();
   }
+  if (place != nullptr && place->GetType() == TypeOf(DictVar::GetVarType())) state.result = place;
   const std::uint64_t id = context.GetBindingId();
   const bool isSame = state.isBound && id != 0 && id == state.bindingId;
   if (!isSame && (!state.isBound || state.binding != context.GetBinding())) Bind(context);
@@ -51,7 +59,7 @@ const ScoreValue* TransformVar::Evaluate(const CaseContext& context) const {
   state.isBeingEvaluated = true;
   ComputeInto(state.work, context);
   state.isBeingEvaluated = false;
-  return state.result.get();
+  return state.result;
 }
 
 void TransformVar::Bind(const CaseContext& context) const {
@@ -122,22 +130,31 @@ void TransformVar::SetConstant() const {
   fState->isConstantSet = true;
 }
 
+// What holds the result of this evaluation.
+template <class Value>
+Value& TransformVar::Result() const {
+  State& state = *fState;
+  if (state.result == nullptr) {
+    if (state.own == nullptr || state.own->GetType() != TypeOf(DictVar::GetVarType()))
+      state.own = std::make_unique<Value>();
+    state.result = state.own.get();
+  }
+  return static_cast<Value&>(*state.result);
+}
+
 // Numbers become texts as they are shown, texts numbers when they are one as a whole; date-times count in
 // their stored seconds.
 void TransformVar::StoreResult(const Operand& value) const {
-  State& state = *fState;
-  switch (GetVarType()) {
+  switch (DictVar::GetVarType()) {
     case kNUMERIC_VAR: {
-      if (state.result == nullptr) state.result = std::make_unique<NumericValue>();
       const double number = value.kind != Operand::kText ? value.number
                             : value.isMissing            ? kMissing
                                                          : NumberOfText(value.text);
-      return static_cast<NumericValue&>(*state.result).SetDoubleValue(number);
+      return Result<NumericValue>().SetDoubleValue(number);
     }
     case kDATETIME_VAR: {
-      const DateTimeType type = GetDateTimeType();
-      if (state.result == nullptr) state.result = std::make_unique<DateTimeValue>();
-      auto& result = static_cast<DateTimeValue&>(*state.result);
+      const DateTimeType type = DictVar::GetDateTimeType();
+      auto& result = Result<DateTimeValue>();
       if (value.kind != Operand::kText) {
         const auto ownKind =
             value.kind == Operand::kDateTime ? value.dateTimeKind : DateTimeValue::kDateTimeVal;
@@ -152,8 +169,7 @@ void TransformVar::StoreResult(const Operand& value) const {
     case STRING_VAR:
       break;
   }
-  if (state.result == nullptr) state.result = std::make_unique<StringValue>("");
-  state.isTextMissing = value.isMissing;
+  fState->isTextMissing = value.isMissing;
   if (value.isMissing) return StoreText({});
   if (value.kind == Operand::kText) return StoreText(value.text);
   StoreText(value.kind == Operand::kNumber ? NumericValue(value.number).GetString()
@@ -162,8 +178,8 @@ void TransformVar::StoreResult(const Operand& value) const {
 
 // The declared length is the width, where there is one.
 void TransformVar::StoreText(std::string_view text) const {
-  auto& result = static_cast<StringValue&>(*fState->result);
-  const int width = GetWidth();
+  auto& result = Result<StringValue>();
+  const int width = DictVar::GetWidth();
   if (width >= 0) text = text.substr(0, static_cast<std::size_t>(width));
   result.SetString(text);
   result.SetLength(width >= 0 ? width : static_cast<int>(text.size()));
@@ -179,7 +195,7 @@ void TransformVar::ReferTo(const ScoreDictVar* source, const ScoreValue* value, 
 }
 
 void TransformVar::NormContinuous(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
-  if (GetVarType() != kNUMERIC_VAR) return;
+  if (DictVar::GetVarType() != kNUMERIC_VAR) return;
   const bool isMissing = value == nullptr || (source != nullptr && source->IsMissingValue(value));
   if (isMissing) return LendRecoded(fRecodeMissValueTo.Get(), out);
   out.SetNumber(GetNormValue(value->GetDouble()));
@@ -214,9 +230,8 @@ bool TransformVar::HasLines() const {
 std::size_t TransformVar::SegmentOf(double x) const {
   const std::size_t count = fOrigs.size() - 1;
   if (fAreOrigsAscending) {
-    const auto end = std::ranges::lower_bound(fOrigs, x);
-    if (end == fOrigs.end()) return count;
-    const auto place = static_cast<std::size_t>(end - fOrigs.begin());
+    const std::size_t place = CountInFront(fOrigs, [x](double orig) { return orig < x; });
+    if (place > count) return count;
     if (place > 0) return place - 1;
     return fOrigs.front() <= x ? 0 : count;
   }

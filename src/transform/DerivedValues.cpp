@@ -149,10 +149,13 @@ const ScoreValue* DerivedValues::ValueAt(std::size_t slot, const CaseContext& co
 void DerivedValues::Compute(std::size_t slot, const CaseContext& context) {
   const TransformVar* const var = fFields[slot].var;
   if (var == nullptr || fIsBeingComputed[slot] != 0) return;
+  ScoreValue* const place = fRecord.GetAllValues()[slot];
   fIsBeingComputed[slot] = 1;
-  const ScoreValue* const value = var->Evaluate(context);
+  const ScoreValue* const value = var->Evaluate(context, place);
   fIsBeingComputed[slot] = 0;
-  Store(slot, *var, *value);
+  if (value != place) Store(slot, *var, *value);
+  fIsComputed[slot] = 1;
+  fIsTextMissing[slot] = var->IsTextMissing() ? 1 : 0;
 }
 
 void DerivedValues::Store(std::size_t slot, const TransformVar& var, const ScoreValue& value) {
@@ -166,8 +169,6 @@ void DerivedValues::Store(std::size_t slot, const TransformVar& var, const Score
   } else {
     static_cast<DateTimeValue&>(*place) = static_cast<const DateTimeValue&>(value);
   }
-  fIsComputed[slot] = 1;
-  fIsTextMissing[slot] = var.IsTextMissing() ? 1 : 0;
 }
 
 }  // namespace KxVeyra_940

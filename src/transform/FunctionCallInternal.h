@@ -35,6 +35,13 @@ void ReplaceMatches(RegularExpression& expression, std::string_view text, std::s
 // The median of values none of which is missing, which it sorts; system-missing without any.
 double MedianOf(std::vector<double>& values);
 
+// Which numbers make a condition take its first branch.
+inline bool TakesFirstBranch(double condition) {
+  // Nearly all conditions are truths, and which one cannot be foreseen: no branch tells them apart.
+  const bool isTruth = (condition == 0) | (condition == 1);
+  return isTruth ? condition == 1 : NumericValue::IsEqual(condition, 1);
+}
+
 // What a node of an expression keeps from case to case, beside its operands.
 struct FunctionMemory {
   RegularExpression expression;

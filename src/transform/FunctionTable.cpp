@@ -28,17 +28,25 @@ Outcome Answer(Call& call, double number) {
   return Outcome::kDone;
 }
 
-Outcome AnswerTruth(Call& call, bool holds) { return Answer(call, holds ? 1.0 : 0.0); }
+constexpr double Truth(bool holds) { return holds ? 1.0 : 0.0; }
+
+Outcome AnswerTruth(Call& call, bool holds) { return Answer(call, Truth(holds)); }
 
 template <double (*F)(double)>
-Outcome Unary(Call& call) {
+Outcome CallUnary(Call& call) {
   return call.Count() == 1 ? Answer(call, F(call[0].number)) : Outcome::kNoResult;
 }
 
+template <double (*F)(double)>
+constexpr FunctionBody Unary{CallUnary<F>, [](double x, double, double) { return F(x); }, 1};
+
 template <double (*F)(double, double)>
-Outcome Binary(Call& call) {
+Outcome CallBinary(Call& call) {
   return call.Count() == 2 ? Answer(call, F(call[0].number, call[1].number)) : Outcome::kNoResult;
 }
+
+template <double (*F)(double, double)>
+constexpr FunctionBody Binary{CallBinary<F>, [](double x, double y, double) { return F(x, y); }, 2};
 
 // The numbers that are there.
 const std::vector<double>& Numbers(Call& call) {
@@ -164,7 +172,7 @@ bool Stands(const ScoreValue& left, const ScoreValue& right) {
 
 // The order of values, which leaves numbers that are very close in no order.
 template <Order order>
-Outcome Compare(Call& call) {
+Outcome ComparePair(Call& call) {
   if (call.Count() != 2) return Answer(call, 0);
   const Operand& left = call[0];
   const Operand& right = call[1];
@@ -175,11 +183,20 @@ Outcome Compare(Call& call) {
   return AnswerTruth(call, Stands<order>(*first, *second));
 }
 
+template <Order order>
+constexpr FunctionBody Compare{ComparePair<order>,
+                               [](double x, double y, double) { return Truth(Stands<order>(x, y)); }, 2};
+
 template <bool wanted>
-Outcome Equal(Call& call) {
+Outcome EqualPair(Call& call) {
   const bool isEqual = call.Count() == 2 && AreEqual(call[0], call[1]);
   return AnswerTruth(call, isEqual == wanted);
 }
+
+template <bool wanted>
+constexpr FunctionBody Equal{
+    EqualPair<wanted>,
+    [](double x, double y, double) { return Truth(NumericValue::IsEqual(x, y) == wanted); }, 2};
 
 template <bool wanted>
 Outcome IsMember(Call& call) {
@@ -189,16 +206,31 @@ Outcome IsMember(Call& call) {
   return AnswerTruth(call, isMember == wanted);
 }
 
-Outcome Not(Call& call) { return AnswerTruth(call, call.Count() == 1 && call[0].number == 0); }
+// Of two operands; more of them are a list.
+constexpr FunctionBody And{List<T::AndOperator>,
+                           [](double x, double y, double) { return Truth((x != 0) & (y != 0)); }, 2};
+constexpr FunctionBody Or{List<T::OrOperator>,
+                          [](double x, double y, double) { return Truth((x != 0) | (y != 0)); }, 2};
+
+double IsZero(double x) { return Truth(x == 0); }
+Outcome CallNot(Call& call) { return AnswerTruth(call, call.Count() == 1 && call[0].number == 0); }
+constexpr FunctionBody Not{CallNot, Unary<IsZero>.ofNumbers, 1};
 
 // Takes the branch; a branch that is missing has been settled.
-Outcome If(Call& call) {
+Outcome TakeBranch(Call& call) {
   if (call.Count() < 2) return Outcome::kNoResult;
-  const std::size_t branch = NumericValue::IsEqual(call[0].number, 1) ? 1 : 2;
+  const std::size_t branch = TakesFirstBranch(call[0].number) ? 1 : 2;
   if (branch >= call.Count()) return Outcome::kNoResult;
   call.result.Lend(call[branch]);
   return Outcome::kDone;
 }
+
+constexpr FunctionBody If{TakeBranch,
+                          [](double condition, double first, double second) {
+                            const double branches[] = {second, first};
+                            return branches[TakesFirstBranch(condition) ? 1 : 0];
+                          },
+                          3};
 
 template <bool wanted>
 Outcome CountsAsMissing(Call& call) {
@@ -209,11 +241,12 @@ Outcome SystemMissing(Call& call) {
   return call.Count() == 1 ? AnswerTruth(call, call[0].isMissing) : Outcome::kNoResult;
 }
 
-Outcome Unchanged(Call& call) {
+Outcome TakeOver(Call& call) {
   if (call.Count() != 1) return Outcome::kNoResult;
   call.result.Lend(call[0]);
   return Outcome::kDone;
 }
+constexpr FunctionBody Unchanged{TakeOver, [](double x, double, double) { return x; }, 1};
 
 // --- Texts
 // ----------------------------------------------------------------------------------------------------
@@ -332,70 +365,70 @@ constexpr FunctionRow kFunctions[] = {
     {TF_TRUNC, "trunc", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Unary<T::Trunc>},
     {TF_FLOOR, "floor", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Floor>},
     {TF_CEIL, "ceil", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Ceil>},
-    {TF_PRODUCT, "product", nullptr, kM, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::ProductOperator>},
-    {TF_MIN, "min", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Min>},
-    {TF_MAX, "max", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Max>},
-    {TF_MEAN, "mean", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Mean>},
-    {TF_AVG, "avg", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Mean>},
-    {TF_MEDIAN, "median", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, Median},
-    {TF_SUM, "sum", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Sum>},
-    {TF_SD, "sd", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Sd>},
-    {TF_VARIANCE, "variance", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, List<T::Variance>},
-    {TF_CDF_NORMAL, "cdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::CdfNormal>},
+    {TF_PRODUCT, "product", nullptr, kM, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::ProductOperator>}},
+    {TF_MIN, "min", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Min>}},
+    {TF_MAX, "max", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Max>}},
+    {TF_MEAN, "mean", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
+    {TF_AVG, "avg", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
+    {TF_MEDIAN, "median", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {Median}},
+    {TF_SUM, "sum", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sum>}},
+    {TF_SD, "sd", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sd>}},
+    {TF_VARIANCE, "variance", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Variance>}},
+    {TF_CDF_NORMAL, "cdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
     {TF_CDFNORM, "cdfnorm", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::CdfNorm>},
-    {TF_IDF_NORMAL, "idf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::IdfNormal>},
-    {TF_PDF_NORMAL, "pdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::PdfNormal>},
-    {TF_DATE_YEARS_DIFFERENCE, "date_years_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationYears>},
-    {TF_DATE_MONTHS_DIFFERENCE, "date_months_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationMonths>},
-    {TF_DATE_DAYS_DIFFERENCE, "date_days_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationDays>},
-    {TF_YEAR_FROM_DATE, "year-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractYear>},
-    {TF_MONTH_FROM_DATE, "month-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractMonth>},
-    {TF_DAY_FROM_DATE, "day-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractDay>},
-    {TF_TIME_HOURS_DIFFERENCE, "time_hours_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationHours>},
-    {TF_TIME_MINUTES_DIFFERENCE, "time_minutes_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationMinutes>},
-    {TF_TIME_SECONDS_DIFFERENCE, "time_seconds_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Difference<&DateTimeValue::ComputeDurationSeconds>},
-    {TF_HOUR_FROM_TIME, "hour-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractHour>},
-    {TF_MINUTE_FROM_TIME, "minute-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractMinute>},
-    {TF_SECOND_FROM_TIME, "second-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, PartOf<&DateTimeValue::ExtractSecond>},
-    {TF_ISMISSING, "isMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, CountsAsMissing<true>},
-    {TF_ISNOTMISSING, "isNotMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, CountsAsMissing<false>},
+    {TF_IDF_NORMAL, "idf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
+    {TF_PDF_NORMAL, "pdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
+    {TF_DATE_YEARS_DIFFERENCE, "date_years_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationYears>}},
+    {TF_DATE_MONTHS_DIFFERENCE, "date_months_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMonths>}},
+    {TF_DATE_DAYS_DIFFERENCE, "date_days_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationDays>}},
+    {TF_YEAR_FROM_DATE, "year-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractYear>}},
+    {TF_MONTH_FROM_DATE, "month-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMonth>}},
+    {TF_DAY_FROM_DATE, "day-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractDay>}},
+    {TF_TIME_HOURS_DIFFERENCE, "time_hours_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationHours>}},
+    {TF_TIME_MINUTES_DIFFERENCE, "time_minutes_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMinutes>}},
+    {TF_TIME_SECONDS_DIFFERENCE, "time_seconds_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationSeconds>}},
+    {TF_HOUR_FROM_TIME, "hour-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractHour>}},
+    {TF_MINUTE_FROM_TIME, "minute-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMinute>}},
+    {TF_SECOND_FROM_TIME, "second-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractSecond>}},
+    {TF_ISMISSING, "isMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<true>}},
+    {TF_ISNOTMISSING, "isNotMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<false>}},
     {TF_EQUAL, "equal", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<true>},
     {TF_NOTEQUAL, "notEqual", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<false>},
     {TF_LESSTHAN, "lessThan", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLess>},
     {TF_LESSOREQUAL, "lessOrEqual", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLessOrEqual>},
     {TF_GREATERTHAN, "greaterThan", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreater>},
     {TF_GREATEROREQUAL, "greaterOrEqual", nullptr, kNoFunctionClass, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreaterOrEqual>},
-    {TF_ISIN, "isIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, IsMember<true>},
-    {TF_ISNOTIN, "isNotIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, IsMember<false>},
-    {TF_AND, "and", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kConjunction, kNum, false, List<T::AndOperator>},
-    {TF_OR, "or", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kDisjunction, kNum, false, List<T::OrOperator>},
+    {TF_ISIN, "isIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<true>}},
+    {TF_ISNOTIN, "isNotIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<false>}},
+    {TF_AND, "and", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kConjunction, kNum, false, And},
+    {TF_OR, "or", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kDisjunction, kNum, false, Or},
     {TF_NOT, "not", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kAnyDecides, kNum, false, Not},
-    {TF_MATCHES, "matches", nullptr, kL, 2, kAnything, Op::kTexts, Mi::kAnyDecides, kNum, false, Matches},
-    {TF_LOWERCASE, "lowercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, MapText<LowerCase>},
-    {TF_UPPERCASE, "uppercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, MapText<UpperCase>},
-    {TF_LOWER, "lower", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, MapText<LowerCase>},
-    {TF_CONCAT, "concat", nullptr, kStr, kAny, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, Concat},
-    {TF_REPLACE, "replace", nullptr, kStr, 3, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, Replace},
-    {TF_LTRIM, "ltrim", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, MapText<TrimLeading>},
-    {TF_RTRIM, "rtrim", "trimend", kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, MapText<TrimEnd>},
-    {TF_SUBSTR, "substr", nullptr, kStr, 2, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, Substr},
-    {TF_SUBSTRING, "substring", nullptr, kNoFunctionClass, 3, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, Substring},
-    {TF_LENGTH, "length", nullptr, kStringInputFunction | kNumericOutputFunction, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kNum, false, Length},
+    {TF_MATCHES, "matches", nullptr, kL, 2, kAnything, Op::kTexts, Mi::kAnyDecides, kNum, false, {Matches}},
+    {TF_LOWERCASE, "lowercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
+    {TF_UPPERCASE, "uppercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<UpperCase>}},
+    {TF_LOWER, "lower", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
+    {TF_CONCAT, "concat", nullptr, kStr, kAny, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Concat}},
+    {TF_REPLACE, "replace", nullptr, kStr, 3, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Replace}},
+    {TF_LTRIM, "ltrim", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimLeading>}},
+    {TF_RTRIM, "rtrim", "trimend", kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimEnd>}},
+    {TF_SUBSTR, "substr", nullptr, kStr, 2, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substr}},
+    {TF_SUBSTRING, "substring", nullptr, kNoFunctionClass, 3, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substring}},
+    {TF_LENGTH, "length", nullptr, kStringInputFunction | kNumericOutputFunction, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kNum, false, {Length}},
     {TF_IF, "if", nullptr, kMix | kMixedOutputFunction, kFree, kAnything, Op::kFirstIsNumber, Mi::kCondition, kArg, false, If},
     {TF_VALUE, "value", nullptr, kMix | kMixedOutputFunction, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
     {TF_THRESHOLD, "threshold", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Binary<T::Threshold>},
-    {TF_SYSMIS, "sysmis", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kNeverDecides, kNum, false, SystemMissing},
+    {TF_SYSMIS, "sysmis", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kNeverDecides, kNum, false, {SystemMissing}},
     {TF_RECAST_TO_ORDINAL, "recast_to_ordinal", nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
     {TF_RECAST_TO_SCALE, "recast_to_scale", nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
-    {TF_OUTLIERHANDLE, "outlierHandle", nullptr, kNumeric, 6, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Outlier},
-    {TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, "imputeCatFieldMissingAgainstConTarget", nullptr, kNumeric, kFree, kNumbers, Op::kAsTheyAre, Mi::kNeverDecides, kArg, false, Impute},
-    {TF_NORMALCDF, "normalCDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::CdfNormal>},
-    {TF_NORMALPDF, "normalPDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::PdfNormal>},
-    {TF_STDNORMALCDF, "stdNormalCDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::stdNormalCDF>},
-    {TF_STDNORMALPDF, "stdNormalPDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::stdNormalPDF>},
-    {TF_ERF, "erf", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::Erf>},
-    {TF_NORMALIDF, "normalIDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::IdfNormal>},
-    {TF_STDNORMALIDF, "stdNormalIDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, List<T::stdNormalIDF>},
+    {TF_OUTLIERHANDLE, "outlierHandle", nullptr, kNumeric, 6, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, {Outlier}},
+    {TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, "imputeCatFieldMissingAgainstConTarget", nullptr, kNumeric, kFree, kNumbers, Op::kAsTheyAre, Mi::kNeverDecides, kArg, false, {Impute}},
+    {TF_NORMALCDF, "normalCDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
+    {TF_NORMALPDF, "normalPDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
+    {TF_STDNORMALCDF, "stdNormalCDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalCDF>}},
+    {TF_STDNORMALPDF, "stdNormalPDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalPDF>}},
+    {TF_ERF, "erf", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::Erf>}},
+    {TF_NORMALIDF, "normalIDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
+    {TF_STDNORMALIDF, "stdNormalIDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalIDF>}},
 };
 // clang-format on
 

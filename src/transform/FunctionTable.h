@@ -57,6 +57,17 @@ enum class ResultRule : unsigned char { kNumber, kText, kOfTheOperand };
 // What the function did.
 enum class Outcome : unsigned char { kDone, kNoResult, kDomainError };
 
+// A function of numbers that are there; it looks at the first one, two or three.
+using NumberFunction = double (*)(double, double, double);
+
+struct FunctionBody {
+  Outcome (*evaluate)(FunctionCall& call);
+  // The same for operands that are all numbers and there; null when there is no such short form.  A result
+  // that is missing or not finite leaves the answer to `evaluate`.
+  NumberFunction ofNumbers = nullptr;
+  std::size_t numberCount = 0;  // of operands, where there is a short form
+};
+
 struct FunctionRow {
   static constexpr int kAnyCount = -1;
   static constexpr int kUncheckedCount = -2;
@@ -72,7 +83,7 @@ struct FunctionRow {
   ResultRule result;
   // A missing number as result says that an operand lay outside the function's domain.
   bool missingIsDomainError;
-  Outcome (*evaluate)(FunctionCall& call);
+  FunctionBody body;
 };
 
 // By number.

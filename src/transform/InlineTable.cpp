@@ -131,22 +131,27 @@ void InlineTable::BuildTextIndex() {
   fTextRows.clear();
   const auto isText = [](const Cell& cell) { return cell.type == ScoreValue::kStringValueType; };
   if (fCells.size() != fOutputs.size() || !std::ranges::all_of(fCells, isText)) return;
-  fTextBytes.clear();
-  for (const Cell& cell : fCells) fTextBytes.append(cell.text);
-  std::string_view rest = fTextBytes;
+  fLongTexts.clear();
   fTextRows.reserve(fOutputs.size());
-  for (std::size_t row = 0; row < fOutputs.size(); ++row) {
-    const std::size_t size = fCells[row].text.size();
-    fTextRows.push_back({rest.substr(0, size), fOutputs[row]});
-    fTexts.Append(fTextRows.back().text);
-    rest.remove_prefix(size);
+  for (std::size_t i = 0; i < fOutputs.size(); ++i) {
+    const std::string_view text = fCells[i].text;
+    TextRow row{fOutputs[i], static_cast<std::uint32_t>(text.size()), 0, {}};
+    if (text.size() <= sizeof row.shortText) {
+      std::ranges::copy(text, row.shortText);
+    } else {
+      if (fLongTexts.size() + text.size() > UINT32_MAX) return fTextRows.clear();
+      row.offset = static_cast<std::uint32_t>(fLongTexts.size());
+      fLongTexts.append(text);
+    }
+    fTextRows.push_back(row);
+    fTexts.Append(text);
   }
 }
 
 const ScoreValue* InlineTable::FindText(const ScoreValue& key) const {
   if (key.GetType() != ScoreValue::kStringValueType) return nullptr;
   const std::uint32_t row =
-      fTexts.Find(CellOf(&key).text, [this](std::uint32_t position) { return fTextRows[position].text; });
+      fTexts.Find(CellOf(&key).text, [this](std::uint32_t position) { return TextOf(fTextRows[position]); });
   return row == NameIndex::kNone ? nullptr : fTextRows[row].output;
 }
 

@@ -8,6 +8,7 @@
 #ifndef VEYRA_TRANSFORM_INLINETABLE_H_
 #define VEYRA_TRANSFORM_INLINETABLE_H_
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -90,13 +91,20 @@ class VEYRA_API InlineTable {
   bool fIsBound = false;
   std::vector<Cell> fCells;  // the keys of the rows in order
   std::vector<const ScoreValue*> fOutputs;
+  // A short text stands in the row itself, so that a look-up goes to few places in memory.
   struct TextRow {
-    std::string_view text;
     const ScoreValue* output;
+    std::uint32_t size;
+    std::uint32_t offset;  // of a long text in fLongTexts
+    char shortText[16];
   };
+  std::string_view TextOf(const TextRow& row) const {
+    const bool isShort = row.size <= sizeof row.shortText;
+    return {isShort ? row.shortText : fLongTexts.data() + row.offset, row.size};
+  }
   NameIndex fTexts;  // of a table with one column of texts
   std::vector<TextRow> fTextRows;
-  std::string fTextBytes;  // of all rows, side by side: look-ups go to few places in memory
+  std::string fLongTexts;
   bool fIsIndexed = false;
   std::vector<ScoreValue*> fKey;  // of the case
 };

@@ -72,7 +72,10 @@ bool IsConverted(OperandRule rule, std::size_t i, const Operand& operand) {
 
 Program::~Program() = default;
 
-Program::Program(FunctionTree& root) { Flatten(root); }
+Program::Program(FunctionTree& root) {
+  Flatten(root);
+  fNumberSteps = MakeNumberSteps();
+}
 
 void Program::Flatten(FunctionTree& root) {
   const std::vector<FunctionTree*> nodes = PostOrder(root);
@@ -144,10 +147,43 @@ void Program::BindImputation(Step& step) {
   step.memory.categorical = variables[step.memory.categoricalOperand];
 }
 
+// None when a field asks for more than its value, or a function has no short form.
+NumberSteps Program::MakeNumberSteps() const {
+  const auto positionOf = [this](const Operand* operand) {
+    return static_cast<std::size_t>(operand - fOperands.data());
+  };
+  const auto isPlain = [](const Load& load) {
+    return load.replacement == nullptr && !load.asksAccount && !load.asksValidity;
+  };
+  if (fSteps.empty() || !std::ranges::all_of(fLoads, isPlain)) return {};
+  NumberSteps steps(fOperands.size());
+  for (std::size_t i = 0; i < fOperands.size(); ++i)
+    if (fOperands[i].kind == Operand::kNumber && !fOperands[i].isMissing)
+      steps.SetConstant(i, fOperands[i].number);
+  for (std::size_t i = 0; i < fLoads.size(); ++i)
+    steps.AddLoad(i, fLoads[i].source.GetName(), positionOf(fLoads[i].operand));
+  for (const Step& step : fSteps) {
+    std::vector<std::size_t> operands;
+    for (const Operand* operand : step.given) operands.push_back(positionOf(operand));
+    if (!steps.AddStep(step.function->body, operands, positionOf(step.result))) return {};
+  }
+  return steps;
+}
+
 const Operand& Program::Run(const CaseContext& context) {
+  if (RunOverNumbers(context)) return fOperands.back();
   for (Load& load : fLoads) load.Execute(context);
   for (Step& step : fSteps) step.Execute(fNumbers);
   return fOperands.back();
+}
+
+bool Program::RunOverNumbers(const CaseContext& context) {
+  double number = 0;
+  const auto valueOf = [&](std::size_t load) { return fLoads[load].source.ValueIn(context); };
+  if (!fNumberSteps.Run(valueOf, number)) return false;
+  fOperands.back().SetNumber(number);
+  fOperands.back().isInvalid = false;
+  return true;
 }
 
 void Program::Load::Execute(const CaseContext& context) {
@@ -174,7 +210,7 @@ void Program::Step::Execute(std::vector<double>& numbers) {
   if ((anyMissing || (anyInvalid && invalidIsMissing)) && IsSettled(anyMissing, anyInvalid)) return;
 
   FunctionCall call{seen, *result, numbers, memory};
-  Outcome outcome = function->evaluate(call);
+  Outcome outcome = function->body.evaluate(call);
   if (outcome == Outcome::kDone && result->kind == Operand::kNumber) {
     if (result->isMissing) {
       outcome = function->missingIsDomainError ? Outcome::kDomainError : Outcome::kNoResult;
@@ -241,7 +277,7 @@ bool Program::Step::IsSettled(bool anyMissing, bool anyInvalid) {
 bool Program::Step::IsConditionSettled() {
   const Operand& condition = *seen[0];
   if (condition.isMissing) return AnswerMissing(), true;
-  const std::size_t branch = NumericValue::IsEqual(condition.number, 1) ? 1 : 2;
+  const std::size_t branch = TakesFirstBranch(condition.number) ? 1 : 2;
   const Operand* const taken = branch < seen.size() ? seen[branch] : nullptr;
   if (taken != nullptr && taken->isMissing) return AnswerMissing(), true;
   const bool isInvalid = condition.isInvalid || (taken != nullptr && taken->isInvalid);

@@ -5,6 +5,9 @@
 //   program.Bind(context);          // once per binding
 //   const Operand& result = program.Run(context);
 //
+// Where every field holds a number, and every function has a short form and a finite result, nothing needs to
+// be treated: those cases take the short cut of transform/NumberStepsInternal.h.
+//
 // How a step treats what is missing and invalid:
 //   1. A field's own replacement stands in when its variable counts the value as missing.
 //   2. A missing operand decides as the function's row says: the node's replacement, else its default value,
@@ -24,6 +27,7 @@
 #include "transform/CaseContext.h"
 #include "transform/FunctionCallInternal.h"
 #include "transform/FunctionTree.h"
+#include "transform/NumberStepsInternal.h"
 #include "transform/Operand.h"
 
 namespace KxVeyra_940 {
@@ -75,6 +79,8 @@ class Program {
   void Flatten(FunctionTree& root);
   void AddLeaf(FunctionTree& node, const FunctionTree* parent, Operand& operand);
   void AddStep(FunctionTree& node, const std::vector<Operand*>& operands, Operand& result);
+  NumberSteps MakeNumberSteps() const;
+  bool RunOverNumbers(const CaseContext& context);
   void BindImputation(Step& step);
   const ScoreDictVar* VariableOf(const Operand* operand) const;  // null for what is no field
 
@@ -82,6 +88,7 @@ class Program {
   std::vector<Load> fLoads;
   std::vector<Step> fSteps;
   std::vector<double> fNumbers;
+  NumberSteps fNumberSteps;  // the short cut for cases in which everything is a number that is there
 };
 
 }  // namespace KxVeyra_940

@@ -119,8 +119,9 @@ class VEYRA_API TransformVar : public DictVar {
 
   // The names of the fields that the value depends on.
   std::vector<std::string> GetReads() const;
-  // Computes the value for the case, whatever a dictionary holds; lent until the next call.
-  const ScoreValue* Evaluate(const CaseContext& context) const;
+  // Computes the value for the case, whatever a dictionary holds; lent until the next call.  It is written to
+  // `place` when that is a value of the variable's type, unless it is a constant; null for no such place.
+  const ScoreValue* Evaluate(const CaseContext& context, ScoreValue* place = nullptr) const;
   // Whether the last result is a text without value.
   bool IsTextMissing() const;
   // Evaluate, but null for a text without value and for a variable that is being evaluated.
@@ -132,6 +133,8 @@ class VEYRA_API TransformVar : public DictVar {
   void Bind(const CaseContext& context) const;
   void ComputeInto(Operand& out, const CaseContext& context) const;
   void SetConstant() const;
+  template <class Value>
+  Value& Result() const;
   void StoreResult(const Operand& value) const;
   void StoreText(std::string_view text) const;
 

@@ -15,7 +15,8 @@
 namespace KxVeyra_940 {
 
 struct TransformVar::State {
-  std::unique_ptr<ScoreValue> result;  // of the variable's type; null before the first case
+  std::unique_ptr<ScoreValue> own;  // of the variable's type; null before it is needed
+  ScoreValue* result = nullptr;     // what holds the last result: `own`, or the place that was given for it
   bool isTextMissing = false;
   bool isConstantSet = false;
   bool isBeingEvaluated = false;
