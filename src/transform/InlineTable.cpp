@@ -135,7 +135,7 @@ void InlineTable::BuildTextIndex() {
   fTextRows.reserve(fOutputs.size());
   for (std::size_t i = 0; i < fOutputs.size(); ++i) {
     const std::string_view text = fCells[i].text;
-    TextRow row{fOutputs[i], static_cast<std::uint32_t>(text.size()), 0, {}};
+    TextRow row{fOutputs[i], {}, static_cast<std::uint32_t>(text.size()), 0, {}};
     if (text.size() <= sizeof row.shortText) {
       std::ranges::copy(text, row.shortText);
     } else {
@@ -145,6 +145,11 @@ void InlineTable::BuildTextIndex() {
     }
     fTextRows.push_back(row);
     fTexts.Append(text);
+  }
+  for (TextRow& row : fTextRows) {
+    if (row.output == nullptr || row.output->GetType() != ScoreValue::kNumericValueType) continue;
+    row.number = static_cast<const NumericValue&>(*row.output);
+    row.output = &row.number;
   }
 }
 

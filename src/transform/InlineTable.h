@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "data/NameIndex.h"
+#include "data/NumericValue.h"
 #include "transform/CaseContext.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreCaseRecord.h"
@@ -91,9 +92,10 @@ class VEYRA_API InlineTable {
   bool fIsBound = false;
   std::vector<Cell> fCells;  // the keys of the rows in order
   std::vector<const ScoreValue*> fOutputs;
-  // A short text stands in the row itself, so that a look-up goes to few places in memory.
+  // A short text and a number stand in the row itself, so that a look-up goes to few places in memory.
   struct TextRow {
-    const ScoreValue* output;
+    const ScoreValue* output;  // `number` or one of fOutputs
+    NumericValue number;
     std::uint32_t size;
     std::uint32_t offset;  // of a long text in fLongTexts
     char shortText[16];
