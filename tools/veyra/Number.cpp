@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <system_error>
 
@@ -57,37 +58,39 @@ double ReadExtreme(std::string_view text) {
   return strtod_l(std::string(text).c_str(), nullptr, plain);
 }
 
-constexpr int kDecimals = 9;
-constexpr double kDecimalScale = kPowers[kDecimals];
+constexpr std::size_t kDecimals = 8;
+constexpr auto kDecimalScale = static_cast<std::uint64_t>(kPowers[kDecimals]);
 
-// Writes a number of few digits before `end` and returns where it begins; null for any other number.
+constexpr auto kPairs = [] {
+  std::array<std::array<char, 2>, 100> pairs{};
+  for (unsigned i = 0; i < pairs.size(); ++i)
+    pairs[i] = {static_cast<char>('0' + i / 10), static_cast<char>('0' + i % 10)};
+  return pairs;
+}();
+
+// Writes a number of few digits and returns its end; null for any other number.
 //
 // A decimal of at most 15 digits is the only one of its kind that reads back to the double nearest to it, so
 // it is the shortest text once its last zeros are gone.  Between these bounds it is never longer than with an
 // exponent.
-char* WriteShortDecimal(double number, char* end) {
+char* WriteShortDecimal(double number, char* at) {
   const double magnitude = std::fabs(number);
   if (!(magnitude >= 1e-3 && magnitude < 1e5)) return nullptr;
-  const auto digits = static_cast<std::uint64_t>(magnitude * kDecimalScale + 0.5);
-  if (static_cast<double>(digits) / kDecimalScale != magnitude) return nullptr;
+  const auto digits = static_cast<std::uint64_t>(magnitude * kPowers[kDecimals] + 0.5);
+  if (static_cast<double>(digits) / kPowers[kDecimals] != magnitude) return nullptr;
 
-  char* at = end;
-  const auto write = [&at](std::uint64_t& rest) {
-    *--at = static_cast<char>('0' + rest % 10);
-    rest /= 10;
-  };
-  constexpr auto kScale = static_cast<std::uint64_t>(kDecimalScale);
-  std::uint64_t whole = digits / kScale;
-  if (std::uint64_t fraction = digits % kScale; fraction != 0) {
-    int places = kDecimals;
-    for (; fraction % 10 == 0; --places) fraction /= 10;
-    for (; places > 0; --places) write(fraction);
-    *--at = '.';
+  if (number < 0) *at++ = '-';
+  at = std::to_chars(at, at + kExactDigits, static_cast<std::uint32_t>(digits / kDecimalScale)).ptr;
+  auto fraction = static_cast<std::uint32_t>(digits % kDecimalScale);
+  if (fraction == 0) return at;
+  *at++ = '.';
+  char* end = at + kDecimals;
+  for (char* place = end; place != at; fraction /= 100) {
+    place -= 2;
+    std::memcpy(place, kPairs[fraction % 100].data(), 2);
   }
-  do write(whole);
-  while (whole != 0);
-  if (number < 0) *--at = '-';
-  return at;
+  while (end[-1] == '0') --end;
+  return end;
 }
 
 }  // namespace
@@ -107,12 +110,8 @@ std::optional<double> ReadNumber(std::string_view text) {
 
 void AppendNumber(double number, std::string& out) {
   std::array<char, 32> text;
-  char* const behind = text.data() + text.size();
-  if (const char* const start = WriteShortDecimal(number, behind)) {
-    out.append(start, static_cast<std::size_t>(behind - start));
-    return;
-  }
-  const auto [end, error] = std::to_chars(text.data(), behind, number);
+  char* end = WriteShortDecimal(number, text.data());
+  if (end == nullptr) end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
   out.append(text.data(), static_cast<std::size_t>(end - text.data()));
 }
 
