@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <set>
 
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
@@ -58,6 +59,26 @@ int Inputs::AddDerived(ScoreDictVar& variable) {
   fInputs.back().isDerived = true;
   fHasDerived = true;
   return index;
+}
+
+std::vector<std::string> Inputs::GetFieldNames() const {
+  std::set<std::size_t> read(fReadForDerived.begin(), fReadForDerived.end());
+  for (const std::size_t i : fRead)
+    if (!fInputs[i].isDerived) read.insert(i);
+  std::vector<std::string> names;
+  for (const std::size_t i : read) names.push_back(fInputs[i].Var().GetName());
+  return names;
+}
+
+std::string Inputs::FindInvalid(const ScoreCaseRecord& record) const {
+  for (const std::string& name : GetFieldNames()) {
+    const auto isOfName = [&](const Input& input) {
+      return !input.isDerived && input.Var().GetName() == name;
+    };
+    const ScoreValue* treated = nullptr;
+    if (!Treat(*std::ranges::find_if(fInputs, isOfName), record.Get(name), treated)) return name;
+  }
+  return {};
 }
 
 void Inputs::UseInDerived(int index) {
@@ -181,14 +202,29 @@ void Inputs::StoreForDerived(const Input& input, const ScoreValue& value, int sl
   }
 }
 
+const ScoreValue* Inputs::ValueOf(const Input& input, const std::vector<ScoreValue*>& slots,
+                                  const ScoreCaseRecord* derived) {
+  if (input.isDerived) return DerivedValueOf(input, *derived);
+  const auto slot = static_cast<std::size_t>(input.slot);
+  return slot < slots.size() ? slots[slot] : nullptr;
+}
+
+void Inputs::LearnCategories(const ScoreCaseRecord& record, const ScoreCaseRecord* derived) const {
+  const std::vector<ScoreValue*>& slots = record.GetAllValues();
+  for (const std::size_t i : fRead) {
+    const Input& input = fInputs[i];
+    if (input.categories == nullptr || input.hasListedValues) continue;
+    const ScoreValue* const value = ValueOf(input, slots, derived);
+    if (value != nullptr && Judge(input, *value) == Standing::kValid) input.categories->Add(*value);
+  }
+}
+
 Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, const ScoreCaseRecord* derived,
                              CaseValues& values) const {
   const std::vector<ScoreValue*>& slots = record.GetAllValues();
   for (const std::size_t i : fRead) {
     const Input& input = fInputs[i];
-    const auto slot = static_cast<std::size_t>(input.slot);
-    const ScoreValue* value = slot < slots.size() ? slots[slot] : nullptr;
-    if (input.isDerived) value = DerivedValueOf(input, *derived);
+    const ScoreValue* const value = ValueOf(input, slots, derived);
     if (value != nullptr && ReadPlain(input, i, *value, values)) continue;
     const Outcome outcome =
         value == nullptr ? ReadMissing(input, i, values) : ReadByRules(input, i, *value, values);

@@ -51,6 +51,12 @@ class Inputs {
   // Adds a derived field, whose values the transformations compute; the mining schema does not concern it.
   int AddDerived(ScoreDictVar& variable);
   bool HasDerived() const { return fHasDerived; }
+  // The data fields that are read, by the model or by its derived fields: names in the order of their
+  // indexes.
+  std::vector<std::string> GetFieldNames() const;
+  // Why Read, or ReadForDerived, called the case invalid: the name of the data field; empty when none is to
+  // blame.
+  std::string FindInvalid(const ScoreCaseRecord& record) const;
   // Says that derived fields read the input.
   void UseInDerived(int index);
 
@@ -58,6 +64,10 @@ class Inputs {
   // reads plays no part in a case.
   void UseAsNumber(int index);
   CategoryTable& UseAsCategory(int index);
+  // The table of an input that is read as a category, else null.
+  CategoryTable* GetCategories(int index) const {
+    return fInputs[static_cast<std::size_t>(index)].categories.get();
+  }
 
   // Says that the model deals with missing values of the inputs added so far itself: they do not end a case.
   // Infinite numbers then become the largest finite ones, for ranges are open at infinity.
@@ -82,6 +92,10 @@ class Inputs {
   // `values` holds nothing of use.  Allocates nothing.
   Outcome Read(const ScoreCaseRecord& record, const ScoreCaseRecord* derived, CaseValues& values) const;
 
+  // Gives the tables of the inputs that are read as categories, and whose fields list none, the case's
+  // values, as far as they are neither missing nor invalid.  For models that are under construction.
+  void LearnCategories(const ScoreCaseRecord& record, const ScoreCaseRecord* derived) const;
+
  private:
   struct Input {
     MiningField field;
@@ -102,6 +116,9 @@ class Inputs {
   enum class Standing { kValid, kMissing, kInvalid };
 
   static const ScoreValue* DerivedValueOf(const Input& input, const ScoreCaseRecord& derived);
+  // Null for an empty slot and for a derived field without value.
+  static const ScoreValue* ValueOf(const Input& input, const std::vector<ScoreValue*>& slots,
+                                   const ScoreCaseRecord* derived);
   // The value that derived fields see, before its bounds; null for a missing one.  False for a value that
   // ends the case.
   static bool Treat(const Input& input, const ScoreValue* given, const ScoreValue*& treated);

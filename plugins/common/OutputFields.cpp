@@ -1,5 +1,7 @@
 #include "common/OutputFields.h"
 
+#include <algorithm>
+
 #include "data/BaseDictionary.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
@@ -13,6 +15,8 @@ using xercesc::DOMElement;
 namespace {
 
 constexpr const char* kOutputField = "OutputField";
+constexpr const char* kTargetField = "targetField";
+constexpr const char* kRank = "rank";
 
 // The model's category of that text in the translator's encoding; -1 for an empty text.
 int FindCategory(const PMMLTranslator& translator, const std::string& text, const PluginResult& layout,
@@ -32,6 +36,17 @@ int FindCategory(const PMMLTranslator& translator, const std::string& text, cons
   return category;
 }
 
+// How the categories are shown.
+std::vector<std::string> LabelsOf(const PluginResult& answer, const ScoreDictVar* target) {
+  std::vector<std::string> labels;
+  for (int i = 0; i < answer.GetNumberOfCategories(); ++i) {
+    const ScoreValue* category = answer.GetCategory(i);
+    const std::string label = target == nullptr ? std::string() : target->GetLabelOfValue(category);
+    labels.push_back(label.empty() ? category->GetString() : label);
+  }
+  return labels;
+}
+
 }  // namespace
 
 struct OutputFields::FeatureRow {
@@ -49,19 +64,21 @@ constexpr OutputFields::FeatureRow OutputFields::kFeatures[] = {
     {"probability", ScoreResultField::kProbability, Feature::kProbability, true, 0},
     {"residual", ScoreResultField::kResidual, Feature::kResidual, false, 0},
     {"entityId", ScoreResultField::kEntityId, Feature::kEntityId, false, PluginResult::kEntityIds},
+    {"entityAffinity", ScoreResultField::kEntityAffinity, Feature::kAffinity, false,
+     PluginResult::kAffinities},
+    {"affinity", ScoreResultField::kEntityAffinity, Feature::kAffinity, false, PluginResult::kAffinities},
     {"confidence", ScoreResultField::kNoFeature, Feature::kConfidence, true, PluginResult::kConfidences},
 };
 
-bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& layout) {
-  return (!row.needsCategories || layout.GetNumberOfCategories() > 0) &&
-         (layout.GetExtras() & row.extra) == row.extra;
+bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& answer, unsigned extras) {
+  return (!row.needsCategories || answer.GetNumberOfCategories() > 0) && (extras & row.extra) == row.extra;
 }
 
-const OutputFields::FeatureRow& OutputFields::FindFeature(const std::string& text,
-                                                          const PluginResult& layout) {
+const OutputFields::FeatureRow& OutputFields::FindFeature(const std::string& text, const PluginResult& answer,
+                                                          unsigned extras) {
   if (text.empty()) return kFeatures[0];
   for (const FeatureRow& row : kFeatures) {
-    if (row.text == text && IsGiven(row, layout)) return row;
+    if (row.text == text && IsGiven(row, answer, extras)) return row;
   }
   Raise(MessageId::kUnsupportedValue, {text, Tags::XML_ATT_VAL_MINING_FEATURE});
 }
@@ -70,7 +87,7 @@ OutputFields::Feature OutputFields::FindFeature(ScoreResultField::ResultFeature 
                                                 const PluginResult& layout) {
   if (code == ScoreResultField::kNoFeature) return Feature::kNone;
   for (const FeatureRow& row : kFeatures) {
-    if (row.code == code && IsGiven(row, layout)) return row.feature;
+    if (row.code == code && IsGiven(row, layout, layout.GetExtras())) return row.feature;
   }
   Raise(MessageId::kUnsupportedValue, {std::to_string(code), Tags::XML_ATT_VAL_MINING_FEATURE});
 }
@@ -90,18 +107,41 @@ std::shared_ptr<const ResultVar> OutputFields::ReadOutputField(const PMMLTransla
   return var;
 }
 
+// The index of the target that the element names; the first one when it names none.
+int OutputFields::ReadTarget(const PMMLTranslator& translator, const DOMElement& element,
+                             const std::vector<const ScoreDictVar*>& targets) {
+  const std::string name = translator.BaseTranslator::ToString(Attribute(element, kTargetField));
+  if (name.empty() || targets.empty()) return 0;
+  for (std::size_t i = 0; i < targets.size(); ++i) {
+    if (targets[i]->GetName() == name) return static_cast<int>(i);
+  }
+  Raise(MessageId::kMissingVariableIn, {name, Tags::XML_ELE_MININGSCHEMA});
+}
+
+OutputFields::Field OutputFields::ReadField(PMMLTranslator& translator, const DOMElement& element,
+                                            const PluginResult& layout,
+                                            const std::vector<const ScoreDictVar*>& targets) {
+  const int target = ReadTarget(translator, element, targets);
+  const PluginResult& answer = layout.OfTarget(target);
+  const std::string feature = OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE);
+  const FeatureRow& row = FindFeature(feature, answer, layout.GetExtras());
+  const std::string category = translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
+  const ScoreDictVar* const field = targets.empty() ? nullptr : targets[static_cast<std::size_t>(target)];
+  const int rank = OptionalInteger(element, kRank).value_or(1);
+  if (rank < 1) Raise(MessageId::kNotPositive, {std::to_string(rank), kRank});
+  return {ReadOutputField(translator, element, row.code), row.feature,
+          FindCategory(translator, category, answer, field), target, rank};
+}
+
 OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& model,
-                                const PluginResult& layout, const ScoreDictVar* target) {
+                                const PluginResult& layout, const std::vector<const ScoreDictVar*>& targets) {
   OutputFields outputs;
   std::set<std::string> names;
   const DOMElement* output = BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT);
   ForEachChildElement(output, [&](const DOMElement& element) {
-    if (!HasTag(element, kOutputField)) return;
-    const FeatureRow& row = FindFeature(OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE), layout);
-    std::shared_ptr<const ResultVar> var = ReadOutputField(translator, element, row.code);
-    const std::string category = translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
-    outputs.Add({std::move(var), row.feature, FindCategory(translator, category, layout, target)}, names);
+    if (HasTag(element, kOutputField)) outputs.Add(ReadField(translator, element, layout, targets), names);
   });
+  const ScoreDictVar* const target = targets.empty() ? nullptr : targets.front();
   const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(output));
   if (results != nullptr) {
     for (const std::string& name : results->GetVarNames()) {
@@ -111,10 +151,10 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
       outputs.Add({std::move(var), feature, FindCategory(translator, category, layout, target)}, names);
     }
   }
-  for (int i = 0; i < layout.GetNumberOfCategories(); ++i) {
-    const ScoreValue* category = layout.GetCategory(i);
-    const std::string label = target == nullptr ? std::string() : target->GetLabelOfValue(category);
-    outputs.fCategoryLabels.push_back(label.empty() ? category->GetString() : label);
+  outputs.fTargets.resize(std::max<std::size_t>(targets.size(), 1));
+  for (std::size_t t = 0; t < outputs.fTargets.size(); ++t) {
+    outputs.fTargets[t].categoryLabels =
+        LabelsOf(layout.OfTarget(static_cast<int>(t)), targets.empty() ? nullptr : targets[t]);
   }
   return outputs;
 }
@@ -137,63 +177,73 @@ void OutputFields::AddTo(PluginResult& result) const {
   for (const Field& field : fFields) result.AddOutput(field.var->GetName());
 }
 
-void OutputFields::Prepare(const ScoreCaseRecord& layout, const ScoreDictVar* target) {
-  fTargetSlot = target == nullptr ? -1 : layout.GetIndex(target->GetName());
+void OutputFields::Prepare(const ScoreCaseRecord& layout, const std::vector<const ScoreDictVar*>& targets) {
+  for (std::size_t t = 0; t < targets.size(); ++t) fTargets[t].slot = layout.GetIndex(targets[t]->GetName());
 }
 
 void OutputFields::Fill(const ScoreCaseRecord& record, PluginResult& result) const {
-  const int predicted = result.GetPredictedCategory();
   for (std::size_t i = 0; i < fFields.size(); ++i) {
-    const Field& field = fFields[i];
-    const int index = static_cast<int>(i);
-    switch (field.feature) {
-      case Feature::kDisplayValue:
-        if (predicted >= 0 && static_cast<std::size_t>(predicted) < fCategoryLabels.size()) {
-          result.SetOutputText(index, fCategoryLabels[static_cast<std::size_t>(predicted)]);
-          break;
-        }
-        [[fallthrough]];
-      case Feature::kValue:
-        result.SetOutputValue(index, result.GetPredictedValue());
-        break;
-      case Feature::kProbability:
-        result.SetOutputNumber(index, field.category < 0 ? result.GetProbability()
-                                                         : result.GetCategoryProbability(field.category));
-        break;
-      case Feature::kConfidence: {
-        const int category = field.category < 0 ? predicted : field.category;
-        if (category >= 0) result.SetOutputNumber(index, result.GetCategoryConfidence(category));
-        break;
-      }
-      case Feature::kEntityId:
-        if (result.GetEntity() != nullptr) result.SetOutputText(index, *result.GetEntity());
-        break;
-      case Feature::kResidual:
-        FillResidual(index, field, record, result);
-        break;
-      case Feature::kNone:
-        break;
-    }
+    FillField(static_cast<int>(i), result.OfTarget(fFields[i].target), record, result);
   }
+}
+
+void OutputFields::FillField(int index, const PluginResult& answer, const ScoreCaseRecord& record,
+                             PluginResult& result) const {
+  const Field& field = fFields[static_cast<std::size_t>(index)];
+  const int predicted = answer.GetPredictedCategory();
+  const int category = field.category < 0 ? predicted : field.category;
+  switch (field.feature) {
+    case Feature::kDisplayValue: {
+      const std::vector<std::string>& labels = TargetOf(field).categoryLabels;
+      if (predicted >= 0 && static_cast<std::size_t>(predicted) < labels.size())
+        return result.SetOutputText(index, labels[static_cast<std::size_t>(predicted)]);
+      [[fallthrough]];
+    }
+    case Feature::kValue:
+      return result.SetOutputValue(index, answer.GetPredictedValue());
+    case Feature::kProbability:
+      return result.SetOutputNumber(
+          index, field.category < 0 ? answer.GetProbability() : answer.GetCategoryProbability(category));
+    case Feature::kConfidence:
+      if (category >= 0) result.SetOutputNumber(index, answer.GetCategoryConfidence(category));
+      return;
+    case Feature::kEntityId:
+    case Feature::kAffinity:
+      return FillEntity(index, result);
+    case Feature::kResidual:
+      return FillResidual(index, answer, record, result);
+    case Feature::kNone:
+      return;
+  }
+}
+
+// The parts that decide are those of the model, whatever the target.
+void OutputFields::FillEntity(int index, PluginResult& result) const {
+  const Field& field = fFields[static_cast<std::size_t>(index)];
+  const PluginResult::Entity* const entity = result.GetEntity(field.rank);
+  if (entity == nullptr) return;
+  if (field.feature == Feature::kEntityId) return result.SetOutputText(index, *entity->id);
+  result.SetOutputNumber(index, entity->affinity);
 }
 
 // Of a number: the actual value minus the predicted one.  Of a category: 1 when it is the actual one, else 0,
 // minus its probability.
-void OutputFields::FillResidual(int index, const Field& field, const ScoreCaseRecord& record,
+void OutputFields::FillResidual(int index, const PluginResult& answer, const ScoreCaseRecord& record,
                                 PluginResult& result) const {
-  const ScoreValue* actual = record.Get(fTargetSlot);
-  const ScoreValue* predicted = result.GetPredictedValue();
+  const Field& field = fFields[static_cast<std::size_t>(index)];
+  const ScoreValue* actual = record.Get(TargetOf(field).slot);
+  const ScoreValue* predicted = answer.GetPredictedValue();
   if (actual == nullptr || actual->IsSystemMissingValue() || predicted == nullptr) return;
-  if (result.GetNumberOfCategories() == 0) {
+  if (answer.GetNumberOfCategories() == 0) {
     if (actual->GetType() != predicted->GetType()) return;
     result.SetOutputNumber(index, actual->GetDouble() - predicted->GetDouble());
     return;
   }
-  const int category = field.category >= 0 ? field.category : result.GetPredictedCategory();
+  const int category = field.category >= 0 ? field.category : answer.GetPredictedCategory();
   if (category < 0) return;
-  const double probability = result.GetCategoryProbability(category);
+  const double probability = answer.GetCategoryProbability(category);
   if (NumericValue::IsSystemMissingValue(probability)) return;
-  const bool isActual = *result.GetCategory(category) == *actual;
+  const bool isActual = *answer.GetCategory(category) == *actual;
   result.SetOutputNumber(index, (isActual ? 1.0 : 0.0) - probability);
 }
 

@@ -21,44 +21,71 @@ namespace KxVeyra_940::Plugin {
 class OutputFields {
  public:
   // Reads the "OutputField" elements of the model's "Output" child, and the "ResultField" elements at any
-  // depth below the model.  `layout` holds the model's categories.  `target` may be null.  Raises 260120 and
-  // 260285 for a name, 260303 for a feature that this kind of model does not give, 260128 for a category that
-  // the model does not have, 260203 for a name given twice.
+  // depth below the model.  `layout` holds the model's categories.  Raises 260120 and 260285 for a name,
+  // 260303 for a feature that this kind of model does not give, 260128 for a category that the model does not
+  // have, 260203 for a name given twice, 260124 for a target that is none, 260182 for a rank below 1.
   static OutputFields Read(PMMLTranslator& translator, const xercesc::DOMElement& model,
-                           const PluginResult& layout, const ScoreDictVar* target);
+                           const PluginResult& layout, const std::vector<const ScoreDictVar*>& targets);
 
   // A new dictionary of the fields, or null when there are none.
   std::unique_ptr<ScoreDictionary> MakeDictionary() const;
   void AddTo(PluginResult& result) const;
 
-  // Finds the slot of the target, which may be null.
-  void Prepare(const ScoreCaseRecord& layout, const ScoreDictVar* target);
+  // Finds the slots of the targets.
+  void Prepare(const ScoreCaseRecord& layout, const std::vector<const ScoreDictVar*>& targets);
   // REQUIRES: the predicted value and the probabilities of `result` are set.
   void Fill(const ScoreCaseRecord& record, PluginResult& result) const;
 
  private:
-  enum class Feature { kNone, kValue, kDisplayValue, kProbability, kResidual, kEntityId, kConfidence };
+  enum class Feature {
+    kNone,
+    kValue,
+    kDisplayValue,
+    kProbability,
+    kResidual,
+    kEntityId,
+    kAffinity,
+    kConfidence,
+  };
   struct FeatureRow;
   struct Field {
     std::shared_ptr<const ResultVar> var;  // immutable, so that copies of a model share it
     Feature feature;
-    int category;  // of a probability, confidence or residual; -1: the predicted one
+    int category;    // of a probability, confidence or residual; -1: the predicted one
+    int target = 0;  // counted from 0
+    int rank = 1;    // of an entity
+  };
+  struct Target {
+    std::vector<std::string> categoryLabels;  // by category
+    int slot = -1;
   };
 
   static const FeatureRow kFeatures[];
 
-  static const FeatureRow& FindFeature(const std::string& text, const PluginResult& layout);
+  // `answer` is that of the field's target, `extras` what the model gives besides.
+  static const FeatureRow& FindFeature(const std::string& text, const PluginResult& answer, unsigned extras);
   static Feature FindFeature(ScoreResultField::ResultFeature code, const PluginResult& layout);
-  static bool IsGiven(const FeatureRow& row, const PluginResult& layout);
+  static bool IsGiven(const FeatureRow& row, const PluginResult& answer, unsigned extras);
+  static int ReadTarget(const PMMLTranslator& translator, const xercesc::DOMElement& element,
+                        const std::vector<const ScoreDictVar*>& targets);
+  static Field ReadField(PMMLTranslator& translator, const xercesc::DOMElement& element,
+                         const PluginResult& layout, const std::vector<const ScoreDictVar*>& targets);
   static std::shared_ptr<const ResultVar> ReadOutputField(const PMMLTranslator& translator,
                                                           const xercesc::DOMElement& element,
                                                           ScoreResultField::ResultFeature feature);
+  const Target& TargetOf(const Field& field) const {
+    return fTargets[static_cast<std::size_t>(field.target)];
+  }
   void Add(Field field, std::set<std::string>& names);
-  void FillResidual(int index, const Field& field, const ScoreCaseRecord& record, PluginResult& result) const;
+  // Fills the output field of that index of `result` from `answer`, which is that of the field's target.
+  void FillField(int index, const PluginResult& answer, const ScoreCaseRecord& record,
+                 PluginResult& result) const;
+  void FillEntity(int index, PluginResult& result) const;
+  void FillResidual(int index, const PluginResult& answer, const ScoreCaseRecord& record,
+                    PluginResult& result) const;
 
   std::vector<Field> fFields;
-  std::vector<std::string> fCategoryLabels;  // by category of the model
-  int fTargetSlot = -1;
+  std::vector<Target> fTargets;
 };
 
 }  // namespace KxVeyra_940::Plugin

@@ -6,25 +6,44 @@ namespace KxVeyra_940::Plugin {
 
 using KxScore::KxStatus;
 
-PluginModel::PluginModel(std::string kind) : fKind(std::move(kind)) {}
+PluginModel::PluginModel(std::string kind) : fKind(std::move(kind)), fTargets(1) {}
 
 PluginModel::PluginModel(const PluginModel& other)
     : BaseModel(other),
       fKind(other.fKind),
       fInputs(other.fInputs),
-      fTargetRules(other.fTargetRules),
       fOutputs(other.fOutputs),
       fUsesTransformations(other.fUsesTransformations),
       fTreated(other.fTreated) {
   if (GetDictionary() != nullptr) fInputs.Resolve(*GetDictionary(), GetTransformationDictionary());
-  for (const auto& category : other.fCategories) fCategories.emplace_back(category->Clone());
+  for (const Target& target : other.fTargets) {
+    Target& copy = fTargets.emplace_back(Target{target.name, {}, target.rules});
+    for (const auto& category : target.categories) copy.categories.emplace_back(category->Clone());
+  }
   fInputs.Size(fValues);
 }
 
 PluginModel::~PluginModel() = default;
 
-void PluginModel::SetCategories(std::vector<std::unique_ptr<ScoreValue>> categories) {
-  fCategories = std::move(categories);
+void PluginModel::SetCategories(std::vector<std::unique_ptr<ScoreValue>> categories, int target) {
+  TargetAt(target).categories = std::move(categories);
+}
+
+// The name that gets the role last is the model's target.
+void PluginModel::AddFurtherTarget(const std::string& name) {
+  const std::string first = GetTargetVar()->GetName();
+  SetVarRole(name, kTargetRole);
+  SetVarRole(first, kTargetRole);
+  fTargets.push_back({name, {}, {}});
+}
+
+std::vector<const ScoreDictVar*> PluginModel::GetTargetVars() const {
+  std::vector<const ScoreDictVar*> targets;
+  if (GetTargetVar() == nullptr) return targets;
+  targets.push_back(GetTargetVar());
+  for (std::size_t i = 1; i < fTargets.size(); ++i)
+    targets.push_back(GetDictionary()->GetVar(fTargets[i].name));
+  return targets;
 }
 
 void PluginModel::SetOutputs(OutputFields outputs) {
@@ -39,9 +58,13 @@ void PluginModel::UseTransformations() {
 }
 
 KxStatus PluginModel::PrepareForCases(const ScoreCaseRecord& layout) {
+  fOutputs.Prepare(layout, GetTargetVars());
+  return PrepareInputs(layout) ? KxStatus() : KxStatus(kInputWithoutSlot, false);
+}
+
+bool PluginModel::PrepareInputs(const ScoreCaseRecord& layout) {
   fInputs.Size(fValues);
-  fOutputs.Prepare(layout, GetTargetVar());
-  return fInputs.Prepare(layout) ? KxStatus() : KxStatus(kInputWithoutSlot, false);
+  return fInputs.Prepare(layout);
 }
 
 ScoreModel::VarRole PluginModel::GetVarRole(const ScoreDictVar* var) const {
@@ -56,11 +79,19 @@ ScoreModel::VarRole PluginModel::GetVarRole(const std::string& name) const {
   return var == nullptr ? BaseModel::GetVarRole(name) : GetVarRole(var);
 }
 
+std::unique_ptr<PluginResult> PluginModel::NewResultOf(const Target& target) {
+  const bool hasCategories = !target.categories.empty();
+  auto result = std::make_unique<PluginResult>(hasCategories ? ScoreResult::kCategoryResult
+                                                             : ScoreResult::kValueResult);
+  for (const auto& category : target.categories) result->AddCategory(*category);
+  return result;
+}
+
 std::unique_ptr<PluginResult> PluginModel::NewBareResult() const {
-  auto result = std::make_unique<PluginResult>(fCategories.empty() ? ScoreResult::kValueResult
-                                                                   : ScoreResult::kCategoryResult);
-  for (const auto& category : fCategories) result->AddCategory(*category);
+  std::unique_ptr<PluginResult> result = NewResultOf(fTargets.front());
+  for (std::size_t i = 1; i < fTargets.size(); ++i) result->AddTarget(NewResultOf(fTargets[i]));
   result->SetExtras(GetExtras());
+  result->ReserveEntities(GetMostEntities());
   return result;
 }
 
@@ -70,13 +101,28 @@ ScoreResult* PluginModel::NewResult() const {
   return result.release();
 }
 
-CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer) {
+bool PluginModel::Derive(const ScoreCaseRecord& input, const ScoreCaseRecord*& derived) {
+  derived = nullptr;
+  if (!fUsesTransformations) return true;
+  if (!fInputs.ReadForDerived(input, fTreated)) return false;
+  derived = GetTransformationDictionary()->GetValuesForDerivedVars(&fTreated, GetDictionary());
+  return true;
+}
+
+Inputs::Outcome PluginModel::ReadInputs(const ScoreCaseRecord& input) {
   const ScoreCaseRecord* derived = nullptr;
-  if (fUsesTransformations) {
-    if (!fInputs.ReadForDerived(input, fTreated)) return CaseOutcome::kUndefined;
-    derived = GetTransformationDictionary()->GetValuesForDerivedVars(&fTreated, GetDictionary());
-  }
-  switch (fInputs.Read(input, derived, fValues)) {
+  return Derive(input, derived) ? fInputs.Read(input, derived, fValues) : Inputs::Outcome::kInvalid;
+}
+
+Inputs::Outcome PluginModel::LearnInputs(const ScoreCaseRecord& input) {
+  const ScoreCaseRecord* derived = nullptr;
+  if (!Derive(input, derived)) return Inputs::Outcome::kInvalid;
+  fInputs.LearnCategories(input, derived);
+  return fInputs.Read(input, derived, fValues);
+}
+
+CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer) {
+  switch (ReadInputs(input)) {
     case Inputs::Outcome::kMissing:
       return CaseOutcome::kMissing;
     case Inputs::Outcome::kInvalid:
@@ -87,15 +133,20 @@ CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& a
   return ScoreCase(fValues, answer);
 }
 
+void PluginModel::ApplyRules(PluginResult& answer) const {
+  for (std::size_t i = 0; i < fTargets.size(); ++i) {
+    PluginResult& of = answer.OfTarget(static_cast<int>(i));
+    if (of.HasPredictedNumber()) of.SetPredictedNumber(fTargets[i].rules.Apply(of.GetPredictedNumber()));
+  }
+}
+
 KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
   auto& answer = static_cast<PluginResult&>(result);
   answer.Reset();
   KxStatus status;
   switch (OutcomeOf(input, answer)) {
     case CaseOutcome::kAnswered:
-      if (fCategories.empty()) {
-        answer.SetPredictedNumber(fTargetRules.Apply(answer.GetPredictedNumber()));
-      }
+      ApplyRules(answer);
       break;
     case CaseOutcome::kMissing:
       status = HandleMissingValue(&answer);

@@ -2,6 +2,15 @@
 
 namespace KxVeyra_940::Plugin {
 
+namespace {
+
+void SetText(const std::string& text, StringValue& value) {
+  value.SetString(text);
+  value.SetLength(static_cast<int>(text.size()));
+}
+
+}  // namespace
+
 PluginResult::PluginResult(ResultKind kind) : fKind(kind) {}
 PluginResult::~PluginResult() = default;
 
@@ -42,12 +51,26 @@ void PluginResult::Reset() {
   fPredicted = nullptr;
   fPredictedCategory = -1;
   fProbability = NumericValue::gSysmisValue;
-  fEntity = nullptr;
+  fEntities.clear();
   for (Category& category : fCategories) {
     category.probability = NumericValue::gSysmisValue;
     category.confidence = NumericValue::gSysmisValue;
   }
   for (const auto& output : fOutputs) output->value = nullptr;
+  for (const auto& answer : fFurther) answer->Reset();
+}
+
+PluginResult& PluginResult::OfTarget(int target) {
+  return target == 0 ? *this : *fFurther[static_cast<std::size_t>(target) - 1];
+}
+
+const PluginResult& PluginResult::OfTarget(int target) const {
+  return target == 0 ? *this : *fFurther[static_cast<std::size_t>(target) - 1];
+}
+
+const PluginResult::Entity* PluginResult::GetEntity(int rank) const {
+  const auto index = static_cast<std::size_t>(rank) - 1;
+  return index < fEntities.size() ? &fEntities[index] : nullptr;
 }
 
 void PluginResult::AddCategory(const ScoreValue& value) {
@@ -61,6 +84,12 @@ void PluginResult::AddOutput(const std::string& name) {
 void PluginResult::SetPredictedNumber(double number) {
   fNumber.SetDoubleValue(number);
   fPredicted = &fNumber;
+  fPredictedCategory = -1;
+}
+
+void PluginResult::SetPredictedText(const std::string& text) {
+  SetText(text, fText);
+  fPredicted = &fText;
   fPredictedCategory = -1;
 }
 
@@ -95,8 +124,7 @@ void PluginResult::SetOutputNumber(int index, double number) {
 
 void PluginResult::SetOutputText(int index, const std::string& text) {
   Output& output = OutputAt(index);
-  output.text.SetString(text);
-  output.text.SetLength(static_cast<int>(text.size()));
+  SetText(text, output.text);
   output.value = &output.text;
 }
 

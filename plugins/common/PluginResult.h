@@ -19,6 +19,13 @@ class PluginResult final : public ScoreResult {
   enum Extra : unsigned {
     kEntityIds = 1,    // which part of the model decided
     kConfidences = 2,  // of each category
+    kAffinities = 4,   // of the case to each part that decided
+  };
+
+  // A part of the model that decided: a node, a neighbour.
+  struct Entity {
+    const std::string* id;  // lent, outlives the case
+    double affinity;        // distance or similarity; system-missing when the model has none
   };
 
   explicit PluginResult(ResultKind kind);
@@ -43,17 +50,29 @@ class PluginResult final : public ScoreResult {
   void AddOutput(const std::string& name);
   void SetExtras(unsigned extras) { fExtras = extras; }
   unsigned GetExtras() const { return fExtras; }
+  // The answer for a further target, without output fields of its own.
+  void AddTarget(std::unique_ptr<PluginResult> answer) { fFurther.push_back(std::move(answer)); }
+  // The targets are counted from 0, which is this result itself.
+  PluginResult& OfTarget(int target);
+  const PluginResult& OfTarget(int target) const;
 
   // For scoring: nothing is allocated.
   void SetPredictedNumber(double number);
+  bool HasPredictedNumber() const { return fPredicted == &fNumber; }
   double GetPredictedNumber() const { return fNumber.GetNumber(); }  // REQUIRES: a number was set
-  void SetPredictedCategory(int index);                              // also its probability
+  void SetPredictedText(const std::string& text);
+  void SetPredictedCategory(int index);  // also its probability
   void SetCategoryProbability(int index, double probability);
   void SetCategoryConfidence(int index, double confidence);
   double GetCategoryConfidence(int index) const;  // system-missing when there is none
-  // The id of what decided, which is lent and outlives the case; null when nothing did alone.
-  void SetEntity(const std::string* id) { fEntity = id; }
-  const std::string* GetEntity() const { return fEntity; }
+  // What decided, the first one first; nothing when no part of the model did.  Nothing is allocated for as
+  // many as were reserved.
+  void ReserveEntities(std::size_t count) { fEntities.reserve(count); }
+  void AddEntity(const std::string* id, double affinity = NumericValue::gSysmisValue) {
+    fEntities.push_back({id, affinity});
+  }
+  // REQUIRES: rank > 0.  Null when there is none of that rank.
+  const Entity* GetEntity(int rank) const;
   // The index of the predicted category, or -1.
   int GetPredictedCategory() const { return fPredictedCategory; }
   int FindCategory(const ScoreValue& value) const;  // -1 when there is none
@@ -80,15 +99,17 @@ class PluginResult final : public ScoreResult {
   Output& OutputAt(int index) { return *fOutputs[static_cast<std::size_t>(index)]; }
 
   ResultKind fKind;
-  const ScoreValue* fPredicted = nullptr;  // fNumber, a category, or fGivenValue
+  const ScoreValue* fPredicted = nullptr;  // fNumber, fText, a category, or fGivenValue
   int fPredictedCategory = -1;
   NumericValue fNumber;
+  StringValue fText{""};
   std::unique_ptr<ScoreValue> fGivenValue;
   double fProbability = NumericValue::gSysmisValue;
   unsigned fExtras = 0;
-  const std::string* fEntity = nullptr;
+  std::vector<Entity> fEntities;  // by rank
   std::vector<Category> fCategories;
   std::vector<std::unique_ptr<Output>> fOutputs;  // at fixed addresses: values point inside
+  std::vector<std::unique_ptr<PluginResult>> fFurther;
 };
 
 }  // namespace KxVeyra_940::Plugin

@@ -6,6 +6,8 @@
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
+#include "xml/DocumentStream.h"
+#include "xml/ParserLimits.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -70,6 +72,20 @@ ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, const std::st
   return Build(element, std::move(dictionary), dataDictionary, nullptr);
 }
 
+ScoreModel* PluginTranslator::ParseFromTree(std::istream& in, const std::string& encoding) {
+  return ParseFromTree(in, encoding, std::string());
+}
+
+ScoreModel* PluginTranslator::ParseFromTree(std::istream& in, const std::string& encoding,
+                                            const std::string& auxPath) {
+  fAuxPath = auxPath;
+  KxXML_940::LimitedDOMParser parser;
+  parser.setValidationScheme(xercesc::XercesDOMParser::Val_Never);
+  return ParseFromTree(GetDocElement(parser, in, std::string()), encoding);
+}
+
+void PluginTranslator::CompleteModel(const DOMElement&, PluginModel&) {}
+
 ScoreModel* PluginTranslator::ParseFromTree(DOMDocument* document, ScoreDictionary* dictionary,
                                             const std::string& encoding) {
   SetEncoding(encoding);
@@ -125,8 +141,11 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
   AddDerivedFields(element, std::move(transformations), *model);
   BuildModel(element, *model);
   if (!fDerivedInputs.empty()) UseDerivedFields(*model);
-  model->SetTargetRules(ReadTargetRules(element, model->GetTargetVar()));
-  model->SetOutputs(OutputFields::Read(*this, element, *model->NewBareResult(), model->GetTargetVar()));
+  CompleteModel(element, *model);
+  const std::vector<const ScoreDictVar*> targets = model->GetTargetVars();
+  for (std::size_t i = 0; i < targets.size(); ++i)
+    model->SetTargetRules(ReadTargetRules(element, targets[i]), static_cast<int>(i));
+  model->SetOutputs(OutputFields::Read(*this, element, *model->NewBareResult(), targets));
   return model.release();
 }
 
@@ -181,7 +200,11 @@ void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* da
       continue;
     }
     if (field.usage == Usage::kTarget && model.GetTargetVar() != nullptr) {
-      Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), name});
+      if (!TakesSeveralTargets()) {
+        Raise(MessageId::kMultipleTargets, {model.GetTargetVar()->GetName(), name});
+      }
+      model.AddFurtherTarget(name);
+      continue;
     }
     model.SetVarRole(
         name, field.usage == Usage::kTarget ? ScoreModel::kTargetRole : ScoreModel::kSupplementaryRole);

@@ -4,6 +4,7 @@
 #ifndef VEYRA_PLUGINS_PLUGINTRANSLATOR_H_
 #define VEYRA_PLUGINS_PLUGINTRANSLATOR_H_
 
+#include <iosfwd>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,6 +30,11 @@ class PluginTranslator : public PMMLTranslator {
   // The model element is a child of the root.  Raises 260178, naming what stands there, when it is not: a
   // model inside another model is a part, no model.
   ScoreModel* ParseFromTree(xercesc::DOMDocument* document, const std::string& encoding) override;
+  // The document as a stream, parsed by the factory's rules.  Raises 260105, 260107, 260109 and 260110.
+  ScoreModel* ParseFromTree(std::istream& in, const std::string& encoding) override;
+  // The path may name a file with data that belongs to the document.
+  ScoreModel* ParseFromTree(std::istream& in, const std::string& encoding,
+                            const std::string& auxPath) override;
   // With a clone of the given dictionary in place of the document's.
   ScoreModel* ParseFromTree(xercesc::DOMDocument* document, ScoreDictionary* dictionary,
                             const std::string& encoding) override;
@@ -47,6 +53,13 @@ class PluginTranslator : public PMMLTranslator {
   // The translator gives it its inputs beforehand and its output fields afterwards.
   virtual std::unique_ptr<PluginModel> NewModel() const = 0;
   virtual void BuildModel(const xercesc::DOMElement& element, PluginModel& model) = 0;
+  // What remains to be done when the inputs are settled: the model can read cases by now.
+  virtual void CompleteModel(const xercesc::DOMElement& element, PluginModel& model);
+  // Whether the mining schema may name several targets; the first one is the model's target.
+  virtual bool TakesSeveralTargets() const { return false; }
+
+  // The path that came with the document; empty when there is none.
+  const std::string& GetAuxPath() const { return fAuxPath; }
 
   // The index of the model's input that the element names by the attribute; a derived field becomes an input
   // when it is first named.  Raises 260125 for a name that is no field, 260161 for a field that is no active
@@ -69,6 +82,7 @@ class PluginTranslator : public PMMLTranslator {
                  PluginModel& model) const;
 
   const char* fModelTag;
+  std::string fAuxPath;
   std::optional<FieldFinder> fFields;  // of the model under construction
   PluginModel* fModel = nullptr;       // the same
   std::vector<std::string> fDerivedInputs;

@@ -93,7 +93,7 @@ double TreeModel::Discount(std::int32_t penalties) const {
 CaseOutcome TreeModel::AnswerFrom(const Ending& ending, PluginResult& result) const {
   const NodeAnswer& answer = fTree->Answer(ending.node);
   if (!answer.hasScore) return CaseOutcome::kMissing;
-  result.SetEntity(&fTree->Id(ending.node));
+  result.AddEntity(&fTree->Id(ending.node));
   if (!fIsClassification) {
     result.SetPredictedNumber(answer.number);
     return CaseOutcome::kAnswered;
