@@ -1,0 +1,262 @@
+#include "nearestneighbor/InstanceReader.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+#include "common/Keywords.h"
+#include "data/DateTimeValue.h"
+#include "error/Raise.h"
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+#include "veyra/VYException.h"
+#include "xml/XmlText.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+using xercesc::DOMElement;
+
+namespace {
+
+constexpr const char* kTrainingInstances = "TrainingInstances";
+constexpr const char* kInstanceFields = "InstanceFields";
+constexpr const char* kInstanceField = "InstanceField";
+constexpr const char* kColumn = "column";
+constexpr const char* kRecordCount = "recordCount";
+constexpr const char* kFieldCount = "fieldCount";
+constexpr const char* kInstanceIdVariable = "instanceIdVariable";
+constexpr const char* kAuxiliaryPath = "auxiliary path";
+constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
+
+constexpr Keyword<bool> kBooleans[] = {{"false", false}, {"true", true}, {"0", false}, {"1", true}};
+
+bool IsCategorical(const ScoreDictVar& target) {
+  return target.GetMLevel() != ScoreDictVar::kContinuous || target.GetVarType() == ScoreDictVar::STRING_VAR;
+}
+
+double NumberOf(const ScoreDictVar& var, const ScoreValue& value) {
+  if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR)
+    return static_cast<const DateTimeValue&>(value).GetDoubleValue(var.GetDateTimeType());
+  return static_cast<const NumericValue&>(value).GetNumber();
+}
+
+// A calendar text, or the number of the field's representation.
+std::unique_ptr<ScoreValue> DateOf(const ScoreDictVar& var, const std::string& text) {
+  double number = 0;
+  if (DateTimeValue::ParseDouble(BaseTranslator::TrimBlanks(text), number))
+    return std::make_unique<DateTimeValue>(number, var.GetDateTimeType());
+  return std::make_unique<DateTimeValue>(BaseTranslator::VerifyDateTime(text, var.GetDateTimeType()),
+                                         var.GetDateTimeType());
+}
+
+// By category: of equal votes, most instances win, then the smallest value.
+std::vector<int> FindPrecedence(const CategoryTable& categories, const std::vector<int>& codes) {
+  std::vector<std::size_t> counts(static_cast<std::size_t>(categories.Size()));
+  for (const int code : codes)
+    if (code != TargetColumn::kNone) ++counts[static_cast<std::size_t>(code)];
+  std::vector<int> order(counts.size());
+  std::iota(order.begin(), order.end(), 0);
+  std::ranges::sort(order, [&](int left, int right) {
+    const std::size_t ofLeft = counts[static_cast<std::size_t>(left)];
+    const std::size_t ofRight = counts[static_cast<std::size_t>(right)];
+    if (ofLeft != ofRight) return ofLeft > ofRight;
+    return categories.GetValue(left) < categories.GetValue(right);
+  });
+  std::vector<int> precedence(order.size());
+  for (std::size_t i = 0; i < order.size(); ++i)
+    precedence[static_cast<std::size_t>(order[i])] = static_cast<int>(i);
+  return precedence;
+}
+
+}  // namespace
+
+InstanceReader::InstanceReader(const PMMLTranslator& translator, const std::string& auxPath,
+                               NeighborModel& model)
+    : fTranslator(translator), fAuxPath(auxPath), fModel(model) {}
+
+InstanceReader::~InstanceReader() = default;
+
+void InstanceReader::Read(const DOMElement& model) {
+  const DOMElement& instances = *BaseTranslator::GetChildByTagForced(&model, kTrainingInstances);
+  fIsTransformed = ReadKeyword(instances, "isTransformed", kBooleans);
+  ReadFields(instances);
+  const std::string idField = fTranslator.BaseTranslator::ToString(Attribute(model, kInstanceIdVariable));
+  if (!idField.empty()) fIdColumn = static_cast<int>(ColumnOf(idField));
+  PlanTargets();
+  PlanInputs();
+  fPlace.resize(fModel.GetCoordinates().GetFields().size());
+  fMatrix = std::make_shared<InstanceMatrix>(fPlace.size());
+  ReadRows(instances);
+  SetCategories();
+  Instances read{fMatrix, std::move(fIds), {}};
+  for (const auto& target : fTargets) read.targets.push_back(std::move(target->values));
+  fModel.SetInstances(std::move(read));
+}
+
+void InstanceReader::ReadFields(const DOMElement& instances) {
+  const DOMElement* fields = BaseTranslator::GetChildByTagForced(&instances, kInstanceFields);
+  ForEachChildElement(fields, [&](const DOMElement& child) {
+    if (!HasTag(child, kInstanceField)) return;
+    const std::string name =
+        fTranslator.BaseTranslator::ToString(RequiredNonEmptyAttribute(child, Tags::XML_ATT_FIELD));
+    for (const auto& [field, column] : fColumnOfField) {
+      if (field == name) Raise(MessageId::kDuplicateValueIn, {kInstanceField, name, kInstanceFields});
+    }
+    const std::string column = OptionalText(child, kColumn);
+    fColumnOfField.emplace_back(name, column.empty() ? OptionalText(child, Tags::XML_ATT_FIELD) : column);
+  });
+  CheckCount(instances, kFieldCount, fColumnOfField.size(), kInstanceField);
+}
+
+void InstanceReader::CheckCount(const DOMElement& instances, const char* attribute, std::size_t count,
+                                const char* what) const {
+  const std::optional<int> stated = OptionalInteger(instances, attribute);
+  if (!stated.has_value() || (*stated >= 0 && static_cast<std::size_t>(*stated) == count)) return;
+  Raise(MessageId::kNumberMismatchIn,
+        {std::to_string(*stated), attribute, std::to_string(count), what, kTrainingInstances});
+}
+
+// The index of the field's column among those that are read.
+std::size_t InstanceReader::ColumnOf(const std::string& field) {
+  const auto found = std::ranges::find(fColumnOfField, field, &std::pair<std::string, std::string>::first);
+  if (found == fColumnOfField.end()) Raise(MessageId::kMissingDefinitionIn, {field, kInstanceFields});
+  const auto column = std::ranges::find(fColumns, found->second);
+  if (column != fColumns.end()) return static_cast<std::size_t>(column - fColumns.begin());
+  fColumns.push_back(found->second);
+  return fColumns.size() - 1;
+}
+
+void InstanceReader::PlanTargets() {
+  if (fModel.GetMiningFunction() == BaseModel::kClustering) return;
+  for (const ScoreDictVar* var : fModel.GetTargetVars()) {
+    fTargets.push_back(std::unique_ptr<Target>(
+        new Target{var, ColumnOf(var->GetName()), CategoryTable(*var), {IsCategorical(*var), {}, {}, {}}}));
+  }
+}
+
+// Transformed instances give the very values that are compared.  Others give the fields that a case has; they
+// are read as cases are.
+void InstanceReader::PlanInputs() {
+  Inputs& inputs = fModel.GetInputs();
+  if (fIsTransformed) {
+    for (const ComparedField& field : fModel.GetCoordinates().GetFields()) {
+      const ScoreDictVar& var = inputs.GetVar(field.input);
+      CategoryTable* const categories = inputs.GetCategories(field.input);
+      fInputs.push_back({&var, ColumnOf(var.GetName()), field.input, categories});
+    }
+    inputs.Size(fValues);
+    return;
+  }
+  for (const std::string& name : inputs.GetFieldNames()) {
+    fInputs.push_back({fModel.GetDictionary()->GetVar(name), ColumnOf(name), -1, nullptr});
+    fRecord.Add(name, nullptr);
+  }
+  fReading.reset(static_cast<PluginModel*>(fModel.Clone()));
+  fReading->PrepareInputs(fRecord);
+}
+
+std::size_t InstanceReader::ReadRows(const DOMElement& instances) {
+  const DOMElement* const table = BaseTranslator::GetChildByTag(&instances, Tags::XML_ELE_INLTABLE);
+  const DOMElement* const locator = BaseTranslator::GetChildByTag(&instances, Tags::XML_ELE_TABLELOCATOR);
+  if ((table == nullptr) == (locator == nullptr)) {
+    Raise(MessageId::kOneOfRequired, {Tags::XML_ELE_INLTABLE, Tags::XML_ELE_TABLELOCATOR});
+  }
+  if (table == nullptr && fAuxPath.empty()) {
+    Raise(MessageId::kRequiredIn, {kAuxiliaryPath, Tags::XML_ELE_TABLELOCATOR});
+  }
+  const RowAction take = [this](const TrainingRow& row) { TakeRow(row); };
+  const std::size_t count =
+      table != nullptr ? ForEachRow(*table, fColumns, take) : ForEachRow(fAuxPath, fColumns, take);
+  CheckCount(instances, kRecordCount, count, Tags::XML_ELE_ROW);
+  if (count == 0) Raise(MessageId::kRequiredIn, {Tags::XML_ELE_ROW, kTrainingInstances});
+  return count;
+}
+
+std::string InstanceReader::PlaceOf(const TrainingRow& row, std::size_t column) const {
+  return " (" + row.place + ", column '" + fColumns[column] + "')";
+}
+
+// Null for a missing cell.
+std::unique_ptr<ScoreValue> InstanceReader::ValueOf(const TrainingRow& row, const ScoreDictVar& var,
+                                                    std::size_t column) const {
+  const XMLCh* const text = row.cells[column];
+  if (text == nullptr) return nullptr;
+  try {
+    if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR) return DateOf(var, KxXML_940::ToUTF8(text));
+    return std::unique_ptr<ScoreValue>(fTranslator.CarefullyMakeVarValue(&var, text));
+  } catch (const VYException&) {
+    const bool isDate = var.GetVarType() == ScoreDictVar::kDATETIME_VAR;
+    RaiseWithDetail(MessageId::kInvalidValueOfType,
+                    {KxXML_940::ToUTF8(text), isDate ? "dateTime" : Tags::XML_VAL_DOUBLE},
+                    PlaceOf(row, column));
+  }
+}
+
+void InstanceReader::TakeRow(const TrainingRow& row) {
+  fIsTransformed ? TakeTransformed(row) : TakeFields(row);
+  fModel.GetCoordinates().Learn(fModel.GetInputs(), " (" + row.place + ")");
+  fModel.GetCoordinates().GetPlace(fIsTransformed ? fValues : fReading->GetValues(), fPlace);
+  fMatrix->Add(fPlace);
+  for (const auto& target : fTargets) TakeTarget(row, *target);
+  const XMLCh* const id = fIdColumn < 0 ? nullptr : row.cells[static_cast<std::size_t>(fIdColumn)];
+  fIds.push_back(id == nullptr ? std::to_string(fMatrix->Size()) : fTranslator.BaseTranslator::ToString(id));
+}
+
+void InstanceReader::TakeTransformed(const TrainingRow& row) {
+  for (const InputColumn& input : fInputs) {
+    const std::unique_ptr<ScoreValue> value = ValueOf(row, *input.var, input.column);
+    const auto i = static_cast<std::size_t>(input.input);
+    const bool isMissing = value == nullptr || input.var->IsMissingValue(value.get());
+    if (input.categories == nullptr) {
+      fValues.numbers[i] = isMissing ? NumericValue::gSysmisValue : NumberOf(*input.var, *value);
+      continue;
+    }
+    fValues.codes[i] = isMissing ? kMissingCategory : input.categories->Add(*value);
+    if (input.categories->GetListedCount() > 0 && fValues.codes[i] >= input.categories->GetListedCount()) {
+      RaiseWithDetail(MessageId::kValueNotInValueList, {value->GetString(), input.var->GetName()},
+                      PlaceOf(row, input.column));
+    }
+  }
+}
+
+void InstanceReader::TakeFields(const TrainingRow& row) {
+  for (std::size_t i = 0; i < fInputs.size(); ++i)
+    fRecord.Add(fInputs[i].var->GetName(), ValueOf(row, *fInputs[i].var, fInputs[i].column).release());
+  if (fReading->LearnInputs(fRecord) != Inputs::Outcome::kInvalid) return;
+  const std::string invalid = fReading->GetInputs().FindInvalid(fRecord);
+  const ScoreValue* const value = fRecord.Get(invalid);
+  RaiseWithDetail(MessageId::kValueOutsideRange, {value == nullptr ? "" : value->GetString(), invalid},
+                  " (" + row.place + ")");
+}
+
+void InstanceReader::TakeTarget(const TrainingRow& row, Target& target) const {
+  const std::unique_ptr<ScoreValue> value = ValueOf(row, *target.var, target.column);
+  const bool isMissing = value == nullptr || target.var->IsMissingValue(value.get());
+  if (!target.values.isCategorical) {
+    target.values.numbers.push_back(isMissing ? kMissing : NumberOf(*target.var, *value));
+    return;
+  }
+  target.values.codes.push_back(isMissing ? TargetColumn::kNone : target.categories.Add(*value));
+  const int listed = target.categories.GetListedCount();
+  if (listed > 0 && target.values.codes.back() >= listed) {
+    RaiseWithDetail(MessageId::kValueNotInValueList, {value->GetString(), target.var->GetName()},
+                    PlaceOf(row, target.column));
+  }
+}
+
+void InstanceReader::SetCategories() {
+  for (std::size_t i = 0; i < fTargets.size(); ++i) {
+    Target& target = *fTargets[i];
+    if (!target.values.isCategorical) continue;
+    const int count = target.categories.Size();
+    if (count == 0) Raise(MessageId::kValueListRequired, {target.var->GetName()});
+    std::vector<std::unique_ptr<ScoreValue>> categories;
+    for (int code = 0; code < count; ++code)
+      categories.emplace_back(target.categories.GetValue(code).Clone());
+    fModel.SetCategories(std::move(categories), static_cast<int>(i));
+    target.values.precedence = FindPrecedence(target.categories, target.values.codes);
+  }
+}
+
+}  // namespace KxVeyra_940::Plugin

@@ -1,0 +1,168 @@
+#include "nearestneighbor/NeighborTranslator.h"
+
+#include <algorithm>
+
+#include "common/Keywords.h"
+#include "nearestneighbor/InstanceReader.h"
+#include "nearestneighbor/MeasureReader.h"
+#include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
+
+namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+using xercesc::DOMElement;
+
+namespace {
+
+constexpr const char* kKNNInputs = "KNNInputs";
+constexpr const char* kKNNInput = "KNNInput";
+constexpr const char* kFieldWeight = "fieldWeight";
+constexpr const char* kNumberOfNeighbors = "numberOfNeighbors";
+constexpr const char* kThreshold = "threshold";
+
+constexpr Keyword<ContinuousMethod> kContinuousMethods[] = {
+    {"average", ContinuousMethod::kAverage},
+    {"median", ContinuousMethod::kMedian},
+    {"weightedAverage", ContinuousMethod::kWeightedAverage},
+};
+
+constexpr Keyword<CategoricalMethod> kCategoricalMethods[] = {
+    {"majorityVote", CategoricalMethod::kMajorityVote},
+    {"weightedMajorityVote", CategoricalMethod::kWeightedMajorityVote},
+};
+
+// Which targets a function predicts.
+struct FunctionRow {
+  std::string_view name;
+  bool predictsNumbers;
+  bool predictsCategories;
+};
+
+constexpr FunctionRow kFunctions[] = {
+    {"classification", false, true},
+    {"regression", true, false},
+    {"mixed", true, true},
+    {"clustering", false, false},
+};
+
+// The number of the attribute, which is not below 0.
+double ReadNotNegative(const DOMElement& element, const char* name, double usual) {
+  const double number = OptionalNumber(element, name).value_or(usual);
+  if (!(number >= 0)) Raise(MessageId::kNegative, {OptionalText(element, name), name});
+  return number;
+}
+
+Scoring ReadScoring(const DOMElement& element) {
+  const int neighbors = BaseTranslator::VerifyInt(RequiredAttribute(element, kNumberOfNeighbors));
+  if (neighbors < 1) Raise(MessageId::kNotPositive, {std::to_string(neighbors), kNumberOfNeighbors});
+  Scoring scoring;
+  scoring.neighborCount = static_cast<std::size_t>(neighbors);
+  scoring.continuous = ReadKeyword(element, "continuousScoringMethod", kContinuousMethods);
+  scoring.categorical = ReadKeyword(element, "categoricalScoringMethod", kCategoricalMethods);
+  scoring.threshold = ReadNotNegative(element, kThreshold, scoring.threshold);
+  return scoring;
+}
+
+bool IsNumber(const ScoreDictVar& target) {
+  return target.GetMLevel() == ScoreDictVar::kContinuous && target.GetVarType() != ScoreDictVar::STRING_VAR;
+}
+
+}  // namespace
+
+NeighborTranslator::NeighborTranslator() : PluginTranslator(Tags::XML_ELE_KNNMODEL) {}
+NeighborTranslator::~NeighborTranslator() = default;
+
+std::unique_ptr<PluginModel> NeighborTranslator::NewModel() const {
+  return std::make_unique<NeighborModel>();
+}
+
+void NeighborTranslator::CheckTargets(const DOMElement& element, const PluginModel& model) const {
+  const std::string function = OptionalText(element, Tags::XML_ATT_FUNCTIONNAME);
+  const auto* const row = std::ranges::find(kFunctions, function, &FunctionRow::name);
+  if (row == std::end(kFunctions))
+    Raise(MessageId::kUnsupportedValue, {function, Tags::XML_ATT_FUNCTIONNAME});
+  const std::vector<const ScoreDictVar*> targets = model.GetTargetVars();
+  if (targets.empty() && (row->predictsNumbers || row->predictsCategories))
+    Raise(MessageId::kNoTargetVariable, {});
+  for (const ScoreDictVar* target : targets) {
+    if (IsNumber(*target) ? row->predictsNumbers : row->predictsCategories) continue;
+    Raise(MessageId::kTargetDefinitionMismatch, {function, Tags::XML_ATT_FUNCTIONNAME, Tags::XML_ELE_KNNMODEL,
+                                                 target->GetName(), Tags::XML_ELE_MININGSCHEMA});
+  }
+}
+
+void NeighborTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
+  CheckTargets(element, model);
+  const Scoring scoring = ReadScoring(element);
+  const Measure measure =
+      ReadMeasure(*BaseTranslator::GetChildByTagForced(&element, Tags::XML_ELE_COMPARISONMEASURE));
+  const bool isBinary = measure.aggregation == Aggregation::kBinary;
+  std::vector<ComparedField> fields = ReadInputs(element, isBinary, model);
+  ReadMissingWeights(element, fields);
+  CaseCoordinates coordinates(std::move(fields), isBinary, model.GetInputs());
+  model.GetInputs().AcceptMissing();
+  static_cast<NeighborModel&>(model).SetComparison(measure, std::move(coordinates), scoring);
+}
+
+void NeighborTranslator::CompleteModel(const DOMElement& element, PluginModel& model) {
+  InstanceReader(*this, GetAuxPath(), static_cast<NeighborModel&>(model)).Read(element);
+}
+
+std::vector<ComparedField> NeighborTranslator::ReadInputs(const DOMElement& element, bool isBinary,
+                                                          PluginModel& model) {
+  const DOMElement& measure = *BaseTranslator::GetChildByTag(&element, Tags::XML_ELE_COMPARISONMEASURE);
+  const CompareFunction usual = ReadCompareFunction(measure, CompareFunction::kAbsDiff);
+  std::vector<ComparedField> fields;
+  ForEachChildElement(BaseTranslator::GetChildByTagForced(&element, kKNNInputs),
+                      [&](const DOMElement& child) {
+                        if (!HasTag(child, kKNNInput)) return;
+                        const ComparedField field = ReadInput(child, usual, isBinary, model);
+                        if (std::ranges::find(fields, field.input, &ComparedField::input) != fields.end()) {
+                          Raise(MessageId::kDuplicateValueIn,
+                                {kKNNInput, model.GetInputs().GetVar(field.input).GetName(), kKNNInputs});
+                        }
+                        fields.push_back(field);
+                      });
+  if (fields.empty()) Raise(MessageId::kRequiredIn, {kKNNInput, kKNNInputs});
+  return fields;
+}
+
+// A measure of counts looks at values only, whatever the function.
+ComparedField NeighborTranslator::ReadInput(const DOMElement& element, CompareFunction usual, bool isBinary,
+                                            PluginModel& model) {
+  ComparedField field;
+  field.function = ReadCompareFunction(element, usual);
+  const bool isNumber = !isBinary && !ComparesCategories(field.function);
+  field.input =
+      isNumber ? FindNumber(element, Tags::XML_ATT_FIELD, model) : FindInput(element, Tags::XML_ATT_FIELD);
+  field.weight = ReadNotNegative(element, kFieldWeight, field.weight);
+  if (isBinary || field.function != CompareFunction::kGaussSim) return field;
+  field.scale = BaseTranslator::VerifyDouble(RequiredAttribute(element, Tags::XML_ATT_SIMILARITYSCALE));
+  if (!(field.scale > 0)) {
+    Raise(MessageId::kNotPositive,
+          {OptionalText(element, Tags::XML_ATT_SIMILARITYSCALE), Tags::XML_ATT_SIMILARITYSCALE});
+  }
+  return field;
+}
+
+void NeighborTranslator::ReadMissingWeights(const DOMElement& element,
+                                            std::vector<ComparedField>& fields) const {
+  const DOMElement* const weights =
+      BaseTranslator::GetChildByTag(&element, Tags::XML_ELE_MISSINGVALUEWEIGHTS);
+  if (weights == nullptr) return;
+  const DOMElement* const array = BaseTranslator::GetChildByTagForced(weights, Tags::XML_ELE_ARRAY);
+  const std::vector<double> numbers = VerifyDoubleArray(array, static_cast<int>(fields.size()));
+  if (numbers.size() != fields.size()) {
+    Raise(MessageId::kNumbersMismatch,
+          {std::to_string(numbers.size()), Tags::XML_ELE_VALUE, Tags::XML_ELE_MISSINGVALUEWEIGHTS,
+           std::to_string(fields.size()), kKNNInput, kKNNInputs});
+  }
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (!(numbers[i] >= 0))
+      Raise(MessageId::kNegative, {std::to_string(numbers[i]), Tags::XML_ELE_MISSINGVALUEWEIGHTS});
+    fields[i].missingWeight = numbers[i];
+  }
+}
+
+}  // namespace KxVeyra_940::Plugin

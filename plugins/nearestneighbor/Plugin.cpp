@@ -1,0 +1,13 @@
+// The entry point of the plug-in.
+
+#include "nearestneighbor/NeighborTranslator.h"
+#include "veyra/Export.h"
+
+extern "C" VEYRA_API KxVeyra_940::ScoreTranslator* GiveMyTranslator();
+extern "C" VEYRA_API void PassModelNames(KxVeyra_940::ScoreTranslator* translator,
+                                         const std::vector<std::string>& modelNames);
+
+KxVeyra_940::ScoreTranslator* GiveMyTranslator() { return new KxVeyra_940::Plugin::NeighborTranslator(); }
+
+// A nearest-neighbour model holds no other models: the names mean nothing to it.
+void PassModelNames(KxVeyra_940::ScoreTranslator*, const std::vector<std::string>&) {}
