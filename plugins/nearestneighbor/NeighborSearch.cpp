@@ -108,14 +108,8 @@ template <Aggregation kAggregation, bool kHasMissing>
 void NeighborSearch::Compare(const double* block, Lanes& keys) const {
   Lanes sums{};
   Lanes present{};
-  if (fIsPlain && !kHasMissing) {
-    for (const ActiveField& field : fActive) {
-      const double* const values = block + field.offset;
-      for (std::size_t i = 0; i < kLanes; ++i) {
-        const double difference = std::abs(field.value - values[i]);
-        sums[i] = Join<kAggregation>(sums[i], Term<kAggregation>(difference, field.weight, fMeasure.power));
-      }
-    }
+  if (fIsPlain) {
+    ComparePlain<kAggregation, kHasMissing>(block, sums, present, std::make_index_sequence<kLanes>());
   } else {
     for (const ActiveField& field : fActive)
       CompareField<kAggregation, kHasMissing>(field, block + field.offset, sums, present);
@@ -125,6 +119,27 @@ void NeighborSearch::Compare(const double* block, Lanes& keys) const {
     const double weight = kHasMissing ? present[i] : fPresentWeight;
     keys[i] = weight > 0 ? sign * (fMissingWeight / weight) * sums[i] : kNotComparable;
   }
+}
+
+// The usual case.  Written out lane by lane, so that the sums stay in registers from field to field.
+template <Aggregation kAggregation, bool kHasMissing, std::size_t... kLane>
+void NeighborSearch::ComparePlain(const double* block, Lanes& sums, Lanes& present,
+                                  std::index_sequence<kLane...>) const {
+  Lanes inSums{};
+  Lanes inPresent{};
+  const double power = fMeasure.power;
+  for (const ActiveField& field : fActive) {
+    const double* const values = block + field.offset;
+    const auto add = [&](double other, double& sum, double& weight) {
+      const bool isMissing = kHasMissing && std::isnan(other);
+      const double term = Term<kAggregation>(std::abs(field.value - other), field.weight, power);
+      sum = Join<kAggregation>(sum, isMissing ? 0 : term);
+      if constexpr (kHasMissing) weight += isMissing ? 0 : field.missingWeight;
+    };
+    (add(values[kLane], inSums[kLane], inPresent[kLane]), ...);
+  }
+  sums = inSums;
+  present = inPresent;
 }
 
 template <Aggregation kAggregation, bool kHasMissing>

@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "nearestneighbor/InstanceMatrix.h"
@@ -62,6 +63,8 @@ class NeighborSearch {
   void Scan();
   template <Aggregation kAggregation, bool kHasMissing>
   void Compare(const double* block, Lanes& keys) const;
+  template <Aggregation kAggregation, bool kHasMissing, std::size_t... kLane>
+  void ComparePlain(const double* block, Lanes& sums, Lanes& present, std::index_sequence<kLane...>) const;
   template <Aggregation kAggregation, bool kHasMissing>
   void CompareField(const ActiveField& field, const double* values, Lanes& sums, Lanes& present) const;
   void ScanBinary();

@@ -74,12 +74,16 @@ void AddRowOptions(CLI::App& command, RowOptions& rows) {
   command.add_flag("--quiet", rows.quiet, "No line of progress, no line at the end");
 }
 
-void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog) {
+void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog, std::string& auxPath) {
   command.add_option("MODEL", model, "The PMML document, packed by gzip or not")->type_name(" ")->required();
   command
       .add_option("--catalog", catalog,
                   "The catalogue of model names (default: modeldll.txt here, else the installed one)")
       ->type_name("FILE");
+  command
+      .add_option("--aux", auxPath,
+                  "The file with the training data of a nearest-neighbour model that holds none itself")
+      ->type_name("PATH");
 }
 
 void AddLenient(CLI::App& command, bool& isLenient) {
@@ -101,7 +105,7 @@ void AddCellRules(CLI::App& command, CellRules& cells) {
 void AddScore(CLI::App& app, Options& options) {
   ScoreOptions& score = options.score;
   CLI::App* command = app.add_subcommand("score", "Score the rows of a CSV file with a model");
-  AddModelOptions(*command, score.model, score.catalog);
+  AddModelOptions(*command, score.model, score.catalog, score.auxPath);
   AddRowOptions(*command, score.rows);
   AddLenient(*command, score.isLenient);
   AddCellRules(*command, score.cells);
@@ -163,7 +167,7 @@ void AddInspect(CLI::App& app, Options& options) {
 
 void AddDoctor(CLI::App& app, Options& options) {
   CLI::App* command = app.add_subcommand("doctor", "Say all that keeps a document from being scored");
-  AddModelOptions(*command, options.doctor.model, options.doctor.catalog);
+  AddModelOptions(*command, options.doctor.model, options.doctor.catalog, options.doctor.auxPath);
   command->footer("Example:\n  veyra doctor model.pmml && veyra score model.pmml data.csv\n\n" +
                   ListAdaptations());
   command->callback([&options] { options.status = RunDoctor(options.doctor); });

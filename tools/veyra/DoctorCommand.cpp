@@ -90,6 +90,11 @@ constexpr std::string_view kOtherElements[] = {
     "AssociationModelLattice",
     "RegressionTable",
     "ScoreDistribution",
+    "TrainingInstances",
+    "InstanceFields",
+    "InstanceField",
+    "KNNInputs",
+    "KNNInput",
 };
 
 // Whether elements below this one are the writer's own.
@@ -141,7 +146,7 @@ struct Places {
 class Doctor {
  public:
   Doctor(const DoctorOptions& options, std::string& out)
-      : fLibrary(options.catalog), fPath(options.model), fOut(out) {}
+      : fLibrary(options.catalog), fPath(options.model), fAuxPath(options.auxPath), fOut(out) {}
 
   ExitStatus Run() {
     fDocument = std::make_unique<ParsedDocument>(fPath, ParsedDocument::Extent::kWhole);
@@ -265,7 +270,7 @@ class Doctor {
   std::vector<VYException> Try() {
     std::vector<VYException> refusals;
     try {
-      fModel = fLibrary.MakeModel(fDocument->Serialise());
+      fModel = fLibrary.MakeModel(fDocument->Serialise(), fAuxPath);
     } catch (const VYException& exception) {
       refusals.push_back(exception);
       const auto id = static_cast<MessageId>(exception.GetErrorCode());
@@ -340,6 +345,7 @@ class Doctor {
 
   LibrarySession fLibrary;
   std::string fPath;
+  std::string fAuxPath;
   std::string& fOut;
   std::unique_ptr<ParsedDocument> fDocument;
   std::unique_ptr<ScoreModel> fModel;

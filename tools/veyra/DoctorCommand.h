@@ -12,6 +12,7 @@ namespace VeyraTool {
 struct DoctorOptions {
   std::string model;
   std::string catalog;
+  std::string auxPath;  // of data that belongs to the document
 };
 
 // Writes everything that keeps the document from being scored to standard output, and the columns that its

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "translate/DomReader.h"
+#include "translate/PMMLModelTags.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ByteSource.h"
 #include "veyra/ElementPath.h"
@@ -17,6 +18,7 @@
 
 namespace VeyraTool {
 
+namespace Tags = KxVeyra_940::PMMLModelTags;
 using KxVeyra_940::ModelFactory;
 using KxVeyra_940::ScoreModel;
 using KxVeyra_940::VYException;
@@ -67,6 +69,13 @@ void WarnOfVersion(const std::string& path, const ScoreModel& model) {
   std::fprintf(stderr,
                "veyra: %s: warning: version %s is newer than PMML %d.%d, which is all that is known here\n",
                path.c_str(), version.c_str(), kNewestMajor, kNewestMinor);
+}
+
+// One line when a path was given that the model has no use for.
+void WarnOfAuxPath(const std::string& path, const std::string& auxPath, const ScoreModel& model) {
+  if (auxPath.empty() || model.GetModelKind() == Tags::XML_ELE_KNNMODEL) return;
+  std::fprintf(stderr, "veyra: %s: warning: a %s does not use --aux\n", path.c_str(),
+               model.GetModelKind().c_str());
 }
 
 }  // namespace
@@ -142,18 +151,22 @@ LibrarySession::LibrarySession(const std::string& catalogPath) : fCatalogPath(Ch
 
 LibrarySession::~LibrarySession() { ModelFactory::Terminate(); }
 
-std::unique_ptr<ScoreModel> LibrarySession::MakeModel(std::string_view text) const {
+std::unique_ptr<ScoreModel> LibrarySession::MakeModel(std::string_view text,
+                                                      const std::string& auxPath) const {
   MemoryStream in(text);
   return std::unique_ptr<ScoreModel>(
-      ModelFactory::MakeModelFromXML(in, ModelFactory::fModelNames, std::string()));
+      ModelFactory::MakeModelFromXML(in, ModelFactory::fModelNames, std::string(), auxPath));
 }
 
-std::unique_ptr<ScoreModel> LibrarySession::MakeModelOfFile(const std::string& path) const {
-  if (IsPacked(path)) return MakeModel(ReadWhole(path));
-  return std::unique_ptr<ScoreModel>(ModelFactory::MakeModelFromXML(path, fCatalogPath, std::string()));
+std::unique_ptr<ScoreModel> LibrarySession::MakeModelOfFile(const std::string& path,
+                                                            const std::string& auxPath) const {
+  if (IsPacked(path)) return MakeModel(ReadWhole(path), auxPath);
+  return std::unique_ptr<ScoreModel>(
+      ModelFactory::MakeModelFromXML(path, fCatalogPath, std::string(), auxPath));
 }
 
-LoadedModel LibrarySession::LoadModel(const std::string& path, bool isLenient) const {
+LoadedModel LibrarySession::LoadModel(const std::string& path, const std::string& auxPath,
+                                      bool isLenient) const {
   LoadedModel loaded;
   try {
     std::vector<Applied> adapted;
@@ -166,15 +179,16 @@ LoadedModel LibrarySession::LoadModel(const std::string& path, bool isLenient) c
     for (const Applied& one : adapted) {
       std::fprintf(stderr, "veyra: %s: adapted: %s\n", path.c_str(), Describe(one).c_str());
     }
-    loaded.model = text.empty() ? MakeModelOfFile(path) : MakeModel(text);
+    loaded.model = text.empty() ? MakeModelOfFile(path, auxPath) : MakeModel(text, auxPath);
     if (loaded.model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
     loaded.keepsHistory = HoldsLag(text.empty() ? ReadWhole(path) : text);
   } catch (const VYException& exception) {
     throw CommandFailure(kModelRefused,
                          ExplainRefusal(path, exception, isLenient,
-                                        [this](std::string_view document) { MakeModel(document); }));
+                                        [&](std::string_view document) { MakeModel(document, auxPath); }));
   }
   WarnOfVersion(path, *loaded.model);
+  WarnOfAuxPath(path, auxPath, *loaded.model);
   return loaded;
 }
 

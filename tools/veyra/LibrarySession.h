@@ -39,13 +39,15 @@ class LibrarySession {
   // Makes the model of the document, which may be packed by gzip.  `isLenient`: the document is adapted
   // first, and what was adapted is said on standard error.  Throws CommandFailure with all that can be said
   // about a refusal: the library's message, the parser's reason, the element's path, what --lenient would do.
-  LoadedModel LoadModel(const std::string& path, bool isLenient) const;
+  // `auxPath` names the file with data that belongs to the document; empty when there is none.
+  LoadedModel LoadModel(const std::string& path, const std::string& auxPath, bool isLenient) const;
 
   // Makes the model of a document in memory.  Throws VYException.
-  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModel(std::string_view text) const;
+  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModel(std::string_view text, const std::string& auxPath) const;
 
  private:
-  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModelOfFile(const std::string& path) const;
+  std::unique_ptr<KxVeyra_940::ScoreModel> MakeModelOfFile(const std::string& path,
+                                                           const std::string& auxPath) const;
 
   std::string fCatalogPath;
 };

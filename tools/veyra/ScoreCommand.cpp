@@ -91,7 +91,7 @@ class ScoreWorker : public RowWorker {
 
 ExitStatus RunScore(const ScoreOptions& options) {
   const LibrarySession library(options.catalog);
-  const LoadedModel loaded = library.LoadModel(options.model, options.isLenient);
+  const LoadedModel loaded = library.LoadModel(options.model, options.auxPath, options.isLenient);
   const std::unique_ptr<ScoreModel>& model = loaded.model;
   RowPipeline rows(loaded.keepsHistory ? WithOneThread(options.rows, options.model) : options.rows);
   CaseLayout layout(rows.GetDataName(), rows.GetHeader(), options.cells);

@@ -14,6 +14,7 @@ namespace VeyraTool {
 struct ScoreOptions {
   std::string model;
   std::string catalog;
+  std::string auxPath;     // of data that belongs to the document
   bool isLenient = false;  // documents are adapted before the library sees them
   RowOptions rows;
   CellRules cells;
