@@ -3,7 +3,7 @@
 #include <variant>
 
 #include "AllocationCounter.h"
-#include "plugins/Scoring.h"
+#include "plugins/NeighborDocument.h"
 
 namespace {
 
@@ -77,6 +77,38 @@ void Fill(CaseRecord& record, const std::vector<Cell>& cells) {
   }
 }
 
+using Cases = std::vector<std::pair<const char*, std::vector<Cell>>>;
+
+// Scores the cases once, then again, and expects nothing to be allocated the second time, and equal answers.
+void ExpectNoAllocations(const std::string& document, const std::string& modelName,
+                         const std::vector<std::string>& fields, const Cases& cases) {
+  SCOPED_TRACE(document);
+  const AllocationCounter ofLoading;
+  const std::unique_ptr<ScoreModel> model = MakeModel(document, modelName);
+  ASSERT_GT(ofLoading.Count(), 0) << "allocations of the library are not counted";
+  CaseRecord record(static_cast<int>(fields.size()));
+  for (const std::string& name : fields) record.Add(name, nullptr);
+  ASSERT_TRUE(model->PrepareForCases(record).IsOK());
+  const std::unique_ptr<ScoreResult> result(model->NewResult());
+  std::vector<std::string> cold;
+  for (const auto& [what, cells] : cases) {
+    Fill(record, cells);
+    model->Score(record, *result);
+    cold.push_back(Answer(*result));
+  }
+  EXPECT_NE(cold[0], cold[1]);
+  auto before = cold.begin();
+  for (const auto& [what, cells] : cases) {
+    SCOPED_TRACE(what);
+    const AllocationCounter counter;
+    Fill(record, cells);
+    model->Score(record, *result);
+    const long allocations = counter.Count();
+    EXPECT_EQ(allocations, 0);
+    EXPECT_EQ(Answer(*result), *before++);
+  }
+}
+
 TEST(Allocations, NoneForAWarmCase) {
   const std::string outputs =
       "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/>"
@@ -86,7 +118,7 @@ TEST(Allocations, NoneForAWarmCase) {
       "<Output>" + outputs + "<OutputField name='p' feature='probability'/></Output>" +
       Tables("targetCategory='no'") + "<RegressionTable intercept='0' targetCategory='" + kYes + "'/>";
   // x, grade, color, day, amount, answer
-  const std::pair<const char*, std::vector<Cell>> cases[] = {
+  const Cases cases = {
       {"complete", {3., 1., kRed, Day{10}, 5., kYes}},
       {"the other answer", {-50., 1., kBlue, Day{1}, 5., "no"}},
       {"missing cells and the actual value too", {kEmpty, kEmpty, kEmpty, kEmpty, kEmpty, kEmpty}},
@@ -97,34 +129,39 @@ TEST(Allocations, NoneForAWarmCase) {
       {"beyond the bound", {70., 2., kRed, Day{10}, 5., kYes}},
       {"an actual value of no category", {3., 2., kBlue, Day{10}, 5., kGreen}},
   };
+  const std::vector<std::string> fields = {"x", "grade", "color", "day", "amount", "answer"};
   for (const std::string& document :
        {Document("regression", "amount", number), Document("classification", "answer", category)}) {
-    SCOPED_TRACE(document);
-    const AllocationCounter ofLoading;
-    const std::unique_ptr<ScoreModel> model = MakeModel(document, "RegressionModel");
-    ASSERT_GT(ofLoading.Count(), 0) << "allocations of the library are not counted";
-    CaseRecord record(6);
-    for (const char* name : {"x", "grade", "color", "day", "amount", "answer"}) record.Add(name, nullptr);
-    ASSERT_TRUE(model->PrepareForCases(record).IsOK());
-    const std::unique_ptr<ScoreResult> result(model->NewResult());
-    std::vector<std::string> cold;
-    for (const auto& [what, cells] : cases) {
-      Fill(record, cells);
-      model->Score(record, *result);
-      cold.push_back(Answer(*result));
-    }
-    EXPECT_NE(cold[0], cold[1]);
-    auto before = cold.begin();
-    for (const auto& [what, cells] : cases) {
-      SCOPED_TRACE(what);
-      const AllocationCounter counter;
-      Fill(record, cells);
-      model->Score(record, *result);
-      const long allocations = counter.Count();
-      EXPECT_EQ(allocations, 0);
-      EXPECT_EQ(Answer(*result), *before++);
-    }
+    ExpectNoAllocations(document, "RegressionModel", fields, cases);
   }
+}
+
+TEST(Allocations, NoneForTheNeighborsOfAWarmCase) {
+  const Cases cases = {
+      {"a case", {0., 1., "a"}},
+      {"another one", {6., 8., "b"}},
+      {"missing cells", {kEmpty, kEmpty, "a"}},
+      {"nothing to compare", {kEmpty, kEmpty, kEmpty}},
+      {"an unlisted category", {3., 4., kGreen}},
+      {"an invalid value", {5000., 4., "a"}},
+  };
+  NeighborDocument document;
+  document.inputs = "<KNNInput field='x'/><KNNInput field='z'/><KNNInput field='c' compareFunction='delta'/>";
+  for (std::size_t id = document.rows.find("<id>"); id != std::string::npos;
+       id = document.rows.find("<id>", id + 9))
+    document.rows.insert(id + 4, kYes);
+  document.content =
+      "<Output><OutputField name='id' feature='entityId' rank='2'/>"
+      "<OutputField name='d' feature='affinity' rank='2'/></Output>";
+  ExpectNoAllocations(document.Text(), kNeighborModel, {"x", "z", "c"}, cases);
+  document.attributes =
+      "functionName='mixed' numberOfNeighbors='3' continuousScoringMethod='median' "
+      "categoricalScoringMethod='weightedMajorityVote'";
+  document.targets = "<MiningField name='k' usageType='target'/><MiningField name='y' usageType='target'/>";
+  document.content =
+      "<Output><OutputField name='y' targetField='y'/><OutputField name='p' feature='probability'/>"
+      "<OutputField name='id' feature='entityId'/></Output>";
+  ExpectNoAllocations(document.Text(), kNeighborModel, {"x", "z", "c"}, cases);
 }
 
 }  // namespace
