@@ -6,6 +6,7 @@
 
 #include "common/Keywords.h"
 #include "data/DateTimeValue.h"
+#include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
@@ -42,12 +43,10 @@ double NumberOf(const ScoreDictVar& var, const ScoreValue& value) {
 }
 
 // A calendar text, or the number of the field's representation.
-std::unique_ptr<ScoreValue> DateOf(const ScoreDictVar& var, const std::string& text) {
+double ReadDate(const ScoreDictVar& var, const std::string& text) {
   double number = 0;
-  if (DateTimeValue::ParseDouble(BaseTranslator::TrimBlanks(text), number))
-    return std::make_unique<DateTimeValue>(number, var.GetDateTimeType());
-  return std::make_unique<DateTimeValue>(BaseTranslator::VerifyDateTime(text, var.GetDateTimeType()),
-                                         var.GetDateTimeType());
+  if (DateTimeValue::ParseDouble(BaseTranslator::TrimBlanks(text), number)) return number;
+  return BaseTranslator::VerifyDateTime(text, var.GetDateTimeType());
 }
 
 // By category: of equal votes, most instances win, then the smallest value.
@@ -177,19 +176,30 @@ std::string InstanceReader::PlaceOf(const TrainingRow& row, std::size_t column) 
   return " (" + row.place + ", column '" + fColumns[column] + "')";
 }
 
-// Null for a missing cell.
-std::unique_ptr<ScoreValue> InstanceReader::ValueOf(const TrainingRow& row, const ScoreDictVar& var,
-                                                    std::size_t column) const {
+// Of a number or a date, in the representation of the field.  REQUIRES: the cell is not missing.
+double InstanceReader::NumberAt(const TrainingRow& row, const ScoreDictVar& var, std::size_t column) const {
   const XMLCh* const text = row.cells[column];
-  if (text == nullptr) return nullptr;
+  const bool isDate = var.GetVarType() == ScoreDictVar::kDATETIME_VAR;
   try {
-    if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR) return DateOf(var, KxXML_940::ToUTF8(text));
-    return std::unique_ptr<ScoreValue>(fTranslator.CarefullyMakeVarValue(&var, text));
+    return isDate ? ReadDate(var, KxXML_940::ToUTF8(text)) : BaseTranslator::VerifyDouble(text);
   } catch (const VYException&) {
-    const bool isDate = var.GetVarType() == ScoreDictVar::kDATETIME_VAR;
     RaiseWithDetail(MessageId::kInvalidValueOfType,
                     {KxXML_940::ToUTF8(text), isDate ? "dateTime" : Tags::XML_VAL_DOUBLE},
                     PlaceOf(row, column));
+  }
+}
+
+// Null for a missing cell.
+std::unique_ptr<ScoreValue> InstanceReader::ValueOf(const TrainingRow& row, const ScoreDictVar& var,
+                                                    std::size_t column) const {
+  if (row.cells[column] == nullptr) return nullptr;
+  switch (var.GetVarType()) {
+    case ScoreDictVar::STRING_VAR:
+      return std::make_unique<StringValue>(fTranslator.BaseTranslator::ToString(row.cells[column]));
+    case ScoreDictVar::kDATETIME_VAR:
+      return std::make_unique<DateTimeValue>(NumberAt(row, var, column), var.GetDateTimeType());
+    default:
+      return std::make_unique<NumericValue>(NumberAt(row, var, column));
   }
 }
 
@@ -220,9 +230,25 @@ void InstanceReader::TakeTransformed(const TrainingRow& row) {
   }
 }
 
+void InstanceReader::FillSlot(const TrainingRow& row, const InputColumn& input, int slot) {
+  const ScoreDictVar& var = *input.var;
+  fRecord.Clear(slot);
+  if (row.cells[input.column] == nullptr) return;
+  switch (var.GetVarType()) {
+    case ScoreDictVar::STRING_VAR:
+      fRecord.SetText(slot, fTranslator.BaseTranslator::ToString(row.cells[input.column]));
+      return;
+    case ScoreDictVar::kDATETIME_VAR:
+      fRecord.SetValue(slot, NumberAt(row, var, input.column), var.GetDateTimeType());
+      return;
+    default:
+      fRecord.SetValue(slot, NumberAt(row, var, input.column));
+  }
+}
+
 void InstanceReader::TakeFields(const TrainingRow& row) {
-  for (std::size_t i = 0; i < fInputs.size(); ++i)
-    fRecord.Add(fInputs[i].var->GetName(), ValueOf(row, *fInputs[i].var, fInputs[i].column).release());
+  int slot = 0;
+  for (const InputColumn& input : fInputs) FillSlot(row, input, slot++);
   if (fReading->LearnInputs(fRecord) != Inputs::Outcome::kInvalid) return;
   const std::string invalid = fReading->GetInputs().FindInvalid(fRecord);
   const ScoreValue* const value = fRecord.Get(invalid);

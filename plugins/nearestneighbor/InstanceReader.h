@@ -53,6 +53,8 @@ class InstanceReader {
   void TakeRow(const TrainingRow& row);
   void TakeTransformed(const TrainingRow& row);
   void TakeFields(const TrainingRow& row);
+  void FillSlot(const TrainingRow& row, const InputColumn& input, int slot);
+  double NumberAt(const TrainingRow& row, const ScoreDictVar& var, std::size_t column) const;
   void TakeTarget(const TrainingRow& row, Target& target) const;
   std::unique_ptr<ScoreValue> ValueOf(const TrainingRow& row, const ScoreDictVar& var,
                                       std::size_t column) const;
