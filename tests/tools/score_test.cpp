@@ -262,4 +262,33 @@ TEST(Veyra, EqualsTheTrainingProgram) {
   }
 }
 
+// The training data stand in a file beside the document.
+TEST(Veyra, TakesAnAuxiliaryPath) {
+  const TemporaryDirectory files;
+  const std::string base = Document("diabetes_neighbors");
+  const std::string model = base + ".pmml";
+  const std::string training = base + ".training.csv";
+  const ProgramRun without = RunProgram({"score", model, base + ".csv"});
+  EXPECT_EQ(without.status, 2);
+  EXPECT_EQ(without.out, "");
+  const std::string refusal =
+      "veyra: " + model + ": error 260174: Require 'auxiliary path' in 'TableLocator'.\n";
+  EXPECT_TRUE(without.err.starts_with(refusal)) << without.err;
+  const std::string cutShort = files.Write("short.csv", ReadFile(training).substr(0, 5000));
+  const ProgramRun cut = RunProgram({"score", model, base + ".csv", "--aux", cutShort});
+  EXPECT_EQ(cut.status, 2);
+  EXPECT_NE(cut.err.find(cutShort + ", line "), std::string::npos) << cut.err;
+  const ProgramRun doctor = RunProgram({"doctor", model, "--aux", training});
+  EXPECT_EQ(doctor.status, 0) << doctor.out;
+  EXPECT_EQ(doctor.out.find("unknown element"), std::string::npos) << doctor.out;
+  EXPECT_EQ(RunProgram({"doctor", model}).status, 2);
+  const ProgramRun inspect = RunProgram({"inspect", model});
+  EXPECT_NE(inspect.out.find("NearestNeighborModel 'diabetes_neighbors', regression\n"), std::string::npos);
+  const ProgramRun unused =
+      RunProgram({"score", Document("iris.pmml"), "--aux", training}, ReadFile(Document("iris.csv")));
+  EXPECT_EQ(unused.status, 0);
+  EXPECT_NE(unused.err.find("warning: a RegressionModel does not use --aux"), std::string::npos)
+      << unused.err;
+}
+
 }  // namespace
