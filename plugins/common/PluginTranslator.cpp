@@ -1,5 +1,6 @@
 #include "common/PluginTranslator.h"
 
+#include "data/StringValue.h"
 #include "error/Raise.h"
 #include "factory/VersionInfo.h"
 #include "transform/TransformVar.h"
@@ -234,6 +235,18 @@ int PluginTranslator::FindNumber(const DOMElement& element, const char* attribut
   if (var.GetVarType() == ScoreDictVar::STRING_VAR) Raise(MessageId::kNumericRequired, {var.GetName()});
   model.GetInputs().UseAsNumber(index);
   return index;
+}
+
+std::unique_ptr<ScoreValue> PluginTranslator::ReadTargetCategory(const DOMElement& element,
+                                                                 const char* attribute,
+                                                                 const ScoreDictVar* target) const {
+  const XMLCh* text = RequiredAttribute(element, attribute);
+  if (target == nullptr) return std::make_unique<StringValue>(BaseTranslator::ToString(text));
+  std::unique_ptr<ScoreValue> category(CarefullyMakeVarValue(target, text));
+  if (!target->IsValidValue(category.get())) {
+    Raise(MessageId::kValueNotInValueList, {ToString(text), target->GetName()});
+  }
+  return category;
 }
 
 }  // namespace KxVeyra_940::Plugin

@@ -68,6 +68,11 @@ class PluginTranslator : public PMMLTranslator {
   // The same for an input that is read as a number; it is marked so.  Raises 260187 for a string field.
   int FindNumber(const xercesc::DOMElement& element, const char* attribute, PluginModel& model);
 
+  // The category of the target that the attribute names, a text without a target, which may be null.  Raises
+  // 260120 without the attribute, 260127 for a value that the target does not list.
+  std::unique_ptr<ScoreValue> ReadTargetCategory(const xercesc::DOMElement& element, const char* attribute,
+                                                 const ScoreDictVar* target) const;
+
  private:
   const xercesc::DOMElement& FindModelElement(const xercesc::DOMElement& root) const;
   void SetEncoding(const std::string& encoding);

@@ -1,7 +1,6 @@
 // From the values of the regression equations to a prediction or to probabilities.
 //
-// Sources: the normalisation methods of the PMML standard's RegressionModel; the functions are written so
-// that neither tail overflows or cancels (the complement of a probability is computed, never 1 minus it).
+// Source: the normalisation methods of the PMML standard's RegressionModel; common/Links.h has the functions.
 
 #ifndef VEYRA_PLUGINS_REGRESSION_NORMALIZATION_H_
 #define VEYRA_PLUGINS_REGRESSION_NORMALIZATION_H_
@@ -12,9 +11,8 @@ namespace KxVeyra_940::Plugin {
 
 enum class Normalization { kNone, kSimplemax, kSoftmax, kLogit, kProbit, kCloglog, kExp, kLoglog, kCauchit };
 
-// F(y), and 1 - F(y), of the method.  Softmax and simplemax of one equation are the logistic function.
+// F(y) of the method.  Softmax and simplemax of one equation are the logistic function.
 double InverseLink(Normalization method, double y);
-double InverseLinkComplement(Normalization method, double y);
 
 // Replaces the equations' values of all categories, in the model's order, by probabilities; false when they
 // give none (a sum of 0, a value that is not finite).

@@ -4,7 +4,6 @@
 #include <unordered_map>
 
 #include "common/Keywords.h"
-#include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
@@ -127,7 +126,7 @@ RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(co
   const ScoreDictVar* target = model.GetTargetVar();
   ForEachChildElement(&element, [&](const DOMElement& child) {
     if (!HasTag(child, Tags::XML_ELE_REGTABLE)) return;
-    std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, target);
+    std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, kTargetCategory, target);
     for (const auto& other : read.categories) {
       if (*other != *category) continue;
       Raise(MessageId::kDuplicateValueIn,
@@ -137,17 +136,6 @@ RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(co
     read.tables.push_back(ReadTable(child, model));
   });
   return read;
-}
-
-std::unique_ptr<ScoreValue> RegressionTranslator::ReadTargetCategory(const DOMElement& table,
-                                                                     const ScoreDictVar* target) const {
-  const XMLCh* text = RequiredAttribute(table, kTargetCategory);
-  if (target == nullptr) return std::make_unique<StringValue>(BaseTranslator::ToString(text));
-  std::unique_ptr<ScoreValue> category(CarefullyMakeVarValue(target, text));
-  if (!target->IsValidValue(category.get())) {
-    Raise(MessageId::kValueNotInValueList, {ToString(text), target->GetName()});
-  }
-  return category;
 }
 
 // Brings the tables of an ordinal target into the order of its categories, and gives the one category that

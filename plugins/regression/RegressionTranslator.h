@@ -32,8 +32,6 @@ class RegressionTranslator final : public PluginTranslator {
   void BuildEquation(const xercesc::DOMElement& element, RegressionModel& model);
   void BuildEquations(const xercesc::DOMElement& element, RegressionModel& model);
   CategoryTables ReadCategoryTables(const xercesc::DOMElement& element, RegressionModel& model);
-  std::unique_ptr<ScoreValue> ReadTargetCategory(const xercesc::DOMElement& table,
-                                                 const ScoreDictVar* target) const;
   static void CompleteFromDictionary(const ScoreDictVar& target, bool isOrdinal, CategoryTables& tables);
 };
 
