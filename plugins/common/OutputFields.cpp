@@ -68,6 +68,8 @@ constexpr OutputFields::FeatureRow OutputFields::kFeatures[] = {
      PluginResult::kAffinities},
     {"affinity", ScoreResultField::kEntityAffinity, Feature::kAffinity, false, PluginResult::kAffinities},
     {"confidence", ScoreResultField::kNoFeature, Feature::kConfidence, true, PluginResult::kConfidences},
+    {"standardError", ScoreResultField::kStandardError, Feature::kStandardError, false,
+     PluginResult::kStandardErrors},
 };
 
 bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& answer, unsigned extras) {
@@ -212,6 +214,8 @@ void OutputFields::FillField(int index, const PluginResult& answer, const ScoreC
       return FillEntity(index, result);
     case Feature::kResidual:
       return FillResidual(index, answer, record, result);
+    case Feature::kStandardError:
+      return result.SetOutputNumber(index, answer.GetStandardError());
     case Feature::kNone:
       return;
   }

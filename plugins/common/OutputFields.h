@@ -46,6 +46,7 @@ class OutputFields {
     kEntityId,
     kAffinity,
     kConfidence,
+    kStandardError,
   };
   struct FeatureRow;
   struct Field {

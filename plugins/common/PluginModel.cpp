@@ -136,7 +136,9 @@ CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& a
 void PluginModel::ApplyRules(PluginResult& answer) const {
   for (std::size_t i = 0; i < fTargets.size(); ++i) {
     PluginResult& of = answer.OfTarget(static_cast<int>(i));
-    if (of.HasPredictedNumber()) of.SetPredictedNumber(fTargets[i].rules.Apply(of.GetPredictedNumber()));
+    if (!of.HasPredictedNumber()) continue;
+    of.SetPredictedNumber(fTargets[i].rules.Apply(of.GetPredictedNumber()));
+    of.SetStandardError(fTargets[i].rules.ApplyToError(of.GetStandardError()));
   }
 }
 

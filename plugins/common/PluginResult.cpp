@@ -52,6 +52,7 @@ void PluginResult::Reset() {
   fPredictedCategory = -1;
   fProbability = NumericValue::gSysmisValue;
   fEntities.clear();
+  fStandardError = NumericValue::gSysmisValue;
   for (Category& category : fCategories) {
     category.probability = NumericValue::gSysmisValue;
     category.confidence = NumericValue::gSysmisValue;

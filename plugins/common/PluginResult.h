@@ -17,9 +17,10 @@ class PluginResult final : public ScoreResult {
  public:
   // What some model kinds give besides a value and probabilities.
   enum Extra : unsigned {
-    kEntityIds = 1,    // which part of the model decided
-    kConfidences = 2,  // of each category
-    kAffinities = 4,   // of the case to each part that decided
+    kEntityIds = 1,       // which part of the model decided
+    kConfidences = 2,     // of each category
+    kAffinities = 4,      // of the case to each part that decided
+    kStandardErrors = 8,  // of the predicted number
   };
 
   // A part of the model that decided: a node, a neighbour.
@@ -73,6 +74,9 @@ class PluginResult final : public ScoreResult {
   }
   // REQUIRES: rank > 0.  Null when there is none of that rank.
   const Entity* GetEntity(int rank) const;
+  // Of the predicted number; system-missing when there is none.
+  void SetStandardError(double error) { fStandardError = error; }
+  double GetStandardError() const { return fStandardError; }
   // The index of the predicted category, or -1.
   int GetPredictedCategory() const { return fPredictedCategory; }
   int FindCategory(const ScoreValue& value) const;  // -1 when there is none
@@ -107,6 +111,7 @@ class PluginResult final : public ScoreResult {
   double fProbability = NumericValue::gSysmisValue;
   unsigned fExtras = 0;
   std::vector<Entity> fEntities;  // by rank
+  double fStandardError = NumericValue::gSysmisValue;
   std::vector<Category> fCategories;
   std::vector<std::unique_ptr<Output>> fOutputs;  // at fixed addresses: values point inside
   std::vector<std::unique_ptr<PluginResult>> fFurther;

@@ -126,20 +126,31 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
   if (IsEqual(Attribute(element, Tags::XML_ATT_RM_IS_SCORABLE), "false")) {
     Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
   }
+  Frame frame;
+  frame.algorithm = BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_MODELALGO));
+  frame.function =
+      BaseModel::MiningFunctionFromString(ToString(RequiredAttribute(element, Tags::XML_ATT_FUNCTIONNAME)));
+  frame.invalidValues = ReadInvalidValues(*this, dataDictionary, *dictionary);
+  frame.schema = ReadMiningSchema(*this, element, *dictionary);
+  frame.dictionary = std::move(dictionary);
+  frame.transformations = std::move(transformations);
+  return BuildFrom(element, std::move(frame));
+}
+
+ScoreModel* PluginTranslator::BuildFrom(const DOMElement& element, Frame frame) {
   std::unique_ptr<PluginModel> model = NewModel();
-  fFields.emplace(*dictionary);
-  model->SetScoreDictionary(dictionary.release(), true);
+  fFields.emplace(*frame.dictionary);
+  model->SetScoreDictionary(frame.dictionary.release(), true);
   model->SetVersionInfo(std::make_unique<VersionInfo>(
                             BaseTranslator::ToString(Attribute(RootOf(element), Tags::XML_ATT_VERSION)))
                             .release());
-  model->SetAlgorithmName(BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_MODELALGO)));
-  model->SetMiningFunction(
-      BaseModel::MiningFunctionFromString(ToString(RequiredAttribute(element, Tags::XML_ATT_FUNCTIONNAME))));
-  AddFields(element, dataDictionary, *model);
+  model->SetAlgorithmName(std::move(frame.algorithm));
+  model->SetMiningFunction(frame.function);
+  AddFields(std::move(frame.schema), frame.invalidValues, *model);
   if (const DOMElement* targets = GetChildByTag(&element, Tags::XML_ELE_TARGETS)) {
     HandleTargets(targets, model->GetDictionary());
   }
-  AddDerivedFields(element, std::move(transformations), *model);
+  AddDerivedFields(element, std::move(frame.transformations), *model);
   BuildModel(element, *model);
   if (!fDerivedInputs.empty()) UseDerivedFields(*model);
   CompleteModel(element, *model);
@@ -184,11 +195,8 @@ void PluginTranslator::UseDerivedFields(PluginModel& model) const {
   model.UseTransformations();
 }
 
-void PluginTranslator::AddFields(const DOMElement& element, const DOMElement* dataDictionary,
+void PluginTranslator::AddFields(MiningSchema schema, const InvalidValuesByField& invalidValues,
                                  PluginModel& model) const {
-  ScoreDictionary& dictionary = *model.GetDictionary();
-  const InvalidValuesByField invalidValues = ReadInvalidValues(*this, dataDictionary, dictionary);
-  MiningSchema schema = ReadMiningSchema(*this, element, dictionary);
   model.GetInputs().Reserve(schema.size());
   for (MiningField& field : schema) {
     const std::string& name = field.var->GetName();

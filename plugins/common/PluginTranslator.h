@@ -49,6 +49,16 @@ class PluginTranslator : public PMMLTranslator {
                             xercesc::DOMElement* modelElement, const std::string& encoding) override;
 
  protected:
+  // What frames the mathematics of a model, whatever the vocabulary of its document.
+  struct Frame {
+    std::unique_ptr<ScoreDictionary> dictionary;
+    MiningSchema schema;  // of variables of the dictionary
+    InvalidValuesByField invalidValues;
+    std::unique_ptr<TransformationDictionary> transformations;  // null: those of the document
+    BaseModel::FUNCNAME_TYPE function = BaseModel::kNoMiningFunction;
+    std::string algorithm;
+  };
+
   // A new model of the element with its mathematics.  The target's variable is null when there is none.
   // The translator gives it its inputs beforehand and its output fields afterwards.
   virtual std::unique_ptr<PluginModel> NewModel() const = 0;
@@ -60,6 +70,11 @@ class PluginTranslator : public PMMLTranslator {
 
   // The path that came with the document; empty when there is none.
   const std::string& GetAuxPath() const { return fAuxPath; }
+
+  // Makes the transcoder of the document's texts, before anything of it is read.
+  void SetEncoding(const std::string& encoding);
+  // Builds the model of an element whose frame was read; the caller owns it.
+  ScoreModel* BuildFrom(const xercesc::DOMElement& element, Frame frame);
 
   // The index of the model's input that the element names by the attribute; a derived field becomes an input
   // when it is first named.  Raises 260125 for a name that is no field, 260161 for a field that is no active
@@ -75,7 +90,6 @@ class PluginTranslator : public PMMLTranslator {
 
  private:
   const xercesc::DOMElement& FindModelElement(const xercesc::DOMElement& root) const;
-  void SetEncoding(const std::string& encoding);
   // `transformations` are those that stand in place of the document's, null for none.
   ScoreModel* Build(const xercesc::DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
                     const xercesc::DOMElement* dataDictionary,
@@ -83,8 +97,7 @@ class PluginTranslator : public PMMLTranslator {
   void AddDerivedFields(const xercesc::DOMElement& element,
                         std::unique_ptr<TransformationDictionary> transformations, PluginModel& model);
   void UseDerivedFields(PluginModel& model) const;
-  void AddFields(const xercesc::DOMElement& element, const xercesc::DOMElement* dataDictionary,
-                 PluginModel& model) const;
+  void AddFields(MiningSchema schema, const InvalidValuesByField& invalidValues, PluginModel& model) const;
 
   const char* fModelTag;
   std::string fAuxPath;

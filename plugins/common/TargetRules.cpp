@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/Keywords.h"
+#include "data/NumericValue.h"
 #include "translate/BaseTranslator.h"
 #include "translate/PMMLModelTags.h"
 
@@ -54,6 +55,10 @@ double TargetRules::Apply(double number) const {
       break;
   }
   return rescaled;
+}
+
+double TargetRules::ApplyToError(double error) const {
+  return NumericValue::IsSystemMissingValue(error) ? error : error * std::fabs(factor);
 }
 
 TargetRules ReadTargetRules(const DOMElement& model, const ScoreDictVar* target) {

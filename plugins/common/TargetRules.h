@@ -16,6 +16,9 @@ struct TargetRules {
   // Bounds first, then number x factor + constant, then the cast to a whole number.  Halves round away from
   // zero.
   double Apply(double number) const;
+  // The standard error of the answer from that of the predicted number: rescaled, the rest leaves it alone.
+  // A missing one stays missing.
+  double ApplyToError(double error) const;
 
   double min = -std::numeric_limits<double>::infinity();
   double max = std::numeric_limits<double>::infinity();
