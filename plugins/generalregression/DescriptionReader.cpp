@@ -75,6 +75,14 @@ void DescriptionReader::ReadParameters() {
     fDescription.parameters.push_back(std::move(parameter));
   });
   if (fParameters.empty()) Raise(MessageId::kNoChildElement, {fWords.parameterList});
+  // Older documents list them together.
+  const DOMElement* points = FindExtension(fElement, Tags::XML_EXT_NAME_COXREG_REFERENCEPOINT);
+  ForEachChildElement(points, [&](const DOMElement& point) {
+    if (!HasTag(point, Tags::XML_EXT_ELE_COXREG_BASEPOINT)) return;
+    const int parameter = FindParameter(point, Tags::XML_EXT_ATT_COXREG_BASEPOINT_PARAMETERNAME);
+    fDescription.parameters[static_cast<std::size_t>(parameter)].referencePoint =
+        RequiredNumber(point, Tags::XML_ATT_VALUE);
+  });
 }
 
 int DescriptionReader::FindParameter(const DOMElement& element, const char* attribute) const {
