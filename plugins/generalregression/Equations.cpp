@@ -5,7 +5,6 @@
 #include <map>
 
 #include "error/Raise.h"
-#include "translate/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -176,7 +175,7 @@ TargetCategories OrderCategories(Description& description, const Vocabulary& wor
     ordered.reference = static_cast<std::size_t>(std::ranges::find(hasOwn, false) - hasOwn.begin());
   }
   if (!ordered.reference.has_value() && hasCommon && without > 0) {
-    Raise(MessageId::kRequiredIn, {PMMLModelTags::XML_ATT_TARGETREFCATEGORY, words.model});
+    Raise(MessageId::kRequiredIn, {words.referenceCategory, words.model});
   }
   // Each threshold of an ordered model is its own.
   const bool needsOwn = isOrdered || !hasCommon;

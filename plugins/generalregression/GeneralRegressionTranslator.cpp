@@ -160,7 +160,7 @@ void GeneralRegressionTranslator::BuildCategories(const Settings& settings, cons
     Raise(MessageId::kMoreThanTwo, {words.targetCategory, Tags::XML_VAL_MT_GDLIN});
   }
   if (isOneOfTwo && !categories.reference.has_value()) {
-    Raise(MessageId::kRequiredIn, {Tags::XML_ATT_TARGETREFCATEGORY, words.model});
+    Raise(MessageId::kRequiredIn, {words.referenceCategory, words.model});
   }
   // The reference of a multinomial model has an equation that is 0.
   std::vector<bool> hasEquation(count, true);

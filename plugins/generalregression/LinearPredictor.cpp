@@ -33,12 +33,17 @@ void Sort(Column& column) {
 }
 
 std::size_t RowsOf(const Column& column) {
+  constexpr std::size_t kMore = std::size_t{1} << 40;
   std::size_t rows = 1;
-  for (const Column::Factor& factor : column.factors) {
-    rows *= factor.codes + 1;
-    if (rows > LinearPredictor::kLargestTable) break;
-  }
+  for (const Column::Factor& factor : column.factors) rows = std::min(rows * (factor.codes + 1), kMore);
   return rows;
+}
+
+// Tables of a few kilobytes always pay; larger ones when enough of their rows come from the document.
+bool DeservesTable(std::size_t rows, std::size_t equations, std::size_t terms) {
+  constexpr std::size_t kSmall = 4096;
+  constexpr std::size_t kRowsPerTerm = 16;
+  return rows * equations <= kSmall || rows <= kRowsPerTerm * terms;
 }
 
 // Adds weight x betas of one column to the rows of its table, going through the codes of its factors from
@@ -91,20 +96,20 @@ double Column::Of(const CaseValues& values) const {
 }
 
 LinearPredictor::LinearPredictor(std::vector<Term> terms, std::size_t equations) : fConstants(equations) {
-  std::map<Signature, std::vector<const Term*>> groups;
+  std::map<Signature, std::vector<Term*>> groups;
   for (Term& term : terms) {
     Sort(term.column);
-    if (RowsOf(term.column) * equations > kLargestTable) {
-      fColumns.push_back(std::move(term));
-    } else {
-      groups[SignatureOf(term.column)].push_back(&term);
-    }
+    groups[SignatureOf(term.column)].push_back(&term);
   }
   for (const auto& [signature, group] : groups) {
     const auto& [powers, factors] = signature;
     const bool isNumber = factors.empty() && powers.size() == 1 && powers[0].exponent == 1;
     if (!isNumber && !(factors.empty() && powers.empty())) {
-      AddTable(group);
+      if (DeservesTable(RowsOf(group.front()->column), equations, group.size())) {
+        AddTable(group);
+      } else {
+        for (Term* term : group) fColumns.push_back(std::move(*term));
+      }
       continue;
     }
     if (isNumber) {
@@ -118,7 +123,7 @@ LinearPredictor::LinearPredictor(std::vector<Term> terms, std::size_t equations)
   }
 }
 
-void LinearPredictor::AddTable(const std::vector<const Term*>& terms) {
+void LinearPredictor::AddTable(const std::vector<Term*>& terms) {
   const Column& first = terms.front()->column;
   Table table{fPowers.size(), 0, fPlaces.size(), 0, fBetas.size()};
   fPowers.insert(fPowers.end(), first.powers.begin(), first.powers.end());

@@ -60,9 +60,6 @@ class LinearPredictor {
   // Sets the first GetEquations() numbers of `etas`.  Allocates nothing.
   void Evaluate(const CaseValues& values, std::vector<double>& etas) const;
 
-  // Products of more combinations of categories are computed column by column.
-  static constexpr std::size_t kLargestTable = 1 << 18;
-
  private:
   struct Number {
     std::size_t input;
@@ -79,7 +76,7 @@ class LinearPredictor {
     std::size_t betas;                 // where its rows begin in fBetas
   };
 
-  void AddTable(const std::vector<const Term*>& terms);
+  void AddTable(const std::vector<Term*>& terms);
 
   std::vector<double> fConstants;  // by equation
   std::vector<Number> fNumbers;    // columns that are one number
@@ -87,7 +84,7 @@ class LinearPredictor {
   std::vector<Column::Power> fPowers;
   std::vector<Place> fPlaces;
   std::vector<double> fBetas;
-  std::vector<Term> fColumns;  // what is too large for tables
+  std::vector<Term> fColumns;  // what tables would hold too thinly
   int fOffset = -1;
   std::vector<bool> fIsOffset;
 };

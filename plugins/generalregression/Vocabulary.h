@@ -28,6 +28,7 @@ struct Vocabulary {
   const char* predictorName;
   const char* parameterName;
   const char* targetCategory;
+  const char* referenceCategory;  // what tells which category is the reference
   const char* beta;
   const char* degreesOfFreedom;
   const char* rowParameter;

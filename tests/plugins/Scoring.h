@@ -64,6 +64,15 @@ inline std::string Answer(const ScoreResult& result) {
   return text;
 }
 
+// The result of one case, which the model is prepared for.
+inline std::unique_ptr<ScoreResult> Scored(ScoreModel& model, const std::string& data) {
+  const CaseRecord record = MakeCase(data);
+  model.PrepareForCases(record);
+  std::unique_ptr<ScoreResult> result(model.NewResult());
+  model.Score(record, *result);
+  return result;
+}
+
 // The probabilities of the categories in the model's order.
 inline std::vector<double> Probabilities(const ScoreResult& result) {
   std::vector<double> probabilities;

@@ -88,14 +88,6 @@ struct Row {
   const char* want;
 };
 
-std::unique_ptr<ScoreResult> Scored(ScoreModel& model, const char* data) {
-  const CaseRecord record = MakeCase(data);
-  model.PrepareForCases(record);
-  std::unique_ptr<ScoreResult> result(model.NewResult());
-  model.Score(record, *result);
-  return result;
-}
-
 template <std::size_t kCount>
 void ExpectAnswers(const Row (&rows)[kCount]) {
   for (const Row& row : rows) {

@@ -71,14 +71,6 @@ Document OfClass(const std::string& content, const std::string& attributes = "")
   return {.content = content, .attributes = "functionName='classification' " + attributes, .target = "class"};
 }
 
-std::unique_ptr<ScoreResult> Scored(ScoreModel& model, const std::string& data) {
-  const CaseRecord record = MakeCase(data);
-  model.PrepareForCases(record);
-  std::unique_ptr<ScoreResult> result(model.NewResult());
-  model.Score(record, *result);
-  return result;
-}
-
 // "1" where a predicate is true, "0" where it is false, "?" where it is unknown, for each of the values; "-"
 // is an empty slot.
 std::string TruthTable(const std::string& field, const std::string& predicate, const std::string& values,
