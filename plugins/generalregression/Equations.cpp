@@ -19,17 +19,16 @@ std::size_t FindOrAdd(std::vector<std::unique_ptr<ScoreValue>>& values, std::uni
   return position;
 }
 
-// A factor's column of weights: 1 for its category, or its column of contrasts, where a category without a
-// row has no weight that is a number.
-Column::Factor MakeFactor(const Predictor& predictor, const DesignCell& cell, std::size_t codes) {
-  Column::Factor factor{predictor.input, codes, static_cast<std::size_t>(cell.category), {}};
-  if (predictor.columns == 0) return factor;
-  factor.weights.assign(codes + 1, kNoNumber);
+using Weights = std::shared_ptr<const std::vector<double>>;
+
+// A column of contrasts; a category without a row has no weight that is a number.
+Weights MakeWeights(const Predictor& predictor, std::size_t column, std::size_t codes) {
+  std::vector<double> weights(codes + 1, kNoNumber);
   for (std::size_t row = 0; row < predictor.categories.size(); ++row) {
-    const auto code = static_cast<std::size_t>(predictor.categories[row]);
-    factor.weights[code] = predictor.contrasts[row * predictor.columns + cell.column];
+    weights[static_cast<std::size_t>(predictor.categories[row])] =
+        predictor.contrasts[row * predictor.columns + column];
   }
-  return factor;
+  return std::make_shared<const std::vector<double>>(std::move(weights));
 }
 
 // The columns of every parameter, for one category of the target after the other.
@@ -49,7 +48,7 @@ class ColumnMaker {
   }
 
   // A cell of the category stands in place of one for all categories.
-  Column Make(std::size_t parameter, int targetCategory) const {
+  Column Make(std::size_t parameter, int targetCategory) {
     std::map<int, const DesignCell*> ofPredictor;
     for (const DesignCell* cell : fCells[parameter]) {
       if (cell->targetCategory == kEveryCategory) ofPredictor.emplace(cell->predictor, cell);
@@ -64,19 +63,27 @@ class ColumnMaker {
   }
 
  private:
-  void Add(const DesignCell& cell, Column& column) const {
+  void Add(const DesignCell& cell, Column& column) {
     const Predictor& predictor = fDescription.predictors[static_cast<std::size_t>(cell.predictor)];
     if (!predictor.isFactor) {
       column.powers.push_back({predictor.input, cell.exponent});
       return;
     }
     const auto codes = static_cast<std::size_t>(fInputs.GetCategories(predictor.input)->Size());
-    column.factors.push_back(MakeFactor(predictor, cell, codes));
+    Weights weights;
+    if (predictor.columns > 0) {
+      Weights& known = fWeights[{cell.predictor, cell.column}];
+      if (known == nullptr) known = MakeWeights(predictor, cell.column, codes);
+      weights = known;
+    }
+    column.factors.push_back(
+        {predictor.input, codes, static_cast<std::size_t>(cell.category), std::move(weights)});
   }
 
   const Description& fDescription;
   const Inputs& fInputs;
-  std::vector<std::vector<const DesignCell*>> fCells;  // by parameter
+  std::vector<std::vector<const DesignCell*>> fCells;       // by parameter
+  std::map<std::pair<int, std::size_t>, Weights> fWeights;  // by predictor and column
 };
 
 // Coefficients by parameter and equation; an estimate of a category stands in place of one for all.
@@ -116,7 +123,7 @@ class BetaTable {
 // `equations` by category of the description, -1 for none.
 LinearPredictor Make(const Description& description, const Inputs& inputs, const std::vector<int>& equations,
                      const std::vector<bool>& takesCommon) {
-  const ColumnMaker columns(description, inputs);
+  ColumnMaker columns(description, inputs);
   const BetaTable betas(description, equations, takesCommon);
   std::vector<LinearPredictor::Term> terms;
   for (std::size_t parameter = 0; parameter < description.parameters.size(); ++parameter) {
@@ -210,7 +217,7 @@ LinearPredictor MakeEquations(const Description& description, const Inputs& inpu
 }
 
 std::vector<Column> MakeColumns(const Description& description, const Inputs& inputs) {
-  const ColumnMaker maker(description, inputs);
+  ColumnMaker maker(description, inputs);
   std::vector<Column> columns;
   for (std::size_t parameter = 0; parameter < description.parameters.size(); ++parameter) {
     columns.push_back(maker.Make(parameter, kEveryCategory));

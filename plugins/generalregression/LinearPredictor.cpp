@@ -63,9 +63,10 @@ class TableFiller {
       return;
     }
     const auto& [input, codes, category, weights] = fTerm.column.factors[factor];
-    if (weights.empty()) return Fill(factor + 1, row + category * fStrides[factor], weight);
+    if (weights == nullptr) return Fill(factor + 1, row + category * fStrides[factor], weight);
     for (std::size_t code = 0; code <= codes; ++code) {
-      if (weights[code] != 0) Fill(factor + 1, row + code * fStrides[factor], weight * weights[code]);
+      const double own = (*weights)[code];
+      if (own != 0) Fill(factor + 1, row + code * fStrides[factor], weight * own);
     }
   }
 
@@ -80,8 +81,8 @@ class TableFiller {
 // A code of -1 is beyond every table.
 double Column::Factor::WeightOf(int code) const {
   const auto position = std::min(static_cast<std::size_t>(code), codes);
-  if (weights.empty()) return position == category ? 1 : 0;
-  return weights[position];
+  if (weights == nullptr) return position == category ? 1 : 0;
+  return (*weights)[position];
 }
 
 double Column::Of(const CaseValues& values) const {

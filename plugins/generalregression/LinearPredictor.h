@@ -10,6 +10,7 @@
 #define VEYRA_PLUGINS_GENERALREGRESSION_LINEARPREDICTOR_H_
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "common/Inputs.h"
@@ -28,9 +29,10 @@ struct Column {
   };
   struct Factor {
     int input;
-    std::size_t codes;            // of the input; every other code counts as this one
-    std::size_t category;         // the code that has weight 1, where no weights are given
-    std::vector<double> weights;  // by code, up to the one of all others
+    std::size_t codes;     // of the input; every other code counts as this one
+    std::size_t category;  // the code that has weight 1, where no weights are given
+    // By code, up to the one of all others; null: none are given.  Shared by the columns of one contrast.
+    std::shared_ptr<const std::vector<double>> weights;
 
     double WeightOf(int code) const;
   };

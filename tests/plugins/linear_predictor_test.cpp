@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -47,7 +48,9 @@ class Random {
   Column::Factor MakeFactor(int input, std::size_t codes) {
     Column::Factor factor{input, codes, static_cast<std::size_t>(Below(static_cast<int>(codes))), {}};
     if (Below(2) == 0) return factor;
-    for (std::size_t code = 0; code <= codes; ++code) factor.weights.push_back(Number());
+    std::vector<double> weights(codes + 1);
+    std::ranges::generate(weights, [this] { return Number(); });
+    factor.weights = std::make_shared<const std::vector<double>>(std::move(weights));
     return factor;
   }
 
