@@ -5,6 +5,7 @@
 
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
+#include "translate/ZENTModelTags.h"
 
 namespace KxVeyra_940 {
 
@@ -19,6 +20,7 @@ constexpr const char* kOtherChildren[] = {
 }  // namespace
 
 bool IsModelElement(const xercesc::DOMElement& childOfRoot) {
+  if (HasTag(childOfRoot, ZENTModelTags::XML_ELE_DICTIONARY.c_str())) return false;
   return std::none_of(std::begin(kOtherChildren), std::end(kOtherChildren),
                       [&](const char* tag) { return HasTag(childOfRoot, tag); });
 }
