@@ -59,7 +59,7 @@ TEST(Inspect, JsonForPrograms) {
   const auto want = nlohmann::json::parse(R"({
     "document": {"root": "PMML", "version": "4.4", "application": "Trainer", "applicationVersion": "1.2",
                  "description": "Wine", "timestamp": "2020-01-02"},
-    "models": [{"kind": "AnyModel", "name": "m", "function": "classification", "algorithm": "a"}],
+    "models": [{"kind": "AnyModel", "name": "m", "function": "classification", "algorithm": "a", "type": ""}],
     "fields": [
       {"name": "alcohol", "label": "by volume", "type": "double", "level": "continuous", "role": "active",
        "valid": [], "missing": ["-1"], "invalid": ["99"],
@@ -86,6 +86,51 @@ TEST(Inspect, TheLibrarysOwnDisplayReadsTheWholeDocument) {
       run.out.find("\n ############ Begin dictionary display ################ \nStart ScoreDictVar Display:"),
       0U);
   EXPECT_NE(run.out.find("Value: setosa;  Label: setosa\n"), std::string::npos);
+}
+
+// Behind the predictors there is anything: it is not even read.
+const char* const kZent =
+    "<zent-ml version='1.2'><dictionary><variable name='age' label='Years' storage-type='NUMERIC' "
+    "measurement-level='CONTINUOUS'><missing-values><category value='-1'/><range><category value='200'/>"
+    "<category value='999'/></range></missing-values></variable>"
+    "<variable name='sex' storage-type='STRING' measurement-level='NOMINAL'><categories>"
+    "<category value='f' display-value='female'/><category value='m'/></categories></variable>"
+    "<variable name='y' storage-type='NUMERIC' measurement-level='CONTINUOUS'/></dictionary>"
+    "<regression-model model-type='general-linear' target-variable-name='y'><parameter-list/>"
+    "<factor-list><predictor name='sex'/></factor-list><covariate-list/><pp-matrix>";
+
+TEST(Inspect, ZentDocuments) {
+  const TemporaryDirectory files;
+  const std::string model = files.Write("m.xml", std::string(kZent) + "</broken>");
+  EXPECT_EQ(RunProgram({"inspect", model}).out,
+            "zent-ml 1.2\nregression-model, type general-linear\n\nFields (3)\n"
+            "  name  type     level       role    values\n"
+            "  age   NUMERIC  CONTINUOUS  -       missing: -1, [200, 999]\n"
+            "  sex   STRING   NOMINAL     active  f = female, m\n"
+            "  y     NUMERIC  CONTINUOUS  target\n");
+  const auto json = nlohmann::json::parse(RunProgram({"inspect", "--json", model}).out);
+  EXPECT_EQ(json["models"][0]["type"], "general-linear");
+  const std::string whole = Document("general_regression/zent_linear.xml");
+  EXPECT_NE(RunProgram({"inspect", "--display", whole}).out.find("Var Name = smoker"), std::string::npos);
+}
+
+// The factory goes by the root: the catalogue need not have the kind.
+TEST(Doctor, ZentDocuments) {
+  const TemporaryDirectory files;
+  const std::string document =
+      std::string(kZent) + "</pp-matrix><Magic/><p-table/></regression-model></zent-ml>";
+  const std::string catalog = files.Write("names.txt", "TreeModel");
+  const ProgramRun run = RunProgram({"doctor", "--catalog", catalog, files.Write("m.xml", document)});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out,
+            "unknown element: 'Magic' is no element of zent-ml\n    in /zent-ml/regression-model/Magic\n"
+            "refused: error 260283: No child element in Node 'parameter-list'.\n"
+            "    in /zent-ml/regression-model/parameter-list\n"
+            "data columns needed: 'sex'\nIt cannot be scored.\n");
+  const ProgramRun well = RunProgram({"doctor", Document("general_regression/zent_linear.xml")});
+  EXPECT_EQ(well.out,
+            "data columns needed: 'age' (number), 'ward' (text), 'smoker' (text)\n"
+            "Nothing keeps it from being scored.\n");
 }
 
 TEST(TextTable, CutsAndBreaksByColumnsOfATerminal) {

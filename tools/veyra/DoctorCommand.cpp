@@ -13,6 +13,8 @@
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/ZENTModelTags.h"
+#include "translate/ZENTTranslator.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ElementPath.h"
 #include "veyra/KnownFunctions.h"
@@ -21,6 +23,7 @@
 #include "veyra/OutputFile.h"
 #include "veyra/ParsedDocument.h"
 #include "veyra/PluginSearch.h"
+#include "veyra/ZentDocument.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -186,7 +189,8 @@ class Doctor {
 
   // They are passed over when a document is scored, which may or may not be what its writer meant.
   void FindUnknownElements() {
-    const std::set<std::string_view> vocabulary = MakeVocabulary();
+    const bool isZent = IsZent(Root());
+    const std::set<std::string_view> vocabulary = isZent ? ZentVocabulary() : MakeVocabulary();
     std::map<std::string, Places> unknown;
     ForEachElement(Root(), [&](const DOMElement& element) {
       const std::string tag = KxXML_940::ToUTF8(element.getTagName());
@@ -194,7 +198,8 @@ class Doctor {
       if (!vocabulary.contains(tag) && tag.find(':') == std::string::npos) unknown[tag].Add(element);
     });
     for (const auto& [tag, places] : unknown) {
-      Say("unknown element", "'" + tag + "' is no element of PMML", places.GetText());
+      Say("unknown element", "'" + tag + "' is no element of " + (isZent ? "zent-ml" : "PMML"),
+          places.GetText());
     }
   }
 
@@ -240,6 +245,7 @@ class Doctor {
 
   // What the catalogue has, else what says what it reads.
   const DOMElement* FindModelElement() const {
+    if (IsZent(Root())) return FindZentModel(Root());
     const DOMElement* known = nullptr;
     const DOMElement* other = nullptr;
     ForEachChildElement(&Root(), [&](const DOMElement& child) {
@@ -255,8 +261,10 @@ class Doctor {
   void FindPlugin() {
     const DOMElement* model = FindModelElement();
     if (model == nullptr) return Find("no model", "there is nothing to score with", PathOf(Root()));
-    const std::string kind = KxXML_940::ToUTF8(model->getTagName());
-    if (!IsInCatalogue(kind)) {
+    // The root of the other format decides by itself.
+    const bool isZent = IsZent(Root());
+    const std::string kind = isZent ? Tags::XML_ELE_REGRESSMODEL : KxXML_940::ToUTF8(model->getTagName());
+    if (!isZent && !IsInCatalogue(kind)) {
       return Find("unknown model", "'" + kind + "' does not stand in the catalogue", PathOf(*model));
     }
     const PluginSearch search = SearchPlugin(kind);
@@ -280,12 +288,15 @@ class Doctor {
   }
 
   void TryDictionary(std::vector<VYException>& refusals) const {
-    const DOMElement* dictionary =
-        KxVeyra_940::BaseTranslator::GetChildByTag(&Root(), Tags::XML_ELE_DATADICTIONARY);
+    const bool isZent = IsZent(Root());
+    const DOMElement* dictionary = KxVeyra_940::BaseTranslator::GetChildByTag(
+        &Root(),
+        isZent ? KxVeyra_940::ZENTModelTags::XML_ELE_DICTIONARY.c_str() : Tags::XML_ELE_DATADICTIONARY);
     if (dictionary == nullptr) return;
     try {
-      KxVeyra_940::PMMLTranslator translator{std::string()};
-      delete translator.ParseDictionary(dictionary, false);
+      const std::unique_ptr<KxVeyra_940::ScoreDictionary> made(
+          isZent ? KxVeyra_940::ZENTTranslator(std::string()).ParseDictionary(dictionary)
+                 : KxVeyra_940::PMMLTranslator(std::string()).ParseDictionary(dictionary, false));
     } catch (const VYException& exception) {
       refusals.push_back(exception);
     }
@@ -324,7 +335,9 @@ class Doctor {
         if (fModel->GetVarRole(name) != ScoreModel::kPredictorRole) continue;
         columns.push_back("'" + name + "' (" + KindOf(*fModel->GetDictionary()->GetVar(name)) + ")");
       }
-    } else if (const DOMElement* model = FindModelElement()) {
+    } else if (const DOMElement* model = FindModelElement(); model != nullptr && IsZent(Root())) {
+      for (const std::string& name : PredictorsOf(*model)) columns.push_back("'" + name + "'");
+    } else if (model != nullptr) {
       const DOMElement* schema =
           KxVeyra_940::BaseTranslator::GetChildByTag(model, Tags::XML_ELE_MININGSCHEMA);
       ForEachChildElement(schema, [&](const DOMElement& field) {

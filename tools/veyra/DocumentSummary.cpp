@@ -6,6 +6,7 @@
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
+#include "veyra/ZentDocument.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -121,6 +122,10 @@ DocumentSummary Summarise(const DOMElement& root) {
   DocumentSummary summary;
   summary.root = KxXML_940::ToUTF8(root.getTagName());
   summary.version = OptionalText(root, Tags::XML_ATT_VERSION);
+  if (IsZent(root)) {
+    SummariseZent(root, summary);
+    return summary;
+  }
   ReadHeader(root, summary);
   const DOMElement* first = nullptr;
   ForEachChildElement(&root, [&](const DOMElement& child) {
@@ -128,7 +133,8 @@ DocumentSummary Summarise(const DOMElement& root) {
     if (first == nullptr) first = &child;
     summary.models.push_back(
         {KxXML_940::ToUTF8(child.getTagName()), OptionalText(child, Tags::XML_ATT_MODELNAME),
-         OptionalText(child, Tags::XML_ATT_FUNCTIONNAME), OptionalText(child, Tags::XML_ATT_MODELALGO)});
+         OptionalText(child, Tags::XML_ATT_FUNCTIONNAME), OptionalText(child, Tags::XML_ATT_MODELALGO),
+         OptionalText(child, Tags::XML_ATT_RM_MODEL_TYPE)});
   });
   const auto roles = ReadRoles(first);
   ForEachChildElement(BaseTranslator::GetChildByTag(&root, Tags::XML_ELE_DATADICTIONARY),

@@ -54,6 +54,7 @@ struct ModelSummary {
   std::string name;
   std::string function;
   std::string algorithm;
+  std::string type;  // of those that come in several
 };
 
 struct DocumentSummary {

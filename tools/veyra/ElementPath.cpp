@@ -191,7 +191,10 @@ constexpr Row kRows[] = {
     {MessageId::kUnexpectedValue, 1, FirstOfTag},
     {MessageId::kUnsupportedElement, 1, FirstOfTag},
     {MessageId::kUnsupportedModel, 1, FirstOfTag},
+    {MessageId::kNoChildElement, 1, FirstOfTag},
     {MessageId::kMissingNodeIn, 2, Parent},
+    {MessageId::kRequiredIn, 2, Parent},
+    {MessageId::kMissingDefinitionIn, 1, WithText},
     {MessageId::kNumberMismatchIn, 5, FifthTag},
     {MessageId::kValueIsMissing, 2, FieldOfLabel},
 };

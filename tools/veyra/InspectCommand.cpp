@@ -11,6 +11,8 @@
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/ZENTModelTags.h"
+#include "translate/ZENTTranslator.h"
 #include "veyra/DocumentSummary.h"
 #include "veyra/Failures.h"
 #include "veyra/LibrarySession.h"
@@ -20,6 +22,7 @@
 #include "veyra/ScoreDictionary.h"
 #include "veyra/TextTable.h"
 #include "veyra/TreeDrawing.h"
+#include "veyra/ZentDocument.h"
 #include "xml/XercesWrapper.h"
 
 namespace VeyraTool {
@@ -89,6 +92,7 @@ void WriteDocument(const DocumentSummary& summary, std::string& out) {
     line = model.kind;
     if (!model.name.empty()) line += " '" + model.name + "'";
     if (!model.function.empty()) line += ", " + model.function;
+    if (!model.type.empty()) line += ", type " + model.type;
     if (!model.algorithm.empty()) line += ", algorithm " + model.algorithm;
     AddLine(line, out);
   }
@@ -147,7 +151,8 @@ std::string WriteJson(const DocumentSummary& summary) {
     models.push_back({{"kind", model.kind},
                       {"name", model.name},
                       {"function", model.function},
-                      {"algorithm", model.algorithm}});
+                      {"algorithm", model.algorithm},
+                      {"type", model.type}});
   }
   Json fields = Json::array();
   for (const FieldSummary& field : summary.fields) fields.push_back(ToJson(field));
@@ -177,9 +182,20 @@ std::string WriteJson(const DocumentSummary& summary) {
   return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
+std::string WriteZentDisplay(const DOMElement& root) {
+  const DOMElement* element =
+      BaseTranslator::GetChildByTag(&root, KxVeyra_940::ZENTModelTags::XML_ELE_DICTIONARY.c_str());
+  const std::unique_ptr<ScoreDictionary> dictionary(
+      KxVeyra_940::ZENTTranslator(std::string()).ParseDictionary(element));
+  std::ostringstream out;
+  dictionary->Display(out);
+  return out.str();
+}
+
 // The library's display of what it translates: the dictionary with the targets of the first model, and the
 // results that the document names.
 std::string WriteDisplay(const DOMElement& root) {
+  if (IsZent(root)) return WriteZentDisplay(root);
   PMMLTranslator translator{std::string()};
   const DOMElement* element = BaseTranslator::GetChildByTag(&root, Tags::XML_ELE_DATADICTIONARY);
   const std::unique_ptr<ScoreDictionary> dictionary(translator.ParseDictionary(element, false));

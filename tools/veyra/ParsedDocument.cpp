@@ -14,6 +14,7 @@
 #include "translate/PMMLModelTags.h"
 #include "veyra/ByteSource.h"
 #include "veyra/Failures.h"
+#include "veyra/ZentDocument.h"
 #include "xml/ParserLimits.h"
 #include "xml/XmlText.h"
 
@@ -114,6 +115,7 @@ class ParsedDocument::HeaderParser : public KxXML_940::LimitedDOMParser {
       return;
     }
     if (!KxVeyra_940::IsModelElement(static_cast<const DOMElement&>(parent))) return;
+    if (IsZentHeader(element)) return;
     fIsHeaderRead = fIsHeaderRead || std::none_of(std::begin(kHeaderTags), std::end(kHeaderTags),
                                                   [&](const char* tag) { return HasTag(element, tag); });
   }
