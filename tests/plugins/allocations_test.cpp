@@ -21,7 +21,8 @@ const char* const kBlue = "blue, as the sky and the sea are  ";
 const char* const kGreen = "green, which the document does not list";
 const char* const kYes = "yes, the one that was hoped for";
 
-std::string Document(const std::string& function, const std::string& target, const std::string& content) {
+std::string Document(const std::string& kind, const std::string& attributes, const std::string& target,
+                     const std::string& content) {
   const std::string red = kRed;
   return "<PMML version='4.4'><DataDictionary numberOfFields='6'>"
          "<DataField name='x' optype='continuous' dataType='double'>"
@@ -38,9 +39,9 @@ std::string Document(const std::string& function, const std::string& target, con
          "<DataField name='answer' optype='categorical' dataType='string'><Value value='" +
          kYes +
          "' displayValue='Yes, to be shown in full length'/><Value value='no'/></DataField>"
-         "</DataDictionary><RegressionModel functionName='" +
-         function +
-         "' normalizationMethod='logit'><MiningSchema>"
+         "</DataDictionary><" +
+         kind + " " + attributes +
+         "><MiningSchema>"
          "<MiningField name='x' missingValueReplacement='7' outliers='asExtremeValues' highValue='50'/>"
          "<MiningField name='grade' missingValueReplacement='2' invalidValueTreatment='asMissing'/>"
          "<MiningField name='color' missingValueReplacement='" +
@@ -48,7 +49,33 @@ std::string Document(const std::string& function, const std::string& target, con
          "' invalidValueTreatment='asIs'/>"
          "<MiningField name='day' missingValueReplacement='3'/>"
          "<MiningField name='" +
-         target + "' usageType='target'/></MiningSchema>" + content + "</RegressionModel></PMML>";
+         target + "' usageType='target'/></MiningSchema>" + content + "</" + kind + "></PMML>";
+}
+
+std::string Regression(const std::string& function, const std::string& target, const std::string& content) {
+  return Document("RegressionModel", "functionName='" + function + "' normalizationMethod='logit'", target,
+                  content);
+}
+
+// A product of everything, and parts of it.
+std::string GeneralRegression(const std::string& attributes, const std::string& target,
+                              const std::string& estimates) {
+  const auto cell = [](const std::string& parameter, const std::string& predictor, const std::string& value) {
+    return "<PPCell parameterName='" + parameter + "' predictorName='" + predictor + "' value='" + value +
+           "'/>";
+  };
+  return Document("GeneralRegressionModel", attributes, target,
+                  "<ParameterList><Parameter name='p'/><Parameter name='q'/></ParameterList>"
+                  "<FactorList><Predictor name='color'/><Predictor name='grade'/></FactorList>"
+                  "<CovariateList><Predictor name='x'/><Predictor name='day'/></CovariateList><PPMatrix>" +
+                      cell("p", "color", kBlue) + cell("p", "grade", "2") + cell("p", "x", "1") +
+                      cell("q", "x", "1") + cell("q", "day", "3") + "</PPMatrix><ParamMatrix>" + estimates +
+                      "</ParamMatrix>");
+}
+
+std::string Estimates(const std::string& category) {
+  return "<PCell parameterName='p' beta='0.01'" + category + "/><PCell parameterName='q' beta='0.001'" +
+         category + "/>";
 }
 
 std::string Tables(const std::string& attributes) {
@@ -110,6 +137,17 @@ void ExpectNoAllocations(const std::string& document, const std::string& modelNa
 }
 
 TEST(Allocations, NoneForAWarmCase) {
+  const std::string regression = "functionName='regression' modelType=";
+  const std::string classification = "functionName='classification' modelType=";
+  const std::string errors =
+      "<PCovMatrix><PCovCell pRow='p' pCol='q' value='1'/><PCovCell pRow='q' pCol='q' "
+      "value='9'/></PCovMatrix>"
+      "<Output><OutputField name='v'/><OutputField name='e' feature='standardError'/></Output>";
+  const std::string hazards =
+      "<BaseCumHazardTables><BaselineStratum maxTime='20' value='" + std::string(kRed) +
+      "'><BaselineCell time='1' cumHazard='2'/></BaselineStratum><BaselineStratum "
+      "maxTime='20' value='" +
+      kBlue + "'><BaselineCell time='1' cumHazard='1'/></BaselineStratum></BaseCumHazardTables>";
   const std::string outputs =
       "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/>"
       "<OutputField name='r' feature='residual'/>";
@@ -129,11 +167,27 @@ TEST(Allocations, NoneForAWarmCase) {
       {"beyond the bound", {70., 2., kRed, Day{10}, 5., kYes}},
       {"an actual value of no category", {3., 2., kBlue, Day{10}, 5., kGreen}},
   };
-  const std::vector<std::string> fields = {"x", "grade", "color", "day", "amount", "answer"};
-  for (const std::string& document :
-       {Document("regression", "amount", number), Document("classification", "answer", category)}) {
-    ExpectNoAllocations(document, "RegressionModel", fields, cases);
-  }
+  const std::string ofNo = Estimates(" targetCategory='no'");
+  const std::pair<const char*, std::string> documents[] = {
+      {"RegressionModel", Regression("regression", "amount", number)},
+      {"RegressionModel", Regression("classification", "answer", category)},
+      {"GeneralRegressionModel",
+       GeneralRegression(regression + "'generalizedLinear' linkFunction='log' trialsVariable='day'", "amount",
+                         Estimates("") + "</ParamMatrix>" + errors + "<ParamMatrix>")},
+      {"GeneralRegressionModel",
+       GeneralRegression(classification + "'multinomialLogistic' offsetValue='-1'", "answer", ofNo)},
+      {"GeneralRegressionModel",
+       GeneralRegression(classification + "'ordinalMultinomial' cumulativeLink='probit' "
+                                          "targetReferenceCategory='no'",
+                         "answer", Estimates(" targetCategory='" + std::string(kYes) + "'"))},
+      {"GeneralRegressionModel",
+       GeneralRegression(
+           regression +
+               "'CoxRegression' offsetVariable='x' endTimeVariable='day' baselineStrataVariable='color'",
+           "amount", Estimates("") + "</ParamMatrix>" + hazards + "<ParamMatrix>")},
+  };
+  for (const auto& [kind, document] : documents)
+    ExpectNoAllocations(document, kind, {"x", "grade", "color", "day", "amount", "answer"}, cases);
 }
 
 TEST(Allocations, NoneForTheNeighborsOfAWarmCase) {
