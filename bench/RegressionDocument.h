@@ -22,16 +22,23 @@ struct Category {
   double coefficient;
 };
 
+// The same equation as either kind of model.
+enum class Kind { kRegression, kGeneralRegression };
+
 class RegressionDocument {
  public:
   // `hasRules`: some numbers have an interval of valid values, and a missing value with a replacement.
-  RegressionDocument(int groups, bool hasRules) : fHasRules(hasRules) {
+  RegressionDocument(int groups, bool hasRules, Kind kind = Kind::kRegression)
+      : fHasRules(hasRules), fKind(kind) {
     for (int i = 0; i < groups * kNumbersPerGroup; ++i) fCoefficients.push_back(Number());
     for (int i = 0; i < groups; ++i) fCategories.push_back(MakeCategories());
     Write();
   }
 
   const std::string& Text() const { return fText; }
+  std::string ModelName() const {
+    return fKind == Kind::kRegression ? "RegressionModel" : "GeneralRegressionModel";
+  }
   double Intercept() const { return 0.25; }
   const std::vector<double>& Coefficients() const { return fCoefficients; }  // by number
   const std::vector<std::vector<Category>>& Categories() const { return fCategories; }
@@ -76,10 +83,10 @@ class RegressionDocument {
     for (std::size_t i = 0; i < fCategories.size(); ++i) WriteCategoricalField(i);
     Line("    <DataField name=\"answer\" optype=\"continuous\" dataType=\"double\"/>");
     Line("  </DataDictionary>");
-    Line("  <RegressionModel modelName=\"random\" functionName=\"regression\">");
+    Line("  <", ModelName(), " modelName=\"random\" functionName=\"regression\" modelType=\"regression\">");
     WriteMiningSchema();
-    WriteTable();
-    Line("  </RegressionModel>");
+    fKind == Kind::kRegression ? WriteTable() : WriteParameters();
+    Line("  </", ModelName(), ">");
     Line("</PMML>");
   }
 
@@ -126,7 +133,41 @@ class RegressionDocument {
     Line("    </RegressionTable>");
   }
 
+  // Calls `write(parameter, field, value, coefficient)` for each term.
+  template <class Write>
+  void ForEachTerm(Write write) {
+    std::size_t parameter = 1;
+    for (std::size_t i = 0; i < fCoefficients.size(); ++i) {
+      write("p" + std::to_string(parameter++), NumberName(i), std::string("1"), fCoefficients[i]);
+    }
+    for (std::size_t i = 0; i < fCategories.size(); ++i) {
+      for (const Category& category : fCategories[i]) {
+        write("p" + std::to_string(parameter++), CategoryName(i), category.text, category.coefficient);
+      }
+    }
+  }
+
+  void WriteParameters() {
+    using Text = const std::string&;
+    Line("    <ParameterList><Parameter name=\"p0\"/>");
+    ForEachTerm([&](Text parameter, Text, Text, double) { Line("<Parameter name=\"", parameter, "\"/>"); });
+    Line("    </ParameterList><FactorList>");
+    for (std::size_t i = 0; i < fCategories.size(); ++i) Line("<Predictor name=\"", CategoryName(i), "\"/>");
+    Line("    </FactorList><CovariateList>");
+    for (std::size_t i = 0; i < fCoefficients.size(); ++i) Line("<Predictor name=\"", NumberName(i), "\"/>");
+    Line("    </CovariateList><PPMatrix>");
+    ForEachTerm([&](Text parameter, Text field, Text value, double) {
+      Line("<PPCell parameterName=\"", parameter, "\" predictorName=\"", field, "\" value=\"", value, "\"/>");
+    });
+    Line("    </PPMatrix><ParamMatrix><PCell parameterName=\"p0\" beta=\"", Intercept(), "\"/>");
+    ForEachTerm([&](Text parameter, Text, Text, double beta) {
+      Line("<PCell parameterName=\"", parameter, "\" beta=\"", beta, "\"/>");
+    });
+    Line("    </ParamMatrix>");
+  }
+
   bool fHasRules;
+  Kind fKind;
   std::mt19937 fRandom{20};
   std::vector<double> fCoefficients;
   std::vector<std::vector<Category>> fCategories;

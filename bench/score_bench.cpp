@@ -83,7 +83,7 @@ class Scoring {
  public:
   explicit Scoring(const RegressionDocument& document) {
     std::istringstream in(document.Text());
-    fModel.reset(ModelFactory::MakeModelFromXML(in, "RegressionModel"));
+    fModel.reset(ModelFactory::MakeModelFromXML(in, document.ModelName()));
     for (std::size_t i = 0; i < kNumbers; ++i) fRecord.Add(RegressionDocument::NumberName(i), nullptr);
     for (std::size_t i = 0; i < kTexts; ++i) fRecord.Add(RegressionDocument::CategoryName(i), nullptr);
     Require(fModel->PrepareForCases(fRecord).IsOK(), "layout");
@@ -114,7 +114,8 @@ double SumOf(Scorer& scorer, const std::vector<Case>& cases) {
 
 // A document, its two scorers and what was found out about them.
 struct Contest {
-  explicit Contest(bool hasRules) : document(kGroups, hasRules), handWritten(document), scoring(document) {}
+  Contest(bool hasRules, Kind kind)
+      : document(kGroups, hasRules, kind), handWritten(document), scoring(document) {}
 
   RegressionDocument document;
   HandWritten handWritten;
@@ -148,18 +149,22 @@ int main(int argc, char** argv) try {
   ModelFactory::Initialize("");
   benchmark::Initialize(&argc, argv);
   const AllocationCounter ofLoading;
-  Contest plain(false);
-  Contest ruled(true);
+  Contest plain(false, Kind::kRegression);
+  Contest ruled(true, Kind::kRegression);
+  Contest general(false, Kind::kGeneralRegression);
   Require(ofLoading.Count() > 0, "loading allocates, so the counter does not count");
   const std::vector<Case> cases = MakeCases(plain.document);
   CheckAnswers(plain, cases);
   CheckAnswers(ruled, cases);
+  CheckAnswers(general, cases);
   Register("10000 cases", plain, cases);
   Register("10000 cases, 5 fields with an interval and a missing value", ruled, cases);
+  Register("10000 cases, general regression", general, cases);
   benchmark::RunSpecifiedBenchmarks();
   std::printf("score: heap allocations per case = %g (limit 0)\n", plain.allocationsPerCase);
   PrintRatio("score: scoring / hand-written floor", plain.ratio, kLimit);
   PrintRatio("score: the same with rules for 5 fields / that floor", ruled.ratio);
+  PrintRatio("score: the same equation as a general regression / that floor", general.ratio, kLimit);
 } catch (const KxVeyra_940::VYException& e) {
   std::fprintf(stderr, "%s\n", e.GetErrorMessage().c_str());
   return EXIT_FAILURE;

@@ -147,8 +147,41 @@ void LinearPredictor::SetOffset(int input, std::vector<bool> isOffset) {
   fIsOffset = std::move(isOffset);
 }
 
+double LinearPredictor::ProductOf(const Table& table, const CaseValues& values) const {
+  double product = 1;
+  for (std::size_t i = table.firstPower; i < table.endPower; ++i) {
+    product *= Raised(values.numbers[static_cast<std::size_t>(fPowers[i].input)], fPowers[i].exponent);
+  }
+  return product;
+}
+
+std::size_t LinearPredictor::RowOf(const Table& table, const CaseValues& values) const {
+  std::size_t row = 0;
+  for (std::size_t i = table.firstPlace; i < table.endPlace; ++i) {
+    // A code of -1 is beyond every table.
+    const auto code = static_cast<std::size_t>(values.codes[fPlaces[i].input]);
+    row += std::min(code, fPlaces[i].other) * fPlaces[i].stride;
+  }
+  return row;
+}
+
+// Most models have one equation.
+double LinearPredictor::EvaluateOne(const CaseValues& values) const {
+  double eta = fConstants[0];
+  for (const Number& number : fNumbers) eta += values.numbers[number.input] * fBetas[number.betas];
+  for (const Table& table : fTables) {
+    eta += ProductOf(table, values) * fBetas[table.betas + RowOf(table, values)];
+  }
+  for (const Term& term : fColumns) eta += term.column.Of(values) * term.betas[0];
+  return fOffset < 0 ? eta : eta + values.numbers[static_cast<std::size_t>(fOffset)];
+}
+
 void LinearPredictor::Evaluate(const CaseValues& values, std::vector<double>& etas) const {
   const std::size_t equations = fConstants.size();
+  if (equations == 1) {
+    etas[0] = EvaluateOne(values);
+    return;
+  }
   std::copy(fConstants.begin(), fConstants.end(), etas.begin());
   const auto add = [&](double factor, std::size_t first) {
     const double* const betas = fBetas.data() + first;
@@ -156,17 +189,7 @@ void LinearPredictor::Evaluate(const CaseValues& values, std::vector<double>& et
   };
   for (const Number& number : fNumbers) add(values.numbers[number.input], number.betas);
   for (const Table& table : fTables) {
-    double product = 1;
-    for (std::size_t i = table.firstPower; i < table.endPower; ++i) {
-      product *= Raised(values.numbers[static_cast<std::size_t>(fPowers[i].input)], fPowers[i].exponent);
-    }
-    std::size_t row = 0;
-    for (std::size_t i = table.firstPlace; i < table.endPlace; ++i) {
-      // A code of -1 is beyond every table.
-      const auto code = static_cast<std::size_t>(values.codes[fPlaces[i].input]);
-      row += std::min(code, fPlaces[i].other) * fPlaces[i].stride;
-    }
-    add(product, table.betas + row * equations);
+    add(ProductOf(table, values), table.betas + RowOf(table, values) * equations);
   }
   for (const Term& term : fColumns) {
     const double column = term.column.Of(values);

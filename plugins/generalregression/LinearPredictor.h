@@ -56,7 +56,8 @@ class LinearPredictor {
 
   std::size_t GetEquations() const { return fConstants.size(); }
   void Add(double constant, std::size_t equation) { fConstants[equation] += constant; }
-  // The input, a number, is added to each of the equations that `isOffset` marks.
+  // The input, a number, is added to each of the equations that `isOffset` marks; the one of a single
+  // equation is marked.
   void SetOffset(int input, std::vector<bool> isOffset);
 
   // Sets the first GetEquations() numbers of `etas`.  Allocates nothing.
@@ -79,6 +80,9 @@ class LinearPredictor {
   };
 
   void AddTable(const std::vector<Term*>& terms);
+  double ProductOf(const Table& table, const CaseValues& values) const;
+  std::size_t RowOf(const Table& table, const CaseValues& values) const;
+  double EvaluateOne(const CaseValues& values) const;
 
   std::vector<double> fConstants;  // by equation
   std::vector<Number> fNumbers;    // columns that are one number

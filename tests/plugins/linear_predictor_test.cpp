@@ -67,6 +67,10 @@ TEST(LinearPredictor, TablesEqualColumns) {
     LinearPredictor predictor(terms, kEquations);
     predictor.Add(0.5, 1);
     predictor.SetOffset(2, {false, true, true});
+    std::vector<LinearPredictor::Term> first = terms;
+    for (LinearPredictor::Term& term : first) term.betas.resize(1);
+    LinearPredictor single(first, 1);
+    single.SetOffset(2, {true});
     std::vector<double> etas(kEquations + 1, 77);
     for (int i = 0; i < 300; ++i) {
       const CaseValues values = random.MakeCase(codes);
@@ -80,6 +84,8 @@ TEST(LinearPredictor, TablesEqualColumns) {
       predictor.Evaluate(values, etas);
       for (std::size_t e = 0; e < kEquations; ++e) ASSERT_NEAR(etas[e], want[e], 1e-13 * size);
       ASSERT_EQ(etas.back(), 77);
+      single.Evaluate(values, etas);
+      ASSERT_NEAR(etas[0], want[0] + values.numbers[2], 1e-13 * size);
     }
   }
 }
