@@ -82,7 +82,7 @@ ScoreModel* PluginTranslator::ParseFromTree(std::istream& in, const std::string&
   fAuxPath = auxPath;
   KxXML_940::LimitedDOMParser parser;
   parser.setValidationScheme(xercesc::XercesDOMParser::Val_Never);
-  return ParseFromTree(GetDocElement(parser, in, std::string()), encoding);
+  return ParseFromTree(KxXML_940::ParseDocument(parser, in), encoding);
 }
 
 void PluginTranslator::CompleteModel(const DOMElement&, PluginModel&) {}

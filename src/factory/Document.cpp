@@ -1,9 +1,10 @@
-// The parser of whole documents, and finding their model element.
+// Parsing a document and finding its model element.
 
 #include <unordered_map>
 
 #include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
+#include "xml/DocumentStream.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
@@ -53,6 +54,11 @@ const DOMElement* FindModelElement(const std::vector<const DOMElement*>& firstEl
     found = element;
   }
   return found;
+}
+
+xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istream& in,
+                                    const std::string& /*name*/) {
+  return KxXML_940::ParseDocument(parser, in);
 }
 
 }  // namespace KxVeyra_940

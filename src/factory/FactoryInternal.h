@@ -1,13 +1,15 @@
-// The factory's own steps: reading the catalogue, finding the model element, getting a
+// The factory's own steps: reading the catalogue, parsing the document, finding the model element, getting a
 // translator.  Not exported.
 
 #ifndef VEYRA_FACTORY_FACTORYINTERNAL_H_
 #define VEYRA_FACTORY_FACTORYINTERNAL_H_
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <vector>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "error/ScoringLog.h"
 #include "veyra/ScoreTranslator.h"
@@ -29,6 +31,10 @@ void GetModelNames(const std::string& file, std::vector<std::string>& names);
 std::string ConvertedPath(const std::string& path);
 
 bool IsDirectory(const std::string& path);
+
+// KxXML_940::ParseDocument; `name` is not used.
+xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istream& in,
+                                    const std::string& name);
 
 // The first element below the root for the first catalogue name that occurs at all; null when none does.
 // `firstElements` are those of a DocumentParser.

@@ -14,7 +14,6 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/ZENTModelTags.h"
-#include "xml/DocumentStream.h"
 #include "xml/ScoreSax2Parser.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"

@@ -8,7 +8,6 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ModelFactory.h"
-#include "xml/DocumentStream.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
 

@@ -9,24 +9,27 @@
 #include "xml/ParserLimits.h"
 #include "xml/XmlText.h"
 
-namespace KxVeyra_940 {
+namespace KxXML_940 {
 
-xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istream& in,
-                                    const std::string& /*name*/) {
-  KxXML_940::ParseErrorRecorder errors;
+using KxVeyra_940::MessageId;
+using KxVeyra_940::Raise;
+using KxVeyra_940::RaiseWithDetail;
+
+xercesc::DOMDocument* ParseDocument(xercesc::XercesDOMParser& parser, std::istream& in) {
+  ParseErrorRecorder errors;
   std::string parserText;
   bool failed = false;
   try {
-    const KxXML_940::KxXInputSource source(in);
+    const KxXInputSource source(in);
     parser.setErrorHandler(&errors);
     parser.parse(source);
     if (errors.HasFatalError()) source.RethrowFailure();
   } catch (const xercesc::XMLException& e) {
     failed = true;
-    parserText = KxXML_940::ToUTF8(e.getMessage());
+    parserText = ToUTF8(e.getMessage());
   } catch (const xercesc::DOMException& e) {
     failed = true;
-    parserText = KxXML_940::ToUTF8(e.getMessage());
+    parserText = ToUTF8(e.getMessage());
   } catch (...) {
     Raise(MessageId::kCannotOpenDocumentStream, {});
   }
@@ -40,4 +43,4 @@ xercesc::DOMDocument* GetDocElement(xercesc::XercesDOMParser& parser, std::istre
   return document;
 }
 
-}  // namespace KxVeyra_940
+}  // namespace KxXML_940

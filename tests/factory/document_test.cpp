@@ -9,7 +9,6 @@
 #include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
 #include "veyra/VYException.h"
-#include "xml/DocumentStream.h"
 #include "xml/ParserLimits.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
