@@ -71,8 +71,8 @@ TEST(Inspect, JsonForPrograms) {
       {"name": "quality of the wine as told by experts", "label": "", "type": "string", "level": "ordinal",
        "role": "target", "valid": [], "missing": [], "invalid": [], "intervals": []}],
     "derivedFields": [{"name": "strength", "type": "double", "level": "continuous", "expression": "Apply ln"}],
-    "outputs": [{"name": "p", "feature": "probability", "value": "good", "type": "double"},
-                {"name": "q", "feature": "", "value": "", "type": ""}]})");
+    "outputs": [{"name": "p", "feature": "probability", "value": "good", "type": "double", "rank": "", "target": ""},
+                {"name": "q", "feature": "", "value": "", "type": "", "rank": "", "target": ""}]})");
   EXPECT_EQ(got, want) << got.dump(2);
 }
 

@@ -284,6 +284,9 @@ TEST(Veyra, TakesAnAuxiliaryPath) {
   EXPECT_EQ(RunProgram({"doctor", model}).status, 2);
   const ProgramRun inspect = RunProgram({"inspect", model});
   EXPECT_NE(inspect.out.find("NearestNeighborModel 'diabetes_neighbors', regression\n"), std::string::npos);
+  const std::string outputs = RunProgram({"inspect", Document("wine_neighbors.pmml")}).out;
+  EXPECT_NE(outputs.find("predictedValue for alcohol\n"), std::string::npos) << outputs;
+  EXPECT_NE(outputs.find("entityId of rank 5\n"), std::string::npos) << outputs;
   const ProgramRun unused =
       RunProgram({"score", Document("iris.pmml"), "--aux", training}, ReadFile(Document("iris.csv")));
   EXPECT_EQ(unused.status, 0);

@@ -107,11 +107,20 @@ void ReadOutputs(const DOMElement& model, DocumentSummary& summary) {
     if (!HasTag(child, kOutputField)) return;
     summary.outputs.push_back(
         {OptionalText(child, Tags::XML_ATT_NAME), OptionalText(child, Tags::XML_ATT_VAL_MINING_FEATURE),
-         OptionalText(child, Tags::XML_ATT_VALUE_VALUE), OptionalText(child, Tags::XML_ATT_DATATYPE)});
+         OptionalText(child, Tags::XML_ATT_VALUE_VALUE), OptionalText(child, Tags::XML_ATT_DATATYPE),
+         OptionalText(child, "rank"), OptionalText(child, "targetField")});
   });
 }
 
 }  // namespace
+
+std::string OutputSummary::GetText() const {
+  std::string text = feature.empty() ? "predictedValue" : feature;
+  if (!value.empty()) text += " of " + value;
+  if (!rank.empty()) text += " of rank " + rank;
+  if (!target.empty()) text += " for " + target;
+  return text;
+}
 
 std::string IntervalSummary::GetText() const {
   return (closure.starts_with("closed") && !left.empty() ? "[" : "(") + (left.empty() ? "-inf" : left) +

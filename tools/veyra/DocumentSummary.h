@@ -47,6 +47,11 @@ struct OutputSummary {
   std::string feature;
   std::string value;  // of the category that it is about
   std::string type;
+  std::string rank;    // of the entity that it is about
+  std::string target;  // the field that it is about, where there are several
+
+  // "probability of good", "entityId of rank 2", "predictedValue for height".
+  std::string GetText() const;
 };
 
 struct ModelSummary {

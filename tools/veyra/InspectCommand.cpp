@@ -114,9 +114,7 @@ std::string WriteText(const DocumentSummary& summary) {
   AddTable("Derived fields", derived, summary.derivedFields.size(), out);
   TextTable outputs({"name", "type", "feature"}, kWideNames);
   for (const OutputSummary& output : summary.outputs) {
-    const std::string feature = output.feature.empty() ? "predictedValue" : output.feature;
-    outputs.AddRow(
-        {output.name, output.type, output.value.empty() ? feature : feature + " of " + output.value});
+    outputs.AddRow({output.name, output.type, output.GetText()});
   }
   AddTable("Outputs", outputs, summary.outputs.size(), out);
   return out;
@@ -165,8 +163,12 @@ std::string WriteJson(const DocumentSummary& summary) {
   }
   Json outputs = Json::array();
   for (const OutputSummary& output : summary.outputs) {
-    outputs.push_back(
-        {{"name", output.name}, {"feature", output.feature}, {"value", output.value}, {"type", output.type}});
+    outputs.push_back({{"name", output.name},
+                       {"feature", output.feature},
+                       {"value", output.value},
+                       {"type", output.type},
+                       {"rank", output.rank},
+                       {"target", output.target}});
   }
   const Json document = {{"root", summary.root},
                          {"version", summary.version},
