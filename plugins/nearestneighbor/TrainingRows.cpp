@@ -1,9 +1,10 @@
 #include "nearestneighbor/TrainingRows.h"
 
 #include <csv.h>
+#include <zlib.h>
 
-#include <cstring>
-#include <fstream>
+#include <exception>
+#include <memory>
 #include <new>
 #include <string_view>
 
@@ -73,6 +74,49 @@ std::size_t ForEachRow(const DOMElement& inlineTable, const std::vector<std::str
 
 namespace {
 
+// The lines of a file, which may be packed by gzip.
+class LineSource {
+ public:
+  explicit LineSource(const std::string& path) : fFile(gzopen(path.c_str(), "rb")), fBuffer(64 * 1024, ' ') {}
+
+  // False at the end, and where reading fails.  The line keeps its end, if it has one.
+  bool Next(std::string& line) {
+    line.clear();
+    while (fFile != nullptr) {
+      if (fRest.empty() && !Fill()) return !HasFailed() && !line.empty();
+      const std::size_t feed = fRest.find('\n');
+      const std::size_t size = feed == std::string_view::npos ? fRest.size() : feed + 1;
+      line += fRest.substr(0, size);
+      fRest.remove_prefix(size);
+      if (feed != std::string_view::npos) return true;
+    }
+    return false;
+  }
+
+  bool IsOpen() const { return fFile != nullptr; }
+  // Whether reading ended before the end: a folder, a packed file that is cut off or damaged.
+  bool HasFailed() const {
+    int error = Z_OK;
+    gzerror(fFile.get(), &error);
+    return error != Z_OK && error != Z_STREAM_END;
+  }
+
+ private:
+  struct Close {
+    void operator()(gzFile file) const { gzclose(file); }
+  };
+
+  bool Fill() {
+    const int size = gzread(fFile.get(), fBuffer.data(), static_cast<unsigned>(fBuffer.size()));
+    fRest = std::string_view(fBuffer).substr(0, size > 0 ? static_cast<std::size_t>(size) : 0);
+    return size > 0;
+  }
+
+  std::unique_ptr<gzFile_s, Close> fFile;
+  std::string fBuffer;
+  std::string_view fRest;  // of what was read
+};
+
 class DelimitedFile {
  public:
   DelimitedFile(const std::string& path, const std::vector<std::string>& columns, const RowAction& action)
@@ -85,16 +129,15 @@ class DelimitedFile {
   ~DelimitedFile() { csv_free(&fParser); }
 
   std::size_t Read() {
-    std::ifstream in(fPath, std::ios::binary);
-    if (!in.is_open()) Raise(MessageId::kCannotOpenFile, {fPath});
+    LineSource source(fPath);
     std::string line;
-    while (std::getline(in, line)) {
-      ++fLine;
-      if (fLine == 1) Begin(line);
-      if (!in.eof()) line += '\n';
+    while (source.Next(line)) {
+      if (++fLine == 1) Begin(line);
       Parse(line);
     }
-    if (in.bad() || fLine == 0) Raise(MessageId::kCannotOpenFile, {fPath});
+    if (!source.IsOpen() || fLine == 0) Raise(MessageId::kCannotOpenFile, {fPath});
+    if (source.HasFailed())
+      Raise(MessageId::kInvalidContent, {"packed data that is cut off or damaged", fPath});
     if (csv_fini(&fParser, OnCell, OnRow, this) != 0) Refuse("a quoted cell that does not end");
     if (fFailure != nullptr) std::rethrow_exception(fFailure);
     return fRowCount;

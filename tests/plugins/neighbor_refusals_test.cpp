@@ -216,7 +216,7 @@ TEST(NeighborFiles, HoldTheTrainingData) {
   }
   const struct {
     const char* what;
-    const char* data;
+    std::string data;
     std::string want;
   } bad[] = {
       {"a column that is absent", "id,x\nB,3\n", "260122: z, PATH"},
@@ -229,6 +229,8 @@ TEST(NeighborFiles, HoldTheTrainingData) {
       {"a quote that does not end", "id,x,z\nA,\"0,0\n",
        "260156: a quoted cell that does not end, PATH, line 2"},
       {"a quote within a cell", "id,x,z\nA,0\"0,0\n", "260156: a quote in a wrong place, PATH, line 2"},
+      {"a NUL byte", std::string("id,x,z\nA,0,0\nB,3,") + '\0' + "4\n",
+       "260156: text that is not UTF-8, PATH, line 3"},
       {"no UTF-8", "id,x,z\n\xC4,0,0\n", "260156: text that is not UTF-8, PATH, line 2"},
   };
   for (const auto& [what, data, want] : bad) {
@@ -238,6 +240,18 @@ TEST(NeighborFiles, HoldTheTrainingData) {
     if (const std::size_t place = wanted.find("PATH"); place != std::string::npos)
       wanted.replace(place, 4, path);
     EXPECT_EQ(MadeWith(document, path), wanted);
+  }
+  // Packed files are told by how they begin; what is cut off is refused, wherever it ends.
+  const std::string plain = files.Write("data.csv", "id,x,z\nB,3,4\nA,0,0\n");
+  ASSERT_EQ(std::system(("gzip -n -k " + plain).c_str()), 0);
+  const std::string packed = ReadFile(plain + ".gz");
+  EXPECT_EQ(MadeWith(document, plain + ".gz"), kNeighborModel);
+  for (const std::size_t lost : {1U, 9U, 20U}) {
+    const std::string cut = files.Write("cut.csv", packed.substr(0, packed.size() - lost));
+    const std::string refusal = MadeWith(document, cut);
+    EXPECT_TRUE(refusal == "260156: packed data that is cut off or damaged, " + cut ||
+                refusal == "260103: " + cut)
+        << refusal;
   }
   EXPECT_EQ(MadeWith(document, files.Path("none.csv")), "260103: " + files.Path("none.csv"));
   EXPECT_EQ(MadeWith(document, files.Path("")), "260103: " + files.Path(""));
