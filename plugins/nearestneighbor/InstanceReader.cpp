@@ -32,10 +32,6 @@ constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
 constexpr Keyword<bool> kBooleans[] = {{"false", false}, {"true", true}, {"0", false}, {"1", true}};
 
-bool IsCategorical(const ScoreDictVar& target) {
-  return target.GetMLevel() != ScoreDictVar::kContinuous || target.GetVarType() == ScoreDictVar::STRING_VAR;
-}
-
 double NumberOf(const ScoreDictVar& var, const ScoreValue& value) {
   if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR)
     return static_cast<const DateTimeValue&>(value).GetDoubleValue(var.GetDateTimeType());
@@ -127,7 +123,6 @@ std::size_t InstanceReader::ColumnOf(const std::string& field) {
 }
 
 void InstanceReader::PlanTargets() {
-  if (fModel.GetMiningFunction() == BaseModel::kClustering) return;
   for (const ScoreDictVar* var : fModel.GetTargetVars()) {
     fTargets.push_back(std::unique_ptr<Target>(
         new Target{var, ColumnOf(var->GetName()), CategoryTable(*var), {IsCategorical(*var), {}, {}, {}}}));
@@ -155,7 +150,7 @@ void InstanceReader::PlanInputs() {
   fReading->PrepareInputs(fRecord);
 }
 
-std::size_t InstanceReader::ReadRows(const DOMElement& instances) {
+void InstanceReader::ReadRows(const DOMElement& instances) {
   const DOMElement* const table = BaseTranslator::GetChildByTag(&instances, Tags::XML_ELE_INLTABLE);
   const DOMElement* const locator = BaseTranslator::GetChildByTag(&instances, Tags::XML_ELE_TABLELOCATOR);
   if ((table == nullptr) == (locator == nullptr)) {
@@ -169,7 +164,6 @@ std::size_t InstanceReader::ReadRows(const DOMElement& instances) {
       table != nullptr ? ForEachRow(*table, fColumns, take) : ForEachRow(fAuxPath, fColumns, take);
   CheckCount(instances, kRecordCount, count, Tags::XML_ELE_ROW);
   if (count == 0) Raise(MessageId::kRequiredIn, {Tags::XML_ELE_ROW, kTrainingInstances});
-  return count;
 }
 
 std::string InstanceReader::PlaceOf(const TrainingRow& row, std::size_t column) const {

@@ -46,7 +46,7 @@ class InstanceReader {
   std::size_t ColumnOf(const std::string& field);
   void PlanInputs();
   void PlanTargets();
-  std::size_t ReadRows(const xercesc::DOMElement& instances);
+  void ReadRows(const xercesc::DOMElement& instances);
   void CheckCount(const xercesc::DOMElement& instances, const char* attribute, std::size_t count,
                   const char* what) const;
 

@@ -8,6 +8,10 @@
 
 namespace KxVeyra_940::Plugin {
 
+bool IsCategorical(const ScoreDictVar& target) {
+  return target.GetMLevel() != ScoreDictVar::kContinuous || target.GetVarType() == ScoreDictVar::STRING_VAR;
+}
+
 NeighborModel::NeighborModel() : PluginModel(PMMLModelTags::XML_ELE_KNNMODEL) {}
 NeighborModel::NeighborModel(const NeighborModel& other) = default;
 NeighborModel::~NeighborModel() = default;

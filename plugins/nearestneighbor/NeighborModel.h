@@ -16,6 +16,9 @@ namespace KxVeyra_940::Plugin {
 enum class ContinuousMethod { kAverage, kMedian, kWeightedAverage };
 enum class CategoricalMethod { kMajorityVote, kWeightedMajorityVote };
 
+// Whether neighbours vote on the target; they average others.
+bool IsCategorical(const ScoreDictVar& target);
+
 // What the instances say about one target.
 struct TargetColumn {
   static constexpr int kNone = -1;

@@ -64,10 +64,6 @@ Scoring ReadScoring(const DOMElement& element) {
   return scoring;
 }
 
-bool IsNumber(const ScoreDictVar& target) {
-  return target.GetMLevel() == ScoreDictVar::kContinuous && target.GetVarType() != ScoreDictVar::STRING_VAR;
-}
-
 }  // namespace
 
 NeighborTranslator::NeighborTranslator() : PluginTranslator(Tags::XML_ELE_KNNMODEL) {}
@@ -86,7 +82,7 @@ void NeighborTranslator::CheckTargets(const DOMElement& element, const PluginMod
   if (targets.empty() && (row->predictsNumbers || row->predictsCategories))
     Raise(MessageId::kNoTargetVariable, {});
   for (const ScoreDictVar* target : targets) {
-    if (IsNumber(*target) ? row->predictsNumbers : row->predictsCategories) continue;
+    if (IsCategorical(*target) ? row->predictsCategories : row->predictsNumbers) continue;
     Raise(MessageId::kTargetDefinitionMismatch, {function, Tags::XML_ATT_FUNCTIONNAME, Tags::XML_ELE_KNNMODEL,
                                                  target->GetName(), Tags::XML_ELE_MININGSCHEMA});
   }

@@ -1,8 +1,9 @@
 // The rows of training data, from a table in the document or from a delimited file beside it.
 //
 // A file has a header with the names of its columns, which may stand in any order; it is UTF-8, with or
-// without a byte order mark, packed by gzip or not, with quotes as in RFC 4180.  The header decides what parts the cells: tabs when it
-// has one, else commas, else semicolons.  Cells that are empty or absent are missing.
+// without a byte order mark, packed by gzip or not, with quotes as in RFC 4180.  The header decides what
+// parts the cells: tabs when it has one, else commas, else semicolons.  Cells that are empty or absent are
+// missing.
 
 #ifndef VEYRA_PLUGINS_NEARESTNEIGHBOR_TRAININGROWS_H_
 #define VEYRA_PLUGINS_NEARESTNEIGHBOR_TRAININGROWS_H_
