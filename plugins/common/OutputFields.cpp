@@ -70,6 +70,7 @@ constexpr OutputFields::FeatureRow OutputFields::kFeatures[] = {
     {"confidence", ScoreResultField::kNoFeature, Feature::kConfidence, true, PluginResult::kConfidences},
     {"standardError", ScoreResultField::kStandardError, Feature::kStandardError, false,
      PluginResult::kStandardErrors},
+    {"transformedValue", ScoreResultField::kNoFeature, Feature::kTransformed, false, 0},
 };
 
 bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& answer, unsigned extras) {
@@ -153,12 +154,36 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
       outputs.Add({std::move(var), feature, FindCategory(translator, category, layout, target)}, names);
     }
   }
+  if (output != nullptr) outputs.ReadTransformed(translator, *output, layout);
   outputs.fTargets.resize(std::max<std::size_t>(targets.size(), 1));
   for (std::size_t t = 0; t < outputs.fTargets.size(); ++t) {
     outputs.fTargets[t].categoryLabels =
         LabelsOf(layout.OfTarget(static_cast<int>(t)), targets.empty() ? nullptr : targets[t]);
   }
   return outputs;
+}
+
+// They stand among the other output fields, in their order.
+void OutputFields::ReadTransformed(PMMLTranslator& translator, const DOMElement& output,
+                                   const PluginResult& layout) {
+  for (std::size_t i = 0; i < fFields.size(); ++i) {
+    const Feature feature = fFields[i].feature;
+    if (feature == Feature::kTransformed) continue;
+    const PluginResult& answer = layout.OfTarget(fFields[i].target);
+    const bool hasCategories = answer.GetNumberOfCategories() > 0;
+    const bool hasTexts = hasCategories && AsString(answer.GetCategory(0)) != nullptr;
+    const bool isText = feature == Feature::kEntityId || (feature == Feature::kValue && hasTexts) ||
+                        (feature == Feature::kDisplayValue && hasCategories);
+    fTransformed.AddGiven(fFields[i].var->GetName(), static_cast<int>(i), isText);
+  }
+  std::size_t next = 0;
+  ForEachChildElement(&output, [&](const DOMElement& element) {
+    if (!HasTag(element, kOutputField)) return;
+    const std::size_t field = next++;
+    if (fFields[field].feature != Feature::kTransformed) return;
+    fTransformed.AddTransformed(translator, element, static_cast<int>(field));
+  });
+  fTransformed.Finish();
 }
 
 void OutputFields::Add(Field field, std::set<std::string>& names) {
@@ -183,10 +208,11 @@ void OutputFields::Prepare(const ScoreCaseRecord& layout, const std::vector<cons
   for (std::size_t t = 0; t < targets.size(); ++t) fTargets[t].slot = layout.GetIndex(targets[t]->GetName());
 }
 
-void OutputFields::Fill(const ScoreCaseRecord& record, PluginResult& result) const {
+void OutputFields::Fill(const ScoreCaseRecord& record, PluginResult& result) {
   for (std::size_t i = 0; i < fFields.size(); ++i) {
     FillField(static_cast<int>(i), result.OfTarget(fFields[i].target), record, result);
   }
+  fTransformed.Fill(result);
 }
 
 void OutputFields::FillField(int index, const PluginResult& answer, const ScoreCaseRecord& record,
@@ -216,6 +242,7 @@ void OutputFields::FillField(int index, const PluginResult& answer, const ScoreC
       return FillResidual(index, answer, record, result);
     case Feature::kStandardError:
       return result.SetOutputNumber(index, answer.GetStandardError());
+    case Feature::kTransformed:
     case Feature::kNone:
       return;
   }

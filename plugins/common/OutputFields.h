@@ -10,6 +10,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "common/PluginResult.h"
+#include "common/TransformedOutputs.h"
 #include "data/ResultVar.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ScoreCaseRecord.h"
@@ -34,7 +35,7 @@ class OutputFields {
   // Finds the slots of the targets.
   void Prepare(const ScoreCaseRecord& layout, const std::vector<const ScoreDictVar*>& targets);
   // REQUIRES: the predicted value and the probabilities of `result` are set.
-  void Fill(const ScoreCaseRecord& record, PluginResult& result) const;
+  void Fill(const ScoreCaseRecord& record, PluginResult& result);
 
  private:
   enum class Feature {
@@ -47,6 +48,7 @@ class OutputFields {
     kAffinity,
     kConfidence,
     kStandardError,
+    kTransformed,  // TransformedOutputs fills it
   };
   struct FeatureRow;
   struct Field {
@@ -78,6 +80,8 @@ class OutputFields {
     return fTargets[static_cast<std::size_t>(field.target)];
   }
   void Add(Field field, std::set<std::string>& names);
+  void ReadTransformed(PMMLTranslator& translator, const xercesc::DOMElement& output,
+                       const PluginResult& layout);
   // Fills the output field of that index of `result` from `answer`, which is that of the field's target.
   void FillField(int index, const PluginResult& answer, const ScoreCaseRecord& record,
                  PluginResult& result) const;
@@ -87,6 +91,7 @@ class OutputFields {
 
   std::vector<Field> fFields;
   std::vector<Target> fTargets;
+  TransformedOutputs fTransformed;
 };
 
 }  // namespace KxVeyra_940::Plugin

@@ -150,7 +150,8 @@ TEST(Allocations, NoneForAWarmCase) {
       kBlue + "'><BaselineCell time='1' cumHazard='1'/></BaselineStratum></BaseCumHazardTables>";
   const std::string outputs =
       "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/>"
-      "<OutputField name='r' feature='residual'/>";
+      "<OutputField name='r' feature='residual'/><OutputField name='t' feature='transformedValue'>"
+      "<Apply function='exp'><FieldRef field='r'/></Apply></OutputField>";
   const std::string number = "<Output>" + outputs + "</Output>" + Tables("");
   const std::string category =
       "<Output>" + outputs + "<OutputField name='p' feature='probability'/></Output>" +

@@ -174,6 +174,26 @@ TEST(Regression, OutputFields) {
   const Document category =
       OfCategory("class", "<Output>" + outputs + categoryOutputs + "</Output>" + tables, "logit");
   const Document own = OfNumber("<Output><ResultField name='p' feature='predictedValue'/></Output>" + kPlain);
+  const auto computed = [](const std::string& name, const std::string& expression) {
+    return "<OutputField name='" + name + "' feature='transformedValue' " + expression + "</OutputField>";
+  };
+  const Document transformed =
+      OfNumber("<Output>" +
+               computed("t", "><Apply function='/'><FieldRef field='p'/><Constant>14</Constant></Apply>") +
+               "<OutputField name='r' feature='residual'/>" +
+               computed("u",
+                        "dataType='double' optype='continuous'><Apply function='*'><Constant>-1</Constant>"
+                        "<FieldRef field='t'/></Apply>") +
+               "<OutputField name='p'/></Output>" + kPlain);
+  const Document texts = OfCategory(
+      "class",
+      "<Output>" +
+          computed("s",
+                   "dataType='string'><Apply function='concat'><Apply function='uppercase'>"
+                   "<FieldRef field='v'/></Apply><Constant dataType='string'> is </Constant>"
+                   "<FieldRef field='d'/></Apply>") +
+          "<OutputField name='v'/><OutputField name='d' feature='predictedDisplayValue'/></Output>" + tables,
+      "logit");
   ExpectAnswers({
       {"a number and its residual", number, "x=3, y=10", "7|p=7|d=7|r=3"},
       {"no actual value, no residual", number, "x=3, y=", "7|p=7|d=7|r=missing"},
@@ -184,6 +204,11 @@ TEST(Regression, OutputFields) {
       {"no answer, no probabilities", category, "x=, class=a",
        "missing|p=missing|d=missing|r=missing|q=missing|qa=missing|rb=missing"},
       {"the library's own result fields", own, "x=3", "7|p=7"},
+      {"computed from other outputs, in any order", transformed, "x=3, y=10", "7|t=0.5|r=3|u=-0.5|p=7"},
+      {"computed without an answer", transformed, "x=, y=10",
+       "missing|t=missing|r=missing|u=missing|p=missing"},
+      {"computed texts", texts, "x=0", "b|s=B is Beta|v=b|d=Beta"},
+      {"computed texts of no answer", texts, "x=", "missing|s=missing|v=missing|d=missing"},
   });
 }
 
@@ -354,6 +379,11 @@ TEST(Regression, Refusals) {
       {"an unknown output", withOutput("feature='ruleValue'"), "260303: ruleValue, feature"},
       {"a probability of a number", withOutput("feature='probability'"), "260303: probability, feature"},
       {"an output given twice", withOutput("/><OutputField name='o'"), "260203: OutputField, o, Output"},
+      {"an output that is computed from nothing", withOutput("feature='transformedValue'"),
+       "260283: OutputField"},
+      {"an output that is computed from an input",
+       withOutput("feature='transformedValue'><FieldRef field='x'/></OutputField><OutputField name='p'"),
+       "260125: x, DataDictionary, TransformationDictionary"},
       {"no category", ofClass(kPlain), "260120: targetCategory, RegressionTable"},
       {"an unlisted category", ofClass(Table("intercept='0' targetCategory='q'")), "260127: q, class"},
       {"a category twice", ofClass(tableOfA + tableOfA), "260203: targetCategory, a, RegressionModel"},
