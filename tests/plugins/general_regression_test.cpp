@@ -322,6 +322,11 @@ TEST(GeneralRegression, CumulativeHazards) {
   const Document reference = cox(one, "", "<Parameter name='p1' referencePoint='3'/>");
   const Document listedReference =
       cox(one + "<Extension name='referencePoint'><X-BasePoint parameterName='p1' value='3'/></Extension>");
+  const std::string survival =
+      "<Output><OutputField name='hazard' feature='predictedValue'/>"
+      "<OutputField name='survival' feature='transformedValue' dataType='double'><Apply function='exp'>"
+      "<Apply function='*'><Constant>-1</Constant><FieldRef field='hazard'/></Apply></Apply></OutputField>"
+      "</Output>";
   const Document settings{.design = "",
                           .estimates = Beta("p0", "0"),
                           .attributes = "functionName='regression' modelType='CoxRegression'",
@@ -346,6 +351,7 @@ TEST(GeneralRegression, CumulativeHazards) {
       {"a stratum that is no category", cox(strata, byColor), "x=0, t=2, color=mauve", "missing"},
       {"strata as extensions", cox(extension), "x=0, t=5, color=red", "0.25"},
       {"a stratum around its table", cox(extension), "x=0, t=2, color=blue", "4"},
+      {"the probability of survival", cox(one + survival), "x=0, t=5", "0.5|hazard=0.5|survival=0.606531"},
       {"settings as extensions", settings, "t=5", "0.5"},
   });
 }
@@ -404,13 +410,17 @@ TEST(GeneralRegression, OlderDocumentsNameTheTargetInTheModel) {
 
 // A clone must not point into the original's dictionary, and has its own working state.
 TEST(GeneralRegression, ACloneScoresAfterItsOriginalIsGone) {
-  const Document document{Cell("p1", "color", "red") + Cell("p1", "x", "1"),
-                          Beta("p0", "1") + Beta("p1", "10")};
+  const Document document{
+      .design = Cell("p1", "color", "red") + Cell("p1", "x", "1"),
+      .estimates = Beta("p0", "1") + Beta("p1", "10"),
+      .more =
+          "<Output><OutputField name='v'/><OutputField name='t' feature='transformedValue'>"
+          "<Apply function='*'><FieldRef field='v'/><Constant>2</Constant></Apply></OutputField></Output>"};
   std::unique_ptr<ScoreModel> original = MakeModel(document.Text(), kGeneralRegression);
   const std::unique_ptr<ScoreModel> clone(original->Clone());
   EXPECT_EQ(clone->GetModelKind(), kGeneralRegression);
   original.reset();
-  EXPECT_EQ(Answer(*Scored(*clone, "color=red, x=2")), "21");
+  EXPECT_EQ(Answer(*Scored(*clone, "color=red, x=2")), "21|v=21|t=42");
 }
 
 }  // namespace
