@@ -167,10 +167,9 @@ void DescriptionReader::ReadDesign() {
   std::set<std::tuple<int, int, int>> cells;
   for (const DesignCell& cell : fDescription.cells) {
     if (cells.emplace(cell.parameter, cell.predictor, cell.targetCategory).second) continue;
-    const std::string& predictor = fDescription.predictors[static_cast<std::size_t>(cell.predictor)].name;
-    const std::string& parameter = fDescription.parameters[static_cast<std::size_t>(cell.parameter)].name;
-    Raise(MessageId::kDuplicateValueIn,
-          {fWords.designCell, predictor + ", " + parameter, fWords.designMatrix});
+    std::string names = fDescription.predictors[static_cast<std::size_t>(cell.predictor)].name;
+    names.append(", ").append(fDescription.parameters[static_cast<std::size_t>(cell.parameter)].name);
+    Raise(MessageId::kDuplicateValueIn, {fWords.designCell, names, fWords.designMatrix});
   }
 }
 

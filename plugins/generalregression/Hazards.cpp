@@ -19,6 +19,11 @@ double HazardTable::At(double time) const {
   return next == steps.begin() ? 0 : std::prev(next)->hazard;
 }
 
+void Hazards::SetTable(HazardTable table) {
+  fTables.clear();
+  fTables.push_back(std::move(table));
+}
+
 void Hazards::SetTable(int code, HazardTable table) {
   const auto position = static_cast<std::size_t>(code);
   if (fTableOfCode.size() <= position) fTableOfCode.resize(position + 1, -1);

@@ -28,7 +28,7 @@ struct HazardTable {
 class Hazards {
  public:
   // One table for all cases.
-  void SetTable(HazardTable table) { fTables.assign(1, std::move(table)); }
+  void SetTable(HazardTable table);
   // The table of a category of the stratifying input.
   void SetTable(int code, HazardTable table);
 

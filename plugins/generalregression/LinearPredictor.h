@@ -24,8 +24,9 @@ struct Column {
     int input;
     double exponent;
 
-    bool operator==(const Power&) const = default;
-    auto operator<=>(const Power&) const = default;
+    bool operator<(const Power& other) const {
+      return input < other.input || (input == other.input && exponent < other.exponent);
+    }
   };
   struct Factor {
     int input;
