@@ -202,12 +202,16 @@ void DescriptionReader::ReadDesignCell(const DOMElement& element) {
 // A model of a number pays no attention to categories.
 int DescriptionReader::FindTargetCategory(const DOMElement& element, const char* attribute) {
   if (!PredictsCategories() || FindAttribute(element, attribute) == nullptr) return kEveryCategory;
+  std::string text = OptionalText(element, attribute);
+  const auto known = fCategories.find(text);
+  if (known != fCategories.end()) return known->second;
   std::unique_ptr<ScoreValue> category =
       fTranslator.ReadTargetCategory(element, attribute, fModel.GetTargetVar());
   auto& categories = fDescription.categories;
   const auto found = std::ranges::find_if(categories, [&](const auto& other) { return *other == *category; });
   const int position = static_cast<int>(found - categories.begin());
   if (found == categories.end()) categories.push_back(std::move(category));
+  fCategories.emplace(std::move(text), position);
   return position;
 }
 

@@ -53,6 +53,7 @@ class DescriptionReader {
   Description fDescription;
   Positions fParameters;
   Positions fPredictors;
+  Positions fCategories;  // by the texts that name them
 };
 
 }  // namespace KxVeyra_940::Plugin
