@@ -114,6 +114,17 @@ TEST(Inspect, ZentDocuments) {
   EXPECT_NE(RunProgram({"inspect", "--display", whole}).out.find("Var Name = smoker"), std::string::npos);
 }
 
+// A version of the format says nothing about PMML.
+TEST(Veyra, ScoresZentDocumentsOfAnyVersion) {
+  const TemporaryDirectory files;
+  std::string document = ReadFile(Document("general_regression/zent_loglinear.xml"));
+  const std::string root = "<zent-ml version=\"1.0\"";
+  document.replace(document.find(root), root.size(), "<zent-ml version=\"9.4\"");
+  const ProgramRun run = RunProgram({"score", files.Write("m.xml", document)}, "ward,smoker\neast,no\n");
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.status, 0);
+}
+
 // The factory goes by the root: the catalogue need not have the kind.
 TEST(Doctor, ZentDocuments) {
   const TemporaryDirectory files;

@@ -8,6 +8,7 @@
 
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
+#include "translate/ZENTModelTags.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ByteSource.h"
 #include "veyra/ElementPath.h"
@@ -57,7 +58,7 @@ bool HoldsLag(std::string_view text) {
 }
 
 // One line when the document says that it is newer than what the library knows.
-void WarnOfVersion(const std::string& path, const ScoreModel& model) {
+void WarnOfVersion(const std::string& path, std::string_view text, const ScoreModel& model) {
   if (model.GetVersionInfo() == nullptr) return;
   const std::string& version = model.GetVersionInfo()->GetVersionInfo();
   int major = 0;
@@ -66,6 +67,9 @@ void WarnOfVersion(const std::string& path, const ScoreModel& model) {
   const auto [dot, error] = std::from_chars(version.data(), end, major);
   if (error == std::errc() && dot != end && *dot == '.') std::from_chars(dot + 1, end, minor);
   if (major < kNewestMajor || (major == kNewestMajor && minor <= kNewestMinor)) return;
+  // The versions of the other format are its own.
+  MemoryStream in(text);
+  if (KxVeyra_940::ScoreSax2Parser::IsModelType(KxVeyra_940::ZENTModelTags::XML_ELE_ZENTML, in)) return;
   std::fprintf(stderr,
                "veyra: %s: warning: version %s is newer than PMML %d.%d, which is all that is known here\n",
                path.c_str(), version.c_str(), kNewestMajor, kNewestMinor);
@@ -181,13 +185,14 @@ LoadedModel LibrarySession::LoadModel(const std::string& path, const std::string
     }
     loaded.model = text.empty() ? MakeModelOfFile(path, auxPath) : MakeModel(text, auxPath);
     if (loaded.model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
-    loaded.keepsHistory = HoldsLag(text.empty() ? ReadWhole(path) : text);
+    if (text.empty()) text = ReadWhole(path);
+    loaded.keepsHistory = HoldsLag(text);
+    WarnOfVersion(path, text, *loaded.model);
   } catch (const VYException& exception) {
     throw CommandFailure(kModelRefused,
                          ExplainRefusal(path, exception, isLenient,
                                         [&](std::string_view document) { MakeModel(document, auxPath); }));
   }
-  WarnOfVersion(path, *loaded.model);
   WarnOfAuxPath(path, auxPath, *loaded.model);
   return loaded;
 }
