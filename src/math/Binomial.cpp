@@ -18,6 +18,9 @@ constexpr int kMostQuantileSteps = 20000;
 // How far a value may be from a probability, relative to it, and count as equal.
 constexpr double kSameProbability = 2.842170943040401e-14;
 
+// Where the normal approximation of a quantile is some steps off at most.
+constexpr double kSmallProbability = 1e-6;
+
 bool IsProbability(double p) { return p >= 0 && p <= 1; }
 bool IsNumberOfTrials(double n) { return n >= 1 && n < kInfinity; }
 
@@ -47,11 +50,29 @@ BinomialPoint PointAt(double k, double n, double p) {
 
 bool Reaches(double cumulative, double prob) { return cumulative >= prob * (1 - kSameProbability); }
 
+// Nearer to the quantile of a small probability, where the normal approximation is hundreds of counts off:
+// Newton's iteration on the logarithm of the distribution function, which is concave.
+double ApproachQuantile(double k, double n, double p, double prob) {
+  const double goal = std::log(prob);
+  for (int i = 0; i < 30 && k < n; ++i) {
+    const Scaled lower = BetaLower(n - k, k + 1, {1 - p, p});
+    const Scaled term = BinomialTerm(k, n - k, p, 1 - p);
+    const double distance = lower.exponent + std::log(lower.factor) - goal;
+    // The part of P(X <= k) that is P(X = k).
+    const double part = term.factor / lower.factor * std::exp(term.exponent - lower.exponent);
+    const double jump = distance / -std::log1p(-std::min(part, 1 - kEpsilon));
+    if (!(std::fabs(jump) >= 1)) break;
+    k = std::clamp(std::floor(k - jump), 0.0, n);
+  }
+  return k;
+}
+
 // About the smallest k whose cumulative probability reaches prob, from k by the ratio of neighbouring terms;
 // negative when the steps do not do.
 double StepTowardsQuantile(double k, double n, double p, double prob) {
   const double ratio = p / (1 - p);
   BinomialPoint at = PointAt(k, n, p);
+  double computed = at.cumulative;  // not as a sum or a difference
   int steps = 0;
   for (; !Reaches(at.cumulative, prob) && k < n; ++k) {
     if (++steps > kMostQuantileSteps) return -1;
@@ -64,7 +85,7 @@ double StepTowardsQuantile(double k, double n, double p, double prob) {
     if (++steps > kMostQuantileSteps) return -1;
     double before = at.cumulative - at.term;
     // What is left of a difference is computed when it has lost digits.
-    if (before < at.cumulative / 16) before = PointAt(k - 1, n, p).cumulative;
+    if (before < computed / 16) computed = before = PointAt(k - 1, n, p).cumulative;
     if (!Reaches(before, prob)) break;
     at = {before, at.term * k / (n - k + 1) / ratio};
   }
@@ -118,7 +139,9 @@ double KxDistFun::IdfBin(double prob, double n, double p, long& ifault) {
   if (prob == 0 || p == 0) return 0;
   if (prob == 1 || p == 1) return n;
   const double start = probit(prob) * std::sqrt(n * p * (1 - p)) + n * p - 0.5;
-  const double k = StepTowardsQuantile(std::clamp(std::floor(start), 0.0, n), n, p, prob);
+  double k = std::clamp(std::floor(start), 0.0, n);
+  if (prob < kSmallProbability) k = ApproachQuantile(k, n, p, prob);
+  k = StepTowardsQuantile(k, n, p, prob);
   return k >= 0 ? SettleQuantile(k, n, p, prob) : Fail(ifault, kFailed);
 }
 

@@ -107,7 +107,7 @@ class VEYRA_API KxDistFun {
   static double PdfBin(double k, double n, double p, long& ifault);
   // The smallest k with P(X <= k) >= prob, in [0, n]; n >= 1, whole (code 3), at most 2^53 (code 2),
   // 0 <= prob <= 1.  Values within 128 gMachineEpsilon of prob, relative to it, count as equal.  Up to 20,000
-  // steps from a normal approximation.
+  // steps from a normal approximation, which Newton's iteration brings near where prob is below 1e-6.
   static double IdfBin(double prob, double n, double p, long& ifault);
 
   // --- negative binomial: P(X = x) for the number X of failures before the r-th success (Johnson, Kotz and
