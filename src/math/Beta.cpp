@@ -25,7 +25,7 @@ double OddsOfQuantile(double p, double a, double b, double tolerance) {
 Tails FTails(double x, double df1, double df2) {
   if (x <= 0) return {0, 1};
   if (x == kInfinity) return {1, 0};
-  return BetaTailsOfRatio(df1 / 2, df2 / 2, x, df2 / df1);
+  return BetaTailsOfOdds(df1 / 2, df2 / 2, x, df1, df2);
 }
 
 }  // namespace
@@ -76,7 +76,9 @@ double KxDistFun::zentidff(double p, double df1, double df2, long& ifault) {
   ifault = kDone;
   if (p == 0) return 0;
   const double odds = OddsOfQuantile(p, df1 / 2, df2 / 2, SearchTolerance(kTolerance1, kTolerance2));
-  return CheckedNumber(df2 / df1 * odds, ifault);
+  if (odds > 0 && odds < kInfinity) return CheckedNumber(df2 / df1 * odds, ifault);
+  const double logOdds = LogOfQuantileOdds(df1 / 2, df2 / 2, {p, 1 - p}, odds);
+  return CheckedNumber(std::exp(logOdds + std::log(df2) - std::log(df1)), ifault);
 }
 
 double KxDistFun::IdfF(double p, double df1, double df2) {

@@ -106,6 +106,11 @@ Tails NormalApproximation(double a, double b, UnitPoint at) {
 // x^a for b = 1.
 Tails PowerTails(double logarithm) { return {ValueOf({logarithm, 1}), -std::expm1(logarithm)}; }
 
+// The inverse of BetaOfTinyPoint, where the tails are `lower` and `upper`.
+double LogOddsOfTinyPoint(double a, double b, double lower, double upper) {
+  return (LogOf(lower, upper) + std::log(a) + LogBeta(a, b)) / a;
+}
+
 bool IsLeading(double a, double b, UnitPoint at) { return at.x * (b + 1) <= at.y * (a + 1); }
 
 bool IsForSeries(double a, double b, UnitPoint at) { return a < 1 || (at.x < 0.7 && b * at.x < 1); }
@@ -156,14 +161,14 @@ double BetaOfTinyPoint(double a, double b, double logX) {
   return ValueOf({a * logX - std::log(a) - LogBeta(a, b), 1});
 }
 
-Tails BetaTailsOfRatio(double a, double b, double numerator, double denominator) {
+Tails BetaTailsOfOdds(double a, double b, double x, double factor, double divisor) {
   constexpr double kFar = 1e200;
-  const double odds = numerator / denominator;
+  const double odds = x / (divisor / factor);
   if (odds > 1 / kFar && odds < kFar) return BetaTails(a, b, FromOdds(odds));
-  if (!(numerator > 0)) return {0, 1};
-  const double logOdds = std::log(numerator) - std::log(denominator);
-  const double tail = odds < 1 ? BetaOfTinyPoint(a, b, logOdds) : BetaOfTinyPoint(b, a, -logOdds);
-  return odds < 1 ? Tails{tail, 1 - tail} : Tails{1 - tail, tail};
+  if (!(x > 0)) return {0, 1};
+  const double logOdds = std::log(x) + std::log(factor) - std::log(divisor);
+  const double tail = logOdds < 0 ? BetaOfTinyPoint(a, b, logOdds) : BetaOfTinyPoint(b, a, -logOdds);
+  return logOdds < 0 ? Tails{tail, 1 - tail} : Tails{1 - tail, tail};
 }
 
 double BetaQuantileOdds(double a, double b, Tails wanted, double start, double tolerance) {
@@ -174,6 +179,13 @@ double BetaQuantileOdds(double a, double b, Tails wanted, double start, double t
         return TailPoint{BetaTails(a, b, at), ValueOf(BetaPrefactor(a, b, at)), a * at.y - b * at.x};
       },
       tolerance);
+}
+
+double LogOfQuantileOdds(double a, double b, Tails wanted, double odds) {
+  if (std::isnan(odds)) return odds;
+  if (odds > 0 && odds < kInfinity) return std::log(odds);
+  if (odds == 0) return LogOddsOfTinyPoint(a, b, wanted.lower, wanted.upper);
+  return -LogOddsOfTinyPoint(b, a, wanted.upper, wanted.lower);
 }
 
 double BetaQuantileStart(double a, double b, Tails wanted) {
@@ -187,9 +199,9 @@ double BetaQuantileStart(double a, double b, Tails wanted) {
     const double w = y * std::sqrt(std::max(0.0, h + r)) / h - (t - s) * (r + 5.0 / 6 - 2 / (3 * h));
     return a / b * std::exp(-2 * w);
   }
-  const double logLower = (std::log(wanted.lower) + std::log(a) + LogBeta(a, b)) / a;
+  const double logLower = LogOddsOfTinyPoint(a, b, wanted.lower, wanted.upper);
   if (logLower < -kLogTwo && b * std::exp(logLower) < 0.5) return std::exp(logLower);
-  const double logUpper = (std::log(wanted.upper) + std::log(b) + LogBeta(a, b)) / b;
+  const double logUpper = LogOddsOfTinyPoint(b, a, wanted.upper, wanted.lower);
   if (logUpper < -kLogTwo && a * std::exp(logUpper) < 0.5) return std::exp(-logUpper);
   if (a <= 1 && b <= 1) return 1;
   // The long side makes the short one a gamma variable.

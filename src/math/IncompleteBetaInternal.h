@@ -36,13 +36,17 @@ Scaled BetaLower(double a, double b, UnitPoint at);
 // I_x(a, b) where x is so small that only the first term of its series counts; takes ln x.
 double BetaOfTinyPoint(double a, double b, double logX);
 
-// The tails for x / (1 - x) = numerator / denominator, none negative, where neither x nor its distance from 1
-// may be a double any more.
-Tails BetaTailsOfRatio(double a, double b, double numerator, double denominator);
+// The tails at the odds x factor / divisor, x >= 0, the others positive, where neither the odds nor the parts
+// of the unit interval on both sides may be doubles any more.
+Tails BetaTailsOfOdds(double a, double b, double x, double factor, double divisor);
 
 // The odds x / (1 - x) at which the tails are `wanted`, which sum to 1: start near them.  0, infinity and NaN
 // as SolveTail has it.
 double BetaQuantileOdds(double a, double b, Tails wanted, double start, double tolerance = 1e-15);
+
+// The logarithm of what BetaQuantileOdds gave, also where that is 0 or infinity: only the first term of the
+// series counts there.
+double LogOfQuantileOdds(double a, double b, Tails wanted, double odds);
 
 // Odds near the quantile: Carter's approximation as in AS 109 (Cran, Martin and Thomas 1977), a power law or
 // a gamma distribution, by the shape.

@@ -31,7 +31,7 @@ Tails TailsOfPositive(double t, double df) {
   if (t == kInfinity) return {1, 0};
   if (t < 1e-150) return {0.5, 0.5};
   // T^2 / df is the ratio whose beta variable has the parameters 1/2 and df / 2.
-  const Tails central = BetaTailsOfRatio(0.5, df / 2, t, df / t);
+  const Tails central = BetaTailsOfOdds(0.5, df / 2, t, t, df);
   return {t > 1 ? 1 - central.upper / 2 : 0.5 + central.lower / 2, central.upper / 2};
 }
 
@@ -69,7 +69,8 @@ double MagnitudeOfTail(double tail, double df, double tolerance) {
   double start = df >= 1 ? HillsStart(2 * tail, df) : 0;
   if (!(start > 0 && start < kInfinity)) start = BetaQuantileStart(0.5, df / 2, wanted);
   const double odds = BetaQuantileOdds(0.5, df / 2, wanted, start, tolerance);
-  return std::sqrt(df) * std::sqrt(odds);
+  if (odds < kInfinity) return std::sqrt(df) * std::sqrt(odds);
+  return std::exp(0.5 * (std::log(df) + LogOfQuantileOdds(0.5, df / 2, wanted, odds)));
 }
 
 }  // namespace

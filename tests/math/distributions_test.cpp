@@ -159,6 +159,7 @@ TEST(Distributions, Edges) {
       {"chi-square quantile of 1", D::IdfChi(1, 3), kMissing},
       {"t at 0", D::CdfT(0, 5), 0.5},
       {"t with one degree", D::CdfT(1, 1), 0.75},
+      {"t with next to no degrees", D::CdfT(-1e24, 1e-300), 0.5},
       {"t with very many degrees", D::CdfT(1.25, 2e8), D::CdfStdNorm(1.25)},
       {"t whose square overflows", D::SigT(1e200, 1), 1 / (3.141592653589793 * 1e200)},
       {"t without degrees", D::CdfT(1, 0), kMissing},
@@ -364,6 +365,13 @@ TEST(Samples, IntervalOfTheMedian) {
   Numbers values(10);
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i + 1);
   double lower, upper;
+TEST(Distributions, QuantilesBeyondTheirSquaresAndOdds) {
+  // The square of the first, the odds of the others are no doubles; the quantiles are.
+  EXPECT_NEAR(D::CdfT(D::IdfT(0.19, 0.003, 1e-20, 1e-12), 0.003), 0.19, 1e-12);
+  EXPECT_NEAR(D::SigF(D::IdfF(0.298, 1e6, 1e-3), 1e6, 1e-3), 0.702, 1e-12);
+  EXPECT_NEAR(D::CdfF(D::IdfF(0.702, 1e-3, 1e6), 1e-3, 1e6), 0.702, 1e-12);
+}
+
   // Ten values: P(X <= 1) = 11 / 1024 for X binomial with p = 1/2.
   EXPECT_NEAR(D::Mednci(values, Numbers(10, 1.0), 0.95, lower, upper, code), 1 - 22.0 / 1024, 1e-15);
   EXPECT_EQ(lower, 2);
