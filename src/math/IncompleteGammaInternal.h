@@ -1,9 +1,9 @@
 // The kernel of the gamma and chi-square distributions.
 //
 // Method: the power series (Abramowitz and Stegun 1964, 6.5.29) for x <= max(1, a); Legendre's continued
-// fraction as in AS 239 (Shea 1988) beyond; the uniform asymptotic expansion (Temme 1979, "The asymptotic
-// expansion of the incomplete gamma functions") for a >= 20 near x = a, whose first term is the normal
-// distribution function and whose others bring it to the last digits, for any a.
+// fraction as in AS 239 (Shea 1988) beyond; for a >= 1000 near x = a, where both need ever more terms, the
+// uniform asymptotic expansion (Temme 1979, "The asymptotic expansion of the incomplete gamma functions"): a
+// normal approximation in its first term, exact to the last digits with the others, for any a.
 
 #ifndef VEYRA_MATH_INCOMPLETEGAMMAINTERNAL_H_
 #define VEYRA_MATH_INCOMPLETEGAMMAINTERNAL_H_

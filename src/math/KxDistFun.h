@@ -172,7 +172,8 @@ class VEYRA_API KxDistFun {
   // --- what the functions above are made of.
 
   // The incomplete gamma function P(p, x), or Q = 1 - P unless `lowerTail`; p > 0; P = 0 for x <= 0.
-  // Series, continued fraction (Shea 1988, AS 239), uniform expansion near x = p for p >= 20 (Temme 1979).
+  // Series, continued fraction (Shea 1988, AS 239); for p >= 1000 near x = p the uniform expansion (Temme
+  // 1979), because their terms become ever more with p.
   static double gammad(double x, double p, bool lowerTail, long& ifault);
   // The regularised incomplete beta function I_x(a, b); a > 0, b > 0; 0 for x <= 0, 1 for x >= 1.
   // Series, continued fraction (DiDonato and Morris 1992), Peizer and Pratt (1968) where that does not
@@ -197,7 +198,8 @@ class VEYRA_API KxDistFun {
   static double prbnrm(double x);
   static double derf(double x);
   static double derfc(double x);
-  // ln Gamma(x), x > 0.  Stirling's series from 8, polynomials below.
+  // ln Gamma(x), x > 0.  Stirling's series from 8, polynomials below.  Nine terms of the series: six would be
+  // six units in the last place off at 8, where the function would step back.
   static double dnlgam(double x);
   static double zentdnlgam(double x);
   // ln of n over k, 0 <= k <= n, neither necessarily whole.

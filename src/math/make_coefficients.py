@@ -159,10 +159,10 @@ def uniform_gamma():
         previous = rows[-1]
         rows.append([(-1)**k * gammas[k] * rows[0][n] + (n + 2) * previous[n + 2]
                      for n in range(len(previous) - 2)])
-    # What counts at a = 20 and |eta| = 0.48.
+    # What counts at a = 1000 and |eta| = 0.48.
     tables = []
     for k in range(levels):
-        used = [n for n in range(len(rows[k])) if abs(rows[k][n]) * mpf("0.48")**n / mpf(20)**k > mpf("1e-17")]
+        used = [n for n in range(len(rows[k])) if abs(rows[k][n]) * mpf("0.48")**n / mpf(1000)**k > mpf("1e-17")]
         if not used:
             break
         tables.append(rows[k][:used[-1] + 1])
@@ -186,7 +186,7 @@ def write_uniform_gamma():
         text.append(one_row(f"kTemme{k}", f"c{k}(eta) in powers of eta.", row))
     write("UniformGammaTablesInternal",
           "Coefficients of the uniform asymptotic expansion of the incomplete gamma functions (N. M. Temme, 1979,\n"
-          "\"The asymptotic expansion of the incomplete gamma functions\"), as many as count for a >= 20, |eta| <= 0.48.",
+          "\"The asymptotic expansion of the incomplete gamma functions\"), as many as count for a >= 1000, |eta| <= 0.48.",
           *text)
 
 

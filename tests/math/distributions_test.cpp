@@ -208,6 +208,7 @@ TEST(Distributions, Edges) {
   };
   for (const auto& row : kRows) EXPECT_NEAR(row.value, row.want, 1e-15 * std::fabs(row.want)) << row.what;
   EXPECT_TRUE(std::signbit(D::derf(-0.0)));
+  EXPECT_GT(D::dnlgam(8), D::dnlgam(std::nextafter(8, 0)));  // where polynomials and series meet
   EXPECT_LT(D::FindNCParamChi(10, 3, 0, 1e-9), 1e5);  // where the function underflows
 }
 
@@ -254,9 +255,12 @@ TEST(Distributions, CumulativeFunctionsNeverStepBack) {
       {"normal", [](double x) { return D::CdfStdNorm(x - 40); }, 1, 80},
       {"gamma, shape 0.05", [](double x) { return D::gammad(x, 0.05, true, code); }, 1e-10, 50},
       {"gamma, shape 19.9", [](double x) { return D::gammad(x, 19.9, true, code); }, 1, 100},
-      {"gamma, shape 20", [](double x) { return D::gammad(x, 20, true, code); }, 1, 100},
+      {"gamma, shape 999", [](double x) { return D::gammad(x, 999, true, code); }, 500, 2000},
+      {"gamma, shape 1000", [](double x) { return D::gammad(x, 1000, true, code); }, 500, 2000},
+      {"gamma by shape, expanded from 1000", [](double p) { return -D::gammad(1010, p, true, code); }, 900,
+       1100},
       {"gamma, shape 1e5", [](double x) { return D::gammad(x, 1e5, true, code); }, 5e4, 2e5},
-      {"gamma tail, shape 20", [](double x) { return -D::gammad(x, 20, false, code); }, 1, 600},
+      {"gamma tail, shape 1000", [](double x) { return -D::gammad(x, 1000, false, code); }, 500, 2000},
       {"beta 0.2, 3", [](double x) { return D::CdfBeta(x, 0.2, 3); }, 1e-10, 1},
       {"beta 300, 0.5", [](double x) { return D::CdfBeta(x, 300, 0.5); }, 0.1, 1},
       {"beta 2000, 3000", [](double x) { return D::CdfBeta(x, 2000, 3000); }, 0.1, 1},
