@@ -130,16 +130,18 @@ class VEYRA_API KxDistFun {
   // functions can do it counts as what they can.  NaN, missing and negative ones are out of domain.
 
   // A Poisson mixture of central distributions (Patnaik 1949), summed from above the largest term downwards,
-  // where the recurrence only adds (Ding 1992).  df > 0, lambda >= 0; 0 for x <= 0.  Lambda above 2e9 is
-  // code 2.
+  // where the recurrence only adds (Ding 1992): upwards from a term below it the recurrence subtracts, and
+  // the lower tail loses its digits.  Where more than some thousand terms count, the trapezoidal rule over
+  // some of them.  df > 0, lambda >= 0; 0 for x <= 0.  Lambda above 2e9 is code 2.
   static double NonCentralCdfChi(double x, double df, double lambda);
   // As ncdbet.  df1 > 0, df2 > 0, lambda >= 0; 0 for x <= 0.
   static double NonCentralCdfF(double x, double df1, double df2, double lambda, double tolerance);
   // The distribution of (Z + delta) / sqrt(C / df), Z standard normal, C chi-square with df > 0 degrees of
   // freedom; any finite delta.  The integral over the logarithm of sqrt(C / df) (Johnson, Kotz and
   // Balakrishnan 1995, 31.2) by the trapezoidal rule with an exponentially widened lower end (Takahasi and
-  // Mori 1974), or over Z where |delta| is large; some hundred nodes whatever the parameters.  Above 1e13
-  // degrees of freedom the normal approximation of Johnson and Welch (1940).
+  // Mori 1974), by parts for few degrees of freedom, or over Z where |delta| is large; some hundred nodes
+  // whatever the parameters.  Above 1e13 degrees of freedom the normal approximation of Johnson and Welch
+  // (1940).
   static double NonCentralCdfT(double t, double df, double delta, double tolerance);
   static double NonCentralPdfT(double t, double df, double delta, long& ifault);
 

@@ -6,6 +6,7 @@
 #include "math/IncompleteBetaInternal.h"
 #include "math/IncompleteGammaInternal.h"
 #include "math/KxDistFun.h"
+#include "math/TrapezoidInternal.h"
 
 namespace KxMath_940 {
 
@@ -14,19 +15,22 @@ namespace {
 // The largest mean of the Poisson weights whose terms are summed.
 constexpr double kLargestMean = 1e9;
 
+// Where the terms are so many that an integral over some of them takes less time.
+constexpr double kWide = 1e5;
+
 // A Poisson mixture of central distributions whose first parameter grows with the Poisson variable j.  P_j is
 // the distribution function with the parameter Shape(j); P_j - P_(j+1) = G_j.
 struct GammaComponents {
   double a;
   double x;
-  double reciprocal = 1 / x;
 
+  bool IsQuick(double) const { return true; }
   double Shape(double j) const { return a + j; }
   Scaled Lower(double j) const { return GammaLower(Shape(j), x); }
   // Shape(j) G_j.
   Scaled Prefactor(double j) const { return GammaPrefactor(Shape(j), x); }
   // G_(j-1) / G_j.
-  double RatioBefore(double j) const { return Shape(j) * reciprocal; }
+  double RatioBefore(double j) const { return Shape(j) / x; }
   // Not below the j where the largest term of the mixture is: P_(j+1) / P_j is at most x / Shape(j).
   double LargestTerm(double mean) const {
     const double half = (a + 1) / 2;
@@ -40,6 +44,8 @@ struct BetaComponents {
   double b;
   UnitPoint at;
 
+  // Whether incomplete beta functions at some points take less time than the terms up to j.
+  bool IsQuick(double j) const { return b <= j / 4; }
   double Shape(double j) const { return a + j; }
   Scaled Lower(double j) const { return BetaLower(Shape(j), b, at); }
   Scaled Prefactor(double j) const { return BetaPrefactor(Shape(j), b, at); }
@@ -62,12 +68,30 @@ Scaled PoissonTerm(double mean, double j) {
   return term;
 }
 
+// A mixture whose terms change so slowly with j that every few hundredth or thousandth of them does: the
+// trapezoidal rule for the integral over j, which the sum is but for less than a rounding.  No term is
+// narrower than a normal density with the variance `largest` / 2.
+template <class Components>
+double WideMixture(const Components& components, double mean, double largest, double tolerance) {
+  const double step = 0.5 * std::sqrt(largest);
+  const auto termAt = [&](int i) {
+    const double j = largest + i * step;
+    const Scaled weight = PoissonTerm(mean, j);
+    const Scaled lower = components.Lower(j);
+    return Scaled{weight.exponent + lower.exponent, weight.factor * lower.factor};
+  };
+  const Scaled sum = SumBothWays(termAt, tolerance);
+  return std::min(1.0, ValueOf({sum.exponent, sum.factor * step}));
+}
+
 // Sums from so far above the largest term that nothing is left out down to where nothing counts any more.  On
 // the way down P_j grows by what is added, so that it keeps its digits; the terms grow before they fall.
 template <class Components>
 double Mixture(const Components& components, double mean, double tolerance) {
   if (mean == 0) return ValueOf(components.Lower(0));
   const double largest = std::min(mean, components.LargestTerm(mean));
+  if (largest > kWide && components.IsQuick(largest))
+    return WideMixture(components, mean, largest, tolerance);
   double j = std::ceil(largest + std::sqrt(84 * (largest + 1)) + 30);
   const Scaled weight = PoissonTerm(mean, j);
   const Scaled lower = components.Lower(j);
@@ -81,11 +105,14 @@ double Mixture(const Components& components, double mean, double tolerance) {
   double sum = 1;
   double exponent = weight.exponent + lower.exponent;
   double last = 1;
-  const double reciprocalMean = 1 / mean;
+  constexpr double kVanishing = 1e-290;
   while (j > 0) {
-    g *= components.RatioBefore(j);
+    const double ratio = components.RatioBefore(j);
+    g *= ratio;
+    // Ratios below 1 go on falling.  What is no ordinary double any more would take a hundred times as long.
+    if (g < kVanishing && ratio < 1) g = 0;
     p += g;
-    w *= j * reciprocalMean;
+    w *= j / mean;
     --j;
     const double term = w * p;
     sum += term;

@@ -9,6 +9,7 @@
 #include "math/IncompleteGammaInternal.h"
 #include "math/KxDistFun.h"
 #include "math/LogGammaInternal.h"
+#include "math/TrapezoidInternal.h"
 #include "math/ValuesInternal.h"
 
 namespace KxMath_940 {
@@ -25,7 +26,6 @@ constexpr double kWidening = 2.0 / 3;
 constexpr double kLongestUnit = 0.25;
 // Above, the distribution is that of a normal approximation (Johnson and Welch 1940) to the last digits.
 constexpr double kManyDegrees = 1e13;
-constexpr int kMostNodes = 5000;
 
 // Phi(z), also where it is no double any more.
 Scaled NormalCdf(double z) {
@@ -77,8 +77,11 @@ struct CdfIntegrand {
       u += step;
       if (std::fabs(step) < 0.2 * width) break;
     }
-    // Phi rises from 0 to 1 about s = delta / t, within 1 / delta.
-    const double rise = delta / t > 0 ? std::max(0.0, u - std::log(delta / t)) : 0;
+    // Phi changes about s = delta / t, within 1 / delta, or where t s is about 1, unless the density has
+    // fallen to nothing above.
+    const double changes =
+        delta / t > 1 / std::fabs(t) ? delta / t : 1 / (1 + std::fabs(delta)) / std::fabs(t);
+    const double rise = std::clamp(u - std::log(changes), 0.0, 20 / a);
     return {u, width, std::min({width, kLongestUnit, 1 / (1 + std::fabs(delta))}),
             std::max(6 * width, rise + 8 / (1 + std::fabs(delta)))};
   }
@@ -105,26 +108,6 @@ struct PdfIntegrand {
   }
 };
 
-// The sum of term(i) for i = 0, 1, 2 .. and -1, -2 .. with one maximum near 0, relative to term(0) = 1; NaN
-// when the nodes do not do.
-template <class Term>
-double SumBothWays(Term term, double tolerance) {
-  double sum = 1;
-  int nodes = 0;
-  for (const int direction : {1, -1}) {
-    double last = 1;
-    for (int i = direction;; i += direction) {
-      if (++nodes > kMostNodes) return std::numeric_limits<double>::quiet_NaN();
-      const double value = term(i);
-      sum += value;
-      // Also what is no number any more ends the sum.
-      if (!(value > last || value >= tolerance * sum)) break;
-      last = value;
-    }
-  }
-  return sum;
-}
-
 // The trapezoidal rule in v, where u = peak + unit (v - e^-(c v + reach / unit)): evenly spaced over all
 // features, then ever wider below them, where the density of few degrees of freedom falls slowly.
 template <class Integrand>
@@ -136,35 +119,35 @@ double Integrate(const Integrand& integrand, double a, double tolerance) {
     const double depth = kWidening * v + evenNodes;
     const double stretch = depth > 40 ? 0 : std::exp(-depth);
     const double u = peak.u + peak.unit * (v - stretch);
-    // s - 1, to the digits that many degrees of freedom multiply.
+    // s - 1 to the digits that many degrees of freedom multiply, and s to its own far below.
     const double change = a < 1e3 ? std::exp(u) - 1 : std::expm1(u);
-    Scaled value = integrand.At(u, 1 + change);
+    Scaled value = integrand.At(u, change > -0.5 ? 1 + change : std::exp(u));
     value.exponent -= a * (change * (2 + change) - 2 * u);
     value.factor *= peak.unit * (1 + kWidening * stretch);
     return value;
   };
-  const Scaled top = termAt(0);
-  const double sum = SumBothWays(
-      [&](int i) {
-        const Scaled value = termAt(i);
-        return value.factor / top.factor * std::exp(value.exponent - top.exponent);
-      },
-      tolerance);
-  return ValueOf({top.exponent - StirlingRemainder(a), 2 * std::sqrt(a / kTwoPi) * top.factor * sum * kStep});
+  const Scaled sum = SumBothWays(termAt, tolerance);
+  return ValueOf({sum.exponent - StirlingRemainder(a), 2 * std::sqrt(a / kTwoPi) * sum.factor * kStep});
+}
+
+// The probabilities of a s^2, a gamma variable, below and above a ratio^2.
+Tails TailsOfSquare(double a, double ratio) {
+  if (!(ratio > 0)) return {0, 1};
+  const double x = a * ratio * ratio;
+  if (!(x < kInfinity)) return {1, 0};
+  if (x > std::numeric_limits<double>::min() || a > 1) return GammaTails(a, x);
+  // Of next to no degrees of freedom next to nothing lies between a point that is a double and one that is
+  // not.
+  const double logLower = a * (std::log(a) + 2 * std::log(ratio)) - LogGammaOnePlus(a);
+  return {std::exp(logLower), -std::expm1(logLower)};
 }
 
 // For a delta so large that Phi is a step for s: the integral over the normal variable z instead, of phi(z)
-// times the probability that a s^2, a gamma variable, lies above (below, for t < 0) a (z + delta)^2 / t^2.
+// times the probability that s lies above (below, for t < 0) (z + delta) / t.
 double IntegrateOverNormal(double t, double a, double delta, double tolerance) {
   if ((t > 0) != (delta > 0)) return t > 0 ? 1 : 0;
-  const auto tailAt = [&](double z) {
-    const double ratio = (z + delta) / t;
-    if (!(ratio > 0)) return Tails{0, 1};
-    const double x = a * ratio * ratio;
-    return x < kInfinity ? GammaTails(a, x) : Tails{1, 0};
-  };
   const auto probabilityAt = [&](double z) {
-    const Tails tails = tailAt(z);
+    const Tails tails = TailsOfSquare(a, (z + delta) / t);
     return t > 0 ? tails.upper : tails.lower;
   };
   // The maximum, where the slopes of both logarithms add up to 0, lies between -39 and 0: the probability
@@ -180,19 +163,49 @@ double IntegrateOverNormal(double t, double a, double delta, double tolerance) {
     (rises ? near : far) = z;
   }
   const double centre = (near + far) / 2;
-  const double top = kInverseRootTwoPi * std::exp(-0.5 * centre * centre) * probabilityAt(centre);
-  if (!(top > 0)) return 0;
-  const double sum = SumBothWays(
-      [&](int i) {
-        const double z = centre + i * kStep;
-        return kInverseRootTwoPi * std::exp(-0.5 * z * z) * probabilityAt(z) / top;
-      },
-      tolerance);
-  return top * sum * kStep;
+  const auto termAt = [&](int i) {
+    const double z = centre + i * kStep;
+    return Scaled{-0.5 * z * z, probabilityAt(z)};
+  };
+  const Scaled sum = SumBothWays(termAt, tolerance);
+  return ValueOf({sum.exponent, kInverseRootTwoPi * kStep * sum.factor});
+}
+
+// For degrees of freedom so few that the density of u falls over a length that nodes cannot cover: the same
+// by parts, Phi(-delta) for t > 0 and the integral of phi(y - e) P(s > y / |t|) (s < y / |t|, for t < 0) over
+// y = |t| s, where e is delta with the sign of t.  The trapezoidal rule in w, where y = ln(1 + exp(w - e^-(w
+// + depth))): evenly spaced where phi counts, in the logarithm of y below, ever wider where nothing changes.
+double IntegrateByParts(double t, double a, double delta, double tolerance) {
+  constexpr double kNarrowStep = 0.125;
+  constexpr double kNegligible = 1e-20;
+  const double beyond = t > 0 ? KxDistFun::prbnrm(-delta) : 0;
+  const double centre = t > 0 ? delta : -delta;
+  const double end = std::fabs(t) / std::sqrt(a);  // the y about which s ends
+  // The first y about which anything changes.
+  const double least = std::max(kNegligible, std::min(end, 1 / (1 + std::fabs(centre))));
+  const double depth = 2 - std::log(least);
+  const auto termAt = [&](double w) {
+    const double stretch = std::exp(-(w + depth));
+    const double power = w - stretch;
+    const double y = power > 40 ? power : std::log1p(std::exp(power));
+    const Tails tails = TailsOfSquare(a, y / std::fabs(t));
+    const double distance = y - centre;
+    const double slope = (1 + stretch) / (1 + std::exp(-power));
+    return Scaled{-0.5 * distance * distance,
+                  kInverseRootTwoPi * slope * (t > 0 ? tails.upper : tails.lower)};
+  };
+  // Where the integrand is largest, or nearly.
+  const double pulled = t > 0 ? centre / (1 + 2 / end / end) : centre;
+  const double start = std::log(std::expm1(std::max(pulled, least)));
+  const Scaled sum = SumBothWays([&](int i) { return termAt(start + i * kNarrowStep); }, tolerance);
+  return beyond + ValueOf({sum.exponent, sum.factor * kNarrowStep});
 }
 
 // Whether nodes on the scale of Phi's rise would be many times more than the density in u needs.
 bool IsStep(double a, double delta) { return std::fabs(delta) > 40 && std::fabs(delta) > 10 * std::sqrt(a); }
+
+// Whether nodes would be many because the density of u is long, or Phi changes far below most of it.
+bool IsLong(double t, double df) { return df < 0.1 || (df < 2 && t > 1e3); }
 
 double IntegrationTolerance(double tolerance) { return std::clamp(tolerance * 0.1, 1e-13, 1e-3); }
 
@@ -210,6 +223,7 @@ double KxDistFun::NonCentralCdfT(double t, double df, double delta, double toler
   const double a = df / 2;
   const double smallest = IntegrationTolerance(tolerance);
   const double value = IsStep(a, delta) ? IntegrateOverNormal(t, a, delta, smallest)
+                       : IsLong(t, df)  ? IntegrateByParts(t, a, delta, smallest)
                                         : Integrate(CdfIntegrand{t, delta}, a, smallest);
   long ifault;
   return CheckedProbability(std::min(1.0, value), ifault);

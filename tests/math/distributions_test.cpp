@@ -212,6 +212,41 @@ TEST(Distributions, Edges) {
   EXPECT_LT(D::FindNCParamChi(10, 3, 0, 1e-9), 1e5);  // where the function underflows
 }
 
+TEST(Distributions, NonCentralTOfFewDegrees) {
+  // By Gauss-Legendre quadrature with 25 digits in 0.4 wide panels of ln s.
+  const struct {
+    double t, df, delta, want;
+  } kRows[] = {{2.5, 1e-3, 1.5, 0.070673446580231189},
+               {-1564.82, 1.51304e-05, 3.39656, 0.00034111623015103839},
+               {0.00026, 8e-4, -1.1, 0.86433593773867821},
+               {-0.5, 0.02, -3, 0.98935786741982386},
+               {30, 0.05, 25, 0.08412560829794201}};
+  for (const auto& row : kRows)
+    EXPECT_NEAR(D::NonCentralCdfT(row.t, row.df, row.delta, 0), row.want, 1e-12 * row.want) << row.t;
+  for (double df = 1e-300; df < 10; df *= 97) {
+    for (double t = 1e-40; t < 1e40; t *= 313) {
+      const double lower = D::CdfT(-t, df);
+      EXPECT_NEAR(D::NonCentralCdfT(-t, df, 0, 0), lower, 1e-10 * lower) << t << " " << df;
+      EXPECT_NEAR(D::NonCentralCdfT(t, df, 0, 0), 1 - lower, 1e-10) << t << " " << df;
+    }
+  }
+}
+
+TEST(Distributions, BinomialQuantilesAreTheSmallest) {
+  for (const double n : {1.0, 17.0, 939.0, 30137.0, 266598.0, 1e8}) {
+    for (const double p : {1e-9, 0.003, 0.3, 0.94, 0.99998}) {
+      for (const double prob : {1e-290, 1e-174, 1e-40, 1e-7, 0.01, 0.6, 0.999999, 1 - 1e-12}) {
+        const double k = D::IdfBin(prob, n, p, code);
+        ASSERT_TRUE(code == 0 && k >= 0 && k <= n) << n << " " << p << " " << prob;
+        EXPECT_GE(D::CdfBin(k, n, p, code), prob * (1 - 3e-14)) << n << " " << p << " " << prob;
+        if (k > 0) {
+          EXPECT_LT(D::CdfBin(k - 1, n, p, code), prob) << n << " " << p << " " << prob;
+        }
+      }
+    }
+  }
+}
+
 TEST(Distributions, CodesTellWhatIsWrong) {
   const struct {
     const char* what;
@@ -268,9 +303,20 @@ TEST(Distributions, CumulativeFunctionsNeverStepBack) {
       {"F 3, 0.1", [](double x) { return D::CdfF(x, 3, 0.1); }, 1e-10, 1e10},
       {"non-central chi-square", [](double x) { return D::NonCentralCdfChi(x, 3, 40); }, 1e-3, 200},
       {"non-central t", [](double x) { return D::NonCentralCdfT(x - 20, 3, 2, 0); }, 1, 60},
+      {"non-central t, few degrees", [](double x) { return D::NonCentralCdfT(x - 20, 0.05, 2, 0); }, 1, 1e6},
+      {"non-central t by delta", [](double d) { return -D::NonCentralCdfT(7, 0.3, d - 50, 0); }, 1, 100},
+      {"non-central F", [](double x) { return D::NonCentralCdfF(x, 3, 0.2, 40, 0); }, 1e-3, 1e9},
+      {"non-central F by lambda, terms summed, then sampled",
+       [](double lambda) { return -D::NonCentralCdfF(7e4, 3, 8, lambda, 0); }, 1.9e5, 2.2e5},
+      {"non-central chi-square by lambda, terms summed, then sampled",
+       [](double lambda) { return -D::NonCentralCdfChi(2e5, 3, lambda); }, 1.9e5, 2.2e5},
+      {"t quantile", [](double p) { return D::IdfT(p, 2.5, 1e-20, 1e-12); }, 1e-300, 0.99},
+      {"chi-square quantile", [](double p) { return D::IdfChi(p, 7); }, 1e-300, 0.99},
+      {"F quantile", [](double p) { return D::IdfF(p, 7, 0.5); }, 1e-300, 0.99},
+      {"binomial quantile", [](double p) { return D::IdfBin(p, 3e4, 0.9, code); }, 1e-300, 0.99},
   };
   for (const auto& row : kRows) {
-    double last = -1;
+    double last = -1e308;
     Scan(row.low, row.high, [&](double x) {
       const double value = row.lower(x);
       EXPECT_GE(value, last - 1e-12 * std::fabs(last)) << row.what << " at " << x;
@@ -319,6 +365,13 @@ TEST(Distributions, QuantilesLeadBack) {
   }
 }
 
+TEST(Distributions, QuantilesBeyondTheirSquaresAndOdds) {
+  // The square of the first, the odds of the others are no doubles; the quantiles are.
+  EXPECT_NEAR(D::CdfT(D::IdfT(0.19, 0.003, 1e-20, 1e-12), 0.003), 0.19, 1e-12);
+  EXPECT_NEAR(D::SigF(D::IdfF(0.298, 1e6, 1e-3), 1e6, 1e-3), 0.702, 1e-12);
+  EXPECT_NEAR(D::CdfF(D::IdfF(0.702, 1e-3, 1e6), 1e-3, 1e6), 0.702, 1e-12);
+}
+
 TEST(Distributions, Symmetries) {
   Scan(1e-8, 30, [](double x) {
     EXPECT_EQ(D::derf(-x), -D::derf(x));
@@ -340,6 +393,10 @@ TEST(Distributions, LargeCountsAddUp) {
   EXPECT_NEAR(D::CdfBin(n / 2, n, 0.5, code), 0.5 + D::PdfBin(n / 2, n, 0.5, code) / 2, 1e-12);
   EXPECT_NEAR(D::CdfBin(n / 2 + std::sqrt(n) / 2, n, 0.5, code), D::CdfStdNorm(1), 1e-7);
   EXPECT_NEAR(D::gammad(1e15 + 3e7, 1e15, false, code), D::CdfStdNorm(-3e7 / std::sqrt(1e15)), 1e-7);
+  // 1 - E(u (a + j))^b / Gamma(b + 1) with j the Poisson variable and u the upper odds, which are tiny.
+  EXPECT_NEAR(D::NonCentralCdfF(6.1763145470329926e29, 8.9522814795517096, 0.36565083793864706,
+                                1616968190.1889935, 0),
+              0.99990817396330960, 1e-12);
   EXPECT_NEAR(D::NonCentralCdfT(1e6, 3, 1e6, 0), D::SigChi(3, 3), 1e-6);  // delta / s alone
 }
 
@@ -369,13 +426,6 @@ TEST(Samples, IntervalOfTheMedian) {
   Numbers values(10);
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i + 1);
   double lower, upper;
-TEST(Distributions, QuantilesBeyondTheirSquaresAndOdds) {
-  // The square of the first, the odds of the others are no doubles; the quantiles are.
-  EXPECT_NEAR(D::CdfT(D::IdfT(0.19, 0.003, 1e-20, 1e-12), 0.003), 0.19, 1e-12);
-  EXPECT_NEAR(D::SigF(D::IdfF(0.298, 1e6, 1e-3), 1e6, 1e-3), 0.702, 1e-12);
-  EXPECT_NEAR(D::CdfF(D::IdfF(0.702, 1e-3, 1e6), 1e-3, 1e6), 0.702, 1e-12);
-}
-
   // Ten values: P(X <= 1) = 11 / 1024 for X binomial with p = 1/2.
   EXPECT_NEAR(D::Mednci(values, Numbers(10, 1.0), 0.95, lower, upper, code), 1 - 22.0 / 1024, 1e-15);
   EXPECT_EQ(lower, 2);
