@@ -20,10 +20,10 @@
 // parameters from 1e-3 to 1e3, and 1e-15 times the largest parameter up to 1e8; 1e-10 for what is
 // non-central; a quantile's probability is p to 1e-10 of min(p, 1 - p).
 //
-// Work: up to 0.1 ms for parameters to 1e6, 1 ms to 1e8 (searches for a parameter: 10 ms to 1e6).  Beyond,
-// the incomplete gamma function costs no more and loses nothing; the incomplete beta function stops after
-// 10,000 steps and falls back to a normal approximation; sums of more than about a million terms are not
-// begun (code 2).
+// Work: up to 0.1 ms for parameters to 1e6, 1 ms to 1e8; searches for a parameter up to 10 ms where the
+// others are up to 1e6, whatever the answer.  Beyond, the incomplete gamma function costs no more and loses
+// nothing; the incomplete beta function stops after 10,000 steps and falls back to a normal approximation;
+// sums of more than about a million terms are not begun (code 2).
 //
 // Threads: everything here may be called by any number of threads.
 
@@ -146,15 +146,20 @@ class VEYRA_API KxDistFun {
   static double NonCentralPdfT(double t, double df, double delta, long& ifault);
 
   // --- the non-centrality parameter at which the non-central Cdf at the point is `prob`.
-  // tolerance >= 0, 0 <= prob <= 1.  The Cdf falls as the parameter grows.  A bracket is found by doubling
-  // and halving, then halved until the Cdf is within `tolerance` of prob and the bracket is narrower than
-  // that, or until its ends agree to 8 units of gMachineEpsilon.  prob = 0 is reached where the Cdf
+  // tolerance >= 0, 0 <= prob <= 1.  The Cdf falls as the parameter grows.  prob = 0 is reached where the Cdf
   // underflows.
 
+  // Doubles or halves lambda = x until the answer lies between two values, then halves what is between them
+  // until the Cdf is within `tolerance` of prob and the bracket is narrower than that, or until its ends
+  // agree to 8 units of gMachineEpsilon.
   // lambda >= 0; missing when the central Cdf is not above prob.
   static double FindNCParamChi(double x, double df, double prob, double tolerance);
+  // Brackets the answer between two values, then interpolates (Chandrupatla 1997) until the bracket is
+  // narrower than `tolerance`, or than 8 units of gMachineEpsilon of its ends, or until the odds of the Cdf
+  // agree with those of prob to 4 such units: some 15 values of the Cdf, up to 60 where prob is near 1.
+  // Parameters below 1e-18 count as 0.  Missing also when lambda would be above 2e9.
   static double FindNCParamF(double x, double df1, double df2, double prob, double tolerance);
-  // Any sign.  `cdfTolerance` is handed to NonCentralCdfT.
+  // Any sign; found as that of F.  `cdfTolerance` is handed to NonCentralCdfT.
   static double FindNCParamT(double t, double df, double cdfTolerance, double prob, double tolerance);
 
   // --- weighted samples.  Values ascend, weights are as many and not negative (else code 1); both are

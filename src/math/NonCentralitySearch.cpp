@@ -1,5 +1,7 @@
 // Searches for the non-centrality parameter.
 
+#include "math/NonCentralitySearchInternal.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -10,9 +12,8 @@ namespace KxMath_940 {
 
 namespace {
 
-constexpr double kSameEnds = 8;
-constexpr int kMostSteps = 2000;
-constexpr double kLongestStride = 1e30;
+// The largest parameter that NonCentralCdfF takes.
+constexpr double kLargestNonCentrality = 2e9;
 
 bool IsSearch(double prob, double tolerance) {
   return AreNumbers(tolerance) && tolerance >= 0 && prob >= 0 && prob <= 1;
@@ -33,12 +34,12 @@ double Bisect(Cdf cdf, double prob, double tolerance, double low, double high) {
   return kMissing;
 }
 
-// For a parameter that is not negative.
+// From lambda = x by halving and doubling.
 template <class Cdf>
-double FindFromZero(Cdf cdf, double start, double prob, double tolerance) {
+double FindByHalving(Cdf cdf, double x, double prob, double tolerance) {
   const double central = cdf(0);
   if (KxCommon_940::KxMV::IsMissing(central) || !(central > prob)) return kMissing;
-  double lambda = std::max(start, std::numeric_limits<double>::min());
+  double lambda = x;
   double value = cdf(lambda);
   const double factor = value < prob ? 0.5 : 2;
   for (int i = 0; i < kMostSteps && lambda > 0; ++i) {
@@ -56,44 +57,29 @@ double FindFromZero(Cdf cdf, double start, double prob, double tolerance) {
   return kMissing;
 }
 
-// For a parameter of any sign.
-template <class Cdf>
-double FindAnywhere(Cdf cdf, double start, double prob, double tolerance) {
-  double value = cdf(start);
-  if (KxCommon_940::KxMV::IsMissing(value) || value == prob) return value == prob ? start : kMissing;
-  const bool isAbove = value > prob;
-  double last = start;
-  for (double stride = isAbove ? 1 : -1; std::fabs(stride) < kLongestStride; stride *= 2) {
-    const double next = start + stride;
-    value = cdf(next);
-    if (KxCommon_940::KxMV::IsMissing(value)) return kMissing;
-    if (value == prob) return next;
-    if ((value > prob) != isAbove)
-      return Bisect(cdf, prob, tolerance, std::min(last, next), std::max(last, next));
-    last = next;
-  }
-  return kMissing;
-}
-
 }  // namespace
 
 double KxDistFun::FindNCParamChi(double x, double df, double prob, double tolerance) {
   if (!AreNumbers(x) || !IsSearch(prob, tolerance)) return kMissing;
-  return FindFromZero([=](double lambda) { return NonCentralCdfChi(x, df, lambda); }, x, prob, tolerance);
+  return FindByHalving([=](double lambda) { return NonCentralCdfChi(x, df, lambda); }, x, prob, tolerance);
 }
 
 double KxDistFun::FindNCParamF(double x, double df1, double df2, double prob, double tolerance) {
   if (!AreNumbers(x) || !IsSearch(prob, tolerance)) return kMissing;
-  return FindFromZero([=](double lambda) { return NonCentralCdfF(x, df1, df2, lambda, 0); }, x * df1, prob,
-                      tolerance);
+  const SearchedFunction function([=](double lambda) { return NonCentralCdfF(x, df1, df2, lambda, 0); },
+                                  prob);
+  return FindFromZero(function, std::max(1.0, x * df1), kLargestNonCentrality, tolerance);
 }
 
 double KxDistFun::FindNCParamT(double t, double df, double cdfTolerance, double prob, double tolerance) {
   if (!std::isfinite(t) || !IsSearch(prob, tolerance)) return kMissing;
+  const SearchedFunction function([=](double delta) { return NonCentralCdfT(t, df, delta, cdfTolerance); },
+                                  prob);
   const double quantile = probit(prob);
-  const double start = KxCommon_940::KxMV::IsMissing(quantile) ? t : t - quantile;
-  return FindAnywhere([=](double delta) { return NonCentralCdfT(t, df, delta, cdfTolerance); }, start, prob,
-                      tolerance);
+  // The normal approximation of Johnson and Welch (1940).
+  const double spread = 1 + std::fabs(t) / std::sqrt(std::max(1.0, 2 * df));
+  const double start = KxCommon_940::KxMV::IsMissing(quantile) ? t : t - quantile * spread;
+  return FindAnywhere(function, start, spread, tolerance);
 }
 
 }  // namespace KxMath_940
