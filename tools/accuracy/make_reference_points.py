@@ -490,12 +490,19 @@ def poisson_mixture(mean, shape, lower_at, drop):
         p += g
         w = w * j / m
         total += w * p
+        if j < mean and w * p < total * mpf(10)**-mp.dps:
+            break
     return total
 
 
+def degrees(random_, index):
+    """Of freedom, some so few that the density falls over many powers of ten."""
+    return short(10**random_.uniform(-3, -1)) if index % 8 == 7 else short(10**random_.uniform(-1, 3))
+
+
 def noncentral_chi(points, random_, index):
-    df = short(10**random_.uniform(-1, 3))
-    lam = short(10**random_.uniform(3, 5) if index % 40 == 0 else 10**random_.uniform(-3, 3))
+    df = degrees(random_, index)
+    lam = short(10**random_.uniform(3, 6.5) if index % 40 == 0 else 10**random_.uniform(-3, 3))
     mean, deviation = df + lam, math.sqrt(2 * (df + 2 * lam))
     x = mean + deviate(random_) * deviation
     if x <= 0:
@@ -543,8 +550,8 @@ def beta_lower_series(a, b, x, y):
 
 
 def noncentral_f(points, random_, index):
-    df1, df2 = short(10**random_.uniform(-1, 3)), short(10**random_.uniform(-1, 3))
-    lam = short(10**random_.uniform(3, 4) if index % 40 == 0 else 10**random_.uniform(-3, 3))
+    df1, df2 = degrees(random_, index), degrees(random_, index // 2)
+    lam = short(10**random_.uniform(3, 6) if index % 40 == 0 else 10**random_.uniform(-3, 3))
     width = math.sqrt(2 * (df1 + 2 * lam)) / (df1 + lam) + math.sqrt(2 / df2)
     x = short((df1 + lam) / df1 * math.exp(min(30, max(-300, deviate(random_) / 2 * width))))
     mp.dps = 60
@@ -572,6 +579,8 @@ def poisson_density(mean, a, b, u, v):
                log_beta(a + top, b))
     for j in range(top, -1, -1):
         total += term
+        if j < mean and term < total * mpf(10)**-mp.dps:
+            break
         if j:
             term = term * j / m * (a + j - 1) / ((a + b + j - 1) * u)
     return total
@@ -603,10 +612,14 @@ def t_series(t, df, delta):
 
 
 def noncentral_t(points, random_, index):
-    df = short(10**random_.uniform(-1, 3))
+    df = degrees(random_, index)
     delta = short(random_.choice([-1, 1]) * 10**random_.uniform(-3, 1.5))
-    t = short(delta + deviate(random_) / 2 * math.sqrt(1 + delta * delta / 2 / df)) if index % 3 else \
-        short(random_.choice([-1, 1]) * 10**random_.uniform(-3, 2))
+    if df < 0.1:
+        t = short(random_.choice([-1, 1]) * math.sqrt(df) * 10**random_.uniform(-2, 1))
+    elif index % 3:
+        t = short(delta + deviate(random_) / 2 * math.sqrt(1 + delta * delta / 2 / df))
+    else:
+        t = short(random_.choice([-1, 1]) * 10**random_.uniform(-3, 2))
     if t == 0 or t * t / df > 100:
         return
     # The lower tail of a negative t comes from 1 minus another one.
