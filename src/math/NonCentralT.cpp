@@ -63,6 +63,8 @@ struct CdfIntegrand {
     const double root = std::sqrt(linear * linear + 8 * a * square);
     double u = std::log(linear > 0 ? (linear + root) / (2 * square) : 4 * a / (root - linear));
     if (!(std::fabs(u) < 300)) u = u > 0 ? 300 : -300;
+    // Phi rises with s for t > 0, and moves the peak up from that of the density, at 0; down for t < 0.
+    u = t > 0 ? std::max(u, 0.0) : std::min(u, 0.0);
     double width = 1;
     for (int i = 0; i < 30; ++i) {
       const double s = std::exp(u);
@@ -233,6 +235,11 @@ double KxDistFun::NonCentralPdfT(double t, double df, double delta, long& ifault
   if (!AreInDomain(t, df, delta)) return Fail(ifault, kOutOfDomain);
   ifault = kDone;
   if (std::isinf(t)) return 0;
+  if (df > kManyDegrees) {
+    const double spread = std::sqrt(1 + t / (2 * df) * t);
+    const double slope = std::max(0.0, 1 + t / (2 * df) * delta) / (spread * spread * spread);
+    return CheckedNumber(PdfNormalStandard((t - delta) / spread) * slope, ifault);
+  }
   const double value = Integrate(PdfIntegrand{t, delta}, df / 2, IntegrationTolerance(0));
   return CheckedNumber(value, ifault);
 }
