@@ -166,6 +166,8 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
 // They stand among the other output fields, in their order.
 void OutputFields::ReadTransformed(PMMLTranslator& translator, const DOMElement& output,
                                    const PluginResult& layout) {
+  const auto isTransformed = [](const Field& field) { return field.feature == Feature::kTransformed; };
+  if (std::ranges::none_of(fFields, isTransformed)) return;
   for (std::size_t i = 0; i < fFields.size(); ++i) {
     const Feature feature = fFields[i].feature;
     if (feature == Feature::kTransformed) continue;

@@ -51,9 +51,8 @@ class HazardReader {
 
   BaselineHazards Read() {
     ReadTime();
-    for (const char* const name :
-         {Tags::XML_EXT_NAME_COXREG_STARTTIMEVARIABLE, Tags::XML_EXT_NAME_COXREG_SUBJECT_VARIABLE,
-          kStatusVariable, Tags::XML_EXT_NAME_COXREG_STATUS}) {
+    for (const char* const name : {Tags::XML_EXT_NAME_COXREG_STARTTIMEVARIABLE,
+                                   Tags::XML_EXT_NAME_COXREG_SUBJECT_VARIABLE, kStatusVariable}) {
       RequireField(FindSetting(fElement, name));
     }
     ReadEventValues();

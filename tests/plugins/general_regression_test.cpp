@@ -332,7 +332,7 @@ TEST(GeneralRegression, CumulativeHazards) {
                           .attributes = "functionName='regression' modelType='CoxRegression'",
                           .more = one +
                                   "<Extension name='endTimeVariable' value='t'/>"
-                                  "<Extension name='status' value='y'/><EventValues><Value value='1'/>"
+                                  "<Extension name='status' value='1'/><EventValues><Value value='1'/>"
                                   "<Interval closure='closedOpen' leftMargin='2'/></EventValues>"};
   ExpectAnswers({
       {"at a time of the table", cox(one), "x=0, t=5", "0.5"},
