@@ -24,7 +24,8 @@ class OutputFields {
   // Reads the "OutputField" elements of the model's "Output" child, and the "ResultField" elements at any
   // depth below the model.  `layout` holds the model's categories.  Raises 260120 and 260285 for a name,
   // 260303 for a feature that this kind of model does not give, 260128 for a category that the model does not
-  // have, 260203 for a name given twice, 260124 for a target that is none, 260182 for a rank below 1.
+  // have, 260203 for a name given twice, 260124 for a target that is none, 260182 for a rank below 1,
+  // and for computed fields what TransformedOutputs raises.
   static OutputFields Read(PMMLTranslator& translator, const xercesc::DOMElement& model,
                            const PluginResult& layout, const std::vector<const ScoreDictVar*>& targets);
 
