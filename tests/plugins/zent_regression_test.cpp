@@ -148,6 +148,8 @@ TEST(ZentRegression, Refusals) {
   const std::size_t begin = noDictionary.find("<dictionary>");
   noDictionary.erase(begin, noDictionary.find(end) + end.size() - begin);
   EXPECT_EQ(Refusal(noDictionary, "NoModel"), "260115: dictionary, zent-ml");
+  const std::string otherFormat = "<zent-ml><GeneralRegressionModel/></zent-ml>";
+  EXPECT_EQ(Refusal(otherFormat, "GeneralRegressionModel"), "260114: regression-model");
 }
 
 }  // namespace
