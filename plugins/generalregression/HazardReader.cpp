@@ -186,7 +186,7 @@ class HazardReader {
     if (table.steps.empty()) {
       Raise(MessageId::kNoChildElement, {PMMLTranslator::ToString(element.element->getTagName())});
     }
-    std::ranges::stable_sort(table.steps, {}, &HazardStep::time);
+    std::ranges::sort(table.steps, {}, &HazardStep::time);
     VerifySteps(table);
     return table;
   }
