@@ -297,6 +297,21 @@ TEST(GeneralRegression, Categories) {
   }
 }
 
+// Categories are texts then, in the order of the document.
+TEST(GeneralRegression, CategoriesOfNoTarget) {
+  std::string text = Document{.design = Cell("p1", "x", "1"),
+                              .estimates = Beta("p1", "2000", "q") + Beta("p1", "1", "b"),
+                              .attributes = std::string(kLogistic) + " targetReferenceCategory='a'",
+                              .target = "class"}
+                         .Text();
+  const std::string field = "<MiningField name='class' usageType='target'/>";
+  text.erase(text.find(field), field.size());
+  const std::unique_ptr<ScoreModel> model = MakeModel(text, kGeneralRegression);
+  EXPECT_EQ(model->GetTargetVar(), nullptr);
+  EXPECT_EQ(Probabilities(*Scored(*model, "x=1")), (std::vector<double>{1, 0, 0}));
+  EXPECT_EQ(Answer(*Scored(*model, "x=-1")), "a");
+}
+
 TEST(GeneralRegression, CumulativeHazards) {
   const std::string cells =
       "<BaselineCell time='5' cumHazard='0.5'/><BaselineCell time='2' cumHazard='0.25'/>";

@@ -15,6 +15,7 @@ struct Document {
       "<factor-list><predictor name='color'/></factor-list><covariate-list><predictor "
       "name='x'/></covariate-list>";
   std::string more = "";
+  std::string count = "2";
 
   std::string Text() const {
     return "<zent-ml version='1.2'><dictionary>"
@@ -26,8 +27,8 @@ struct Document {
            "<variable name='kind' storage-type='NUMERIC' measurement-level='NOMINAL'><categories>"
            "<category value='1' display-value='one'/><category value='2'/><category value='3'/></categories>"
            "</variable></dictionary><regression-model model-type='" +
-           type + "' target-variable-name='" + target +
-           "' number-parameters='2' model-df='2'><parameter-list><parameter name='a' label='Intercept'/>"
+           type + "' target-variable-name='" + target + "' number-parameters='" + count +
+           "' model-df='2'><parameter-list><parameter name='a' label='Intercept'/>"
            "<parameter name='b'/></parameter-list>" +
            predictors + "<pp-matrix>" + design + "</pp-matrix>" + more + "<p-table>" + estimates +
            "</p-table></regression-model></zent-ml>";
@@ -88,6 +89,8 @@ TEST(ZentRegression, WhatTheModelSaysOfItself) {
   EXPECT_EQ(model->GetTargetVar()->GetName(), "y");
   EXPECT_EQ(model->GetVarRole("x"), ScoreModel::kPredictorRole);
   EXPECT_EQ(model->GetVarRole("kind"), ScoreModel::kNoRole);
+  // A dictionary of the host's plays no part.
+  EXPECT_EQ(OutcomeWithDictionary(Document{}.Text(), {"NoModel"}), "GeneralRegressionModel");
   // Inside another element, as deep as it likes.
   std::string nested = Document{}.Text();
   nested.insert(nested.find("<regression-model"), "<model>");
@@ -106,6 +109,7 @@ TEST(ZentRegression, Refusals) {
   } rows[] = {
       {"an unknown model type", {.type = "CoxRegression"}, "260152: CoxRegression, model-type"},
       {"no model type", {.type = ""}, "260285: model-type, regression-model"},
+      {"a number of parameters that is none", {.count = "two"}, "260151: two, integer"},
       {"no target", {.target = ""}, "260285: target-variable-name, regression-model"},
       {"a target that the dictionary does not have", {.target = "q"}, "260124: q, dictionary"},
       {"a target among the predictors", {.target = "x"}, "260202: x, regression-model"},
