@@ -47,6 +47,11 @@ class TreeDocument {
   const std::string& Text() const { return fText; }
   const std::vector<Node>& Nodes() const { return fNodes; }
   static std::string FieldName(std::size_t field) { return "measure " + std::to_string(field); }
+  static std::vector<std::string> FieldNames() {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < kTreeFields; ++i) names.push_back(FieldName(i));
+    return names;
+  }
 
  private:
   struct Span {

@@ -10,15 +10,13 @@
 
 #include "AllocationCounter.h"
 #include "Loading.h"
-#include "data/CaseRecord.h"
+#include "NumberScoring.h"
 #include "veyra/VYException.h"
 
 namespace {
 
 using namespace VeyraBench;
-using KxVeyra_940::CaseRecord;
 using KxVeyra_940::ModelFactory;
-using KxVeyra_940::ScoreResult;
 
 constexpr const char* kModelName = "NearestNeighborModel";
 constexpr std::size_t kFields = 20;
@@ -67,6 +65,11 @@ class Data {
   const std::vector<Point>& GetCases() const { return fCases; }
 
   static std::string FieldName(std::size_t field) { return "x" + std::to_string(field); }
+  static std::vector<std::string> FieldNames() {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < kFields; ++i) names.push_back(FieldName(i));
+    return names;
+  }
 
   std::string Document(const std::string& measure) const {
     std::string fields;
@@ -149,42 +152,11 @@ class HandWritten {
   std::vector<std::pair<double, std::size_t>> fBest;
 };
 
-class Scoring {
- public:
-  explicit Scoring(const std::string& document) {
-    std::istringstream in(document);
-    fModel = MakeModel(in, kModelName);
-    for (std::size_t i = 0; i < kFields; ++i) fRecord.Add(Data::FieldName(i), nullptr);
-    Require(fModel->PrepareForCases(fRecord).IsOK(), "layout");
-    fResult.reset(fModel->NewResult());
-  }
-
-  double Score(const Point& one) {
-    int slot = 0;
-    bool isFilled = true;
-    for (const double number : one) isFilled &= fRecord.SetValue(slot++, number);
-    if (!isFilled || !fModel->Score(fRecord, *fResult).IsOK()) return std::nan("");
-    return fResult->GetPredictedValue()->GetDouble();
-  }
-
- private:
-  Model fModel;
-  CaseRecord fRecord{kFields};
-  std::unique_ptr<ScoreResult> fResult;
-};
-
-template <class Scorer>
-double SumOf(Scorer& scorer, const std::vector<Point>& cases) {
-  double sum = 0;
-  for (const Point& one : cases) sum += scorer.Score(one);
-  return sum;
-}
-
 template <bool kIsEuclidean, bool kHasMissing>
 void Measure(benchmark::State& state, Kind& kind) {
   const Data data(kind.share);
   HandWritten<kIsEuclidean, kHasMissing> floor(data);
-  Scoring scoring(data.Document(kind.measure));
+  NumberScoring scoring(data.Document(kind.measure), kModelName, Data::FieldNames());
   for (const Point& one : data.GetCases())
     Require(std::abs(scoring.Score(one) - floor.Score(one)) < 1e-12, "prediction");
   const AllocationCounter counter;
@@ -206,7 +178,7 @@ void MeasureLoad(benchmark::State& state, Load& load) {
   const Data data(0, static_cast<std::size_t>(load.size));
   HandWritten<true, false> floor(data);
   const std::string document = data.Document("euclidean");
-  Scoring scoring(document);
+  NumberScoring scoring(document, kModelName, Data::FieldNames());
   for (const Point& one : data.GetCases())
     Require(std::abs(scoring.Score(one) - floor.Score(one)) < 1e-12, "prediction");
   MeasureLoading(state, document, kModelName, load);

@@ -2,10 +2,12 @@
 // same tree as an array; a simple predicate compared with one virtual call; loading compared with a bare
 // parse.
 
+#include <array>
 #include <cmath>
 
 #include "AllocationCounter.h"
 #include "Loading.h"
+#include "NumberScoring.h"
 #include "TreeDocument.h"
 #include "data/CaseRecord.h"
 #include "data/DictVar.h"
@@ -27,7 +29,6 @@ using KxVeyra_940::ScaleSplit;
 using KxVeyra_940::ScoreCaseRecord;
 using KxVeyra_940::ScoreDictVar;
 using KxVeyra_940::ScorePredicate;
-using KxVeyra_940::ScoreResult;
 using KxVeyra_940::SimplePredicate;
 
 constexpr const char* kModelName = "TreeModel";
@@ -39,16 +40,14 @@ constexpr double kPredicateLimit = 12;
 constexpr double kOwnLimit = 0.4;
 constexpr double kGrowthLimit = 1.2;
 
-struct Case {
-  double numbers[kTreeFields];
-};
+using Case = std::array<double, kTreeFields>;
 
 std::vector<Case> MakeCases() {
   std::mt19937_64 random(25);
   std::uniform_real_distribution<double> number(-1, 1);
   std::vector<Case> cases(kCases);
   for (Case& one : cases) {
-    for (double& value : one.numbers) value = number(random);
+    for (double& value : one) value = number(random);
   }
   return cases;
 }
@@ -60,7 +59,7 @@ class HandWritten {
   double Score(const Case& one) const {
     const TreeDocument::Node* node = fNodes.data();
     while (node->field >= 0) {
-      const bool isLeft = one.numbers[node->field] <= node->threshold;
+      const bool isLeft = one[static_cast<std::size_t>(node->field)] <= node->threshold;
       node = fNodes.data() + node->left + (isLeft ? 0 : 1);
     }
     return node->score;
@@ -69,37 +68,6 @@ class HandWritten {
  private:
   std::vector<TreeDocument::Node> fNodes;
 };
-
-class Scoring {
- public:
-  explicit Scoring(const TreeDocument& document) {
-    std::istringstream in(document.Text());
-    fModel = MakeModel(in, kModelName);
-    for (std::size_t i = 0; i < kTreeFields; ++i) fRecord.Add(TreeDocument::FieldName(i), nullptr);
-    Require(fModel->PrepareForCases(fRecord).IsOK(), "layout");
-    fResult.reset(fModel->NewResult());
-  }
-
-  double Score(const Case& one) {
-    int slot = 0;
-    bool isFilled = true;
-    for (const double number : one.numbers) isFilled &= fRecord.SetValue(slot++, number);
-    if (!isFilled || !fModel->Score(fRecord, *fResult).IsOK()) return std::nan("");
-    return fResult->GetPredictedValue()->GetDouble();
-  }
-
- private:
-  Model fModel;
-  CaseRecord fRecord{kTreeFields};
-  std::unique_ptr<ScoreResult> fResult;
-};
-
-template <class Scorer>
-double SumOf(Scorer& scorer, const std::vector<Case>& cases) {
-  double sum = 0;
-  for (const Case& one : cases) sum += scorer.Score(one);
-  return sum;
-}
 
 // What a predicate costs at the least: a virtual call that fetches a number from the record and compares it.
 class BareCondition {
@@ -137,7 +105,7 @@ void RegisterScoring(const TreeDocument& document, Ratios& ratios) {
   const auto run = [&](benchmark::State& state) {
     const std::vector<Case> cases = MakeCases();
     const HandWritten floor(document);
-    Scoring scoring(document);
+    NumberScoring scoring(document.Text(), kModelName, TreeDocument::FieldNames());
     for (const Case& one : cases) Require(scoring.Score(one) == floor.Score(one), "prediction");
     const AllocationCounter counter;
     SumOf(scoring, cases);
@@ -189,7 +157,7 @@ void RegisterPredicate(Ratios& ratios) {
 void MeasureLoad(benchmark::State& state, Load& load) {
   const TreeDocument document(load.size, true);
   const HandWritten floor(document);
-  Scoring scoring(document);
+  NumberScoring scoring(document.Text(), kModelName, TreeDocument::FieldNames());
   for (const Case& one : MakeCases()) Require(scoring.Score(one) == floor.Score(one), "prediction");
   MeasureLoading(state, document.Text(), kModelName, load);
 }

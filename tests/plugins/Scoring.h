@@ -9,6 +9,8 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "abi/Outcome.h"
@@ -71,6 +73,42 @@ inline std::unique_ptr<ScoreResult> Scored(ScoreModel& model, const std::string&
   std::unique_ptr<ScoreResult> result(model.NewResult());
   model.Score(record, *result);
   return result;
+}
+
+// A document, what a case holds, and the answer to it.
+template <class Document>
+struct AnswerRow {
+  const char* what;
+  Document document;
+  const char* data;
+  const char* want;
+};
+
+template <class Document, std::size_t kCount>
+void ExpectAnswersOf(const std::string& modelName, const AnswerRow<Document> (&rows)[kCount]) {
+  for (const AnswerRow<Document>& row : rows) {
+    SCOPED_TRACE(row.what);
+    const std::unique_ptr<ScoreModel> model = MakeModel(row.document.Text(), modelName);
+    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
+  }
+}
+
+// Clones in threads of their own answer the cases as they should: pairs of data and answer.
+inline void ExpectAnswersOfClones(const ScoreModel& model,
+                                  const std::vector<std::pair<const char*, const char*>>& cases) {
+  std::vector<std::thread> threads;
+  std::vector<int> wrong(4, 0);
+  for (std::size_t thread = 0; thread < wrong.size(); ++thread) {
+    threads.emplace_back([&, thread] {
+      const std::unique_ptr<ScoreModel> clone(model.Clone());
+      for (int round = 0; round < 50; ++round) {
+        for (const auto& [data, want] : cases)
+          if (Answer(*Scored(*clone, data)) != want) ++wrong[thread];
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(wrong, std::vector<int>(4, 0));
 }
 
 // The probabilities of the categories in the model's order.

@@ -17,20 +17,11 @@ const char* const kOrdinal =
     "functionName='classification' modelType='ordinalMultinomial' cumulativeLink='cauchit'";
 const char* const kCox = "functionName='regression' modelType='CoxRegression' endTimeVariable='t'";
 
-struct Row {
-  const char* what;
-  Document document;
-  const char* data;
-  const char* want;
-};
+using Row = AnswerRow<Document>;
 
 template <std::size_t kCount>
 void ExpectAnswers(const Row (&rows)[kCount]) {
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.what);
-    const std::unique_ptr<ScoreModel> model = MakeModel(row.document.Text(), kGeneralRegression);
-    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
-  }
+  ExpectAnswersOf(kGeneralRegression, rows);
 }
 
 // Values and derivatives of the functions to 18 digits, from a table of 40 digits; the standard error of the

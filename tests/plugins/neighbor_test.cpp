@@ -2,7 +2,6 @@
 // targets.
 
 #include <cmath>
-#include <thread>
 
 #include "data/DateTimeValue.h"
 #include "plugins/NeighborDocument.h"
@@ -245,21 +244,11 @@ TEST(Neighbors, MeasuresOfBits) {
   });
 }
 
-struct ScoredRow {
-  const char* what;
-  NeighborDocument document;
-  const char* data;
-  const char* want;
-};
+using ScoredRow = AnswerRow<NeighborDocument>;
 
 template <std::size_t kCount>
 void ExpectAnswers(const ScoredRow (&rows)[kCount]) {
-  for (const ScoredRow& row : rows) {
-    SCOPED_TRACE(row.what);
-    ASSERT_EQ(Refusal(row.document.Text(), kNeighborModel), kNeighborModel);
-    const std::unique_ptr<ScoreModel> model = MakeModel(row.document.Text(), kNeighborModel);
-    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
-  }
+  ExpectAnswersOf(kNeighborModel, rows);
 }
 
 std::string Target(const std::string& name) {
@@ -403,19 +392,7 @@ TEST(Neighbors, DerivedInputs) {
 // Clones share the instances; working state is their own.
 TEST(NeighborThreads, ScoreWithClonesOfTheirOwn) {
   const std::unique_ptr<ScoreModel> model = MakeModel(Predicting("y", 2).Text(), kNeighborModel);
-  std::vector<std::thread> threads;
-  std::vector<int> wrong(4, 0);
-  for (std::size_t thread = 0; thread < wrong.size(); ++thread) {
-    threads.emplace_back([&, thread] {
-      const std::unique_ptr<ScoreModel> clone(model->Clone());
-      for (int round = 0; round < 50; ++round) {
-        if (Answer(*Scored(*clone, "x=1, z=1")) != "15") ++wrong[thread];
-        if (Answer(*Scored(*clone, "x=5, z=7")) != "30") ++wrong[thread];
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(wrong, std::vector<int>(4, 0));
+  ExpectAnswersOfClones(*model, {{"x=1, z=1", "15"}, {"x=5, z=7", "30"}});
 }
 
 }  // namespace

@@ -81,20 +81,11 @@ Document WithTarget(const std::string& attributes, const std::string& values = "
   return {.content = "<Targets><Target " + attributes + ">" + values + "</Target></Targets>" + kPlain};
 }
 
-struct Row {
-  const char* what;
-  Document document;
-  const char* data;
-  const char* want;
-};
+using Row = AnswerRow<Document>;
 
 template <std::size_t kCount>
 void ExpectAnswers(const Row (&rows)[kCount]) {
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.what);
-    const std::unique_ptr<ScoreModel> model = MakeModel(row.document.Text(), "RegressionModel");
-    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
-  }
+  ExpectAnswersOf("RegressionModel", rows);
 }
 
 TEST(Regression, Equations) {

@@ -1,7 +1,5 @@
 // Trees: which node answers and with what, strategies for missing values, outputs, refusals.
 
-#include <thread>
-
 #include "plugins/Scoring.h"
 
 namespace {
@@ -323,19 +321,8 @@ TEST(Tree, MayBeVeryDeep) {
 TEST(TreeThreads, ScoreWithClonesOfTheirOwn) {
   const std::unique_ptr<ScoreModel> model =
       MakeModel(OfClass(kOutputs + Golf(), "missingValueStrategy='weightedConfidence'").Text(), "TreeModel");
-  std::vector<std::thread> threads;
-  std::vector<int> wrong(4, 0);
-  for (std::size_t thread = 0; thread < wrong.size(); ++thread) {
-    threads.emplace_back([&, thread] {
-      const std::unique_ptr<ScoreModel> clone(model->Clone());
-      for (int round = 0; round < 50; ++round) {
-        if (Answer(*Scored(*clone, "c=, x=45, r=")) != "yes|id=missing|conf=0.65|p=0.045") ++wrong[thread];
-        if (Answer(*Scored(*clone, "c=a, x=60, r=")) != "no|id=4|conf=0.6|p=0.6") ++wrong[thread];
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(wrong, std::vector<int>(4, 0));
+  ExpectAnswersOfClones(*model, {{"c=, x=45, r=", "yes|id=missing|conf=0.65|p=0.045"},
+                                 {"c=a, x=60, r=", "no|id=4|conf=0.6|p=0.6"}});
 }
 
 TEST(Tree, Refusals) {
