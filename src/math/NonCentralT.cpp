@@ -178,7 +178,7 @@ double IntegrateOverNormal(double t, double a, double delta, double tolerance) {
 // y = |t| s, where e is delta with the sign of t.  The trapezoidal rule in w, where y = ln(1 + exp(w - e^-(w
 // + depth))): evenly spaced where phi counts, in the logarithm of y below, ever wider where nothing changes.
 double IntegrateByParts(double t, double a, double delta, double tolerance) {
-  constexpr double kNarrowStep = 0.125;
+  constexpr double kNarrowStep = 0.1875;
   constexpr double kNegligible = 1e-20;
   const double beyond = t > 0 ? KxDistFun::prbnrm(-delta) : 0;
   const double centre = t > 0 ? delta : -delta;
