@@ -6,6 +6,7 @@
 #define VEYRA_MATH_TRAPEZOIDINTERNAL_H_
 
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 
 #include "math/ValuesInternal.h"
