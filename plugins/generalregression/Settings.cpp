@@ -197,7 +197,9 @@ class PmmlReader {
 
 }  // namespace
 
-std::string Setting::GetText() const { return OptionalText(*element, attribute); }
+std::string Setting::GetText() const {
+  return element == nullptr ? std::string() : OptionalText(*element, attribute);
+}
 
 std::optional<double> Setting::ReadNumber() const {
   if (element == nullptr) return std::nullopt;

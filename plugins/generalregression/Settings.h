@@ -31,7 +31,7 @@ struct Setting {
   const char* attribute = nullptr;
 
   bool IsGiven() const { return element != nullptr; }
-  std::string GetText() const;
+  std::string GetText() const;  // empty when it is nowhere
   std::optional<double> ReadNumber() const;
   // The value of the text's row; 260152 (text, attribute) for any other text.  REQUIRES: IsGiven().
   template <typename Value, std::size_t kCount>

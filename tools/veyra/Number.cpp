@@ -76,7 +76,7 @@ constexpr auto kPairs = [] {
 char* WriteShortDecimal(double number, char* at) {
   const double magnitude = std::fabs(number);
   if (!(magnitude >= 1e-3 && magnitude < 1e5)) return nullptr;
-  const auto digits = static_cast<std::uint64_t>(magnitude * kPowers[kDecimals] + 0.5);
+  const auto digits = static_cast<std::uint64_t>(std::nearbyint(magnitude * kPowers[kDecimals]));
   if (static_cast<double>(digits) / kPowers[kDecimals] != magnitude) return nullptr;
 
   if (number < 0) *at++ = '-';
