@@ -26,6 +26,9 @@ constexpr double kWidening = 2.0 / 3;
 constexpr double kLongestUnit = 0.25;
 // Above, the distribution is that of a normal approximation (Johnson and Welch 1940) to the last digits.
 constexpr double kManyDegrees = 1e13;
+// Below, the probability that a gamma variable exceeds a number is proportional to its shape, to the last
+// digits; shapes near the end of the doubles would be slow.
+constexpr double kFewDegrees = 1e-30;
 
 // Phi(z), also where it is no double any more.
 Scaled NormalCdf(double z) {
@@ -137,7 +140,12 @@ Tails TailsOfSquare(double a, double ratio) {
   if (!(ratio > 0)) return {0, 1};
   const double x = a * ratio * ratio;
   if (!(x < kInfinity)) return {1, 0};
-  if (x > std::numeric_limits<double>::min() || a > 1) return GammaTails(a, x);
+  const bool isNumber = x > std::numeric_limits<double>::min() || a > 1;
+  if (isNumber && a < kFewDegrees) {
+    const double upper = GammaTails(kFewDegrees, x).upper * (a / kFewDegrees);
+    return {1 - upper, upper};
+  }
+  if (isNumber) return GammaTails(a, x);
   // Of next to no degrees of freedom next to nothing lies between a point that is a double and one that is
   // not.
   const double logLower = a * (std::log(a) + 2 * std::log(ratio)) - LogGammaOnePlus(a);
@@ -178,7 +186,7 @@ double IntegrateOverNormal(double t, double a, double delta, double tolerance) {
 // y = |t| s, where e is delta with the sign of t.  The trapezoidal rule in w, where y = ln(1 + exp(w - e^-(w
 // + depth))): evenly spaced where phi counts, in the logarithm of y below, ever wider where nothing changes.
 double IntegrateByParts(double t, double a, double delta, double tolerance) {
-  constexpr double kNarrowStep = 0.1875;
+  constexpr double kNarrowStep = 0.2;
   constexpr double kNegligible = 1e-20;
   const double beyond = t > 0 ? KxDistFun::prbnrm(-delta) : 0;
   const double centre = t > 0 ? delta : -delta;
