@@ -1,6 +1,7 @@
 // The gamma, chi-square and exponential distributions.
 
 #include <cmath>
+#include <limits>
 
 #include "math/IncompleteGammaInternal.h"
 #include "math/KxDistFun.h"
@@ -79,7 +80,12 @@ double KxDistFun::IdfChi(double p, double df) {
 double KxDistFun::CdfGam(double x, double shape, double rate) {
   long ifault;
   if (!AreNumbers(x) || !IsParameter(rate)) return kMissing;
-  return shape == 1 ? cdfexp(x, rate, ifault) : gammad(rate * x, shape, true, ifault);
+  if (shape == 1) return cdfexp(x, rate, ifault);
+  const double point = rate * x;
+  // Where the product is no double to its last digit the first term of the series is all there is.
+  const bool isTiny = x > 0 && IsParameter(shape) && point < std::numeric_limits<double>::min();
+  if (isTiny) return std::exp(shape * (std::log(x) + std::log(rate)) - LogGammaOnePlus(shape));
+  return gammad(point, shape, true, ifault);
 }
 
 double KxDistFun::PdfGamma(double x, double shape, double rate) {

@@ -173,7 +173,15 @@ double KxDistFun::NonCentralCdfF(double x, double df1, double df2, double lambda
   }
   if (x <= 0) return 0;
   long ifault;
-  return MixtureOfBeta(df1 / 2, df2 / 2, FromOdds(x / (df2 / df1)), lambda, tolerance, ifault);
+  const double odds = x / (df2 / df1);
+  if (odds < kInfinity || x == kInfinity)
+    return MixtureOfBeta(df1 / 2, df2 / 2, FromOdds(odds), lambda, tolerance, ifault);
+  // The upper tail falls with the odds to the power -df2 / 2 where they are that large.
+  constexpr double kLargeOdds = 1e300;
+  if (!(df2 / 2 > 0)) return 0;
+  const double fall = df2 / 2 * (std::log(x / kLargeOdds) + std::log(df1) - std::log(df2));
+  const double below = MixtureOfBeta(df1 / 2, df2 / 2, FromOdds(kLargeOdds), lambda, tolerance, ifault);
+  return ifault == 0 ? below * std::exp(-fall) - std::expm1(-fall) : below;
 }
 
 }  // namespace KxMath_940

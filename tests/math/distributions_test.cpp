@@ -377,6 +377,20 @@ TEST(Distributions, QuantilesBeyondTheirSquaresAndOdds) {
   EXPECT_NEAR(D::CdfF(D::IdfF(0.702, 1e-3, 1e6), 1e-3, 1e6), 0.702, 1e-12);
 }
 
+// To 20 digits from the first terms of the series.
+TEST(Distributions, ProbabilitiesWhereOddsAndProductsAreNoDoubles) {
+  const std::pair<double, double> kRows[] = {
+      {KxDistFun::NonCentralCdfF(1e305, 1e5, 1e-5, 3, 0), 0.0035632230723118658263},
+      {KxDistFun::NonCentralCdfF(1.5e308, 2, 1e-6, 10, 0), 0.00036089612627775536313},
+      {KxDistFun::NonCentralCdfF(1e300, 1e6, 1e-9, 0.5, 0), 3.5580729957618290145e-7},
+      {KxDistFun::CdfF(1e305, 1e5, 1e-5), 0.0035632232217751404612},
+      {KxDistFun::CdfGam(1e-200, 1e-3, 1e-200), 0.39833670312223180019},
+      {KxDistFun::CdfGam(1e-310, 0.25, 1e-10), 1.1032626513208364249e-80},
+      {KxDistFun::CdfGam(5e-324, 0.5, 1e-3), 7.9313549786918053862e-164},
+  };
+  for (const auto& [answer, want] : kRows) EXPECT_NEAR(answer, want, 1e-10 * want);
+}
+
 TEST(Distributions, Symmetries) {
   Scan(1e-8, 30, [](double x) {
     EXPECT_EQ(D::derf(-x), -D::derf(x));
