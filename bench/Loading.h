@@ -79,6 +79,18 @@ inline void MeasureLoading(benchmark::State& state, const std::string& text, con
   state.counters["release/bare"] = load.release;
 }
 
+// Registers a benchmark for each of `loads`, which outlive it.
+template <class MeasureLoad>
+void RegisterLoading(std::vector<Load>& loads, MeasureLoad measure) {
+  for (Load& load : loads) {
+    benchmark::RegisterBenchmark(load.name,
+                                 [&load, measure](benchmark::State& state) { measure(state, load); })
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond)
+        ->Iterations(load.iterations);
+  }
+}
+
 inline void PrintLoading(const std::string& what, const std::vector<Load>& loads, double ownLimit,
                          double growthLimit) {
   std::vector<const Load*> smallerOnes;

@@ -201,12 +201,7 @@ int main(int argc, char** argv) try {
   Register("200 cases, cityBlock", Measure<false, false>, cityBlock);
   Register("200 cases, euclidean, a twentieth missing", Measure<true, true>, missing);
   std::vector<Load> loads = {{"1,000 instances", 1000, 20}, {"10,000 instances", 10000, 5}};
-  for (Load& load : loads) {
-    benchmark::RegisterBenchmark(load.name, [&load](benchmark::State& state) { MeasureLoad(state, load); })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(load.iterations);
-  }
+  RegisterLoading(loads, MeasureLoad);
   benchmark::RunSpecifiedBenchmarks();
   Print("euclidean", euclidean);
   Print("cityBlock", cityBlock);

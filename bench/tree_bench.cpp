@@ -172,12 +172,7 @@ int main(int argc, char** argv) try {
   RegisterScoring(document, ratios);
   RegisterPredicate(ratios);
   std::vector<Load> loads = {{"0.5 MB", 1400, 60}, {"5 MB", 14000, 15}, {"50 MB", 137000, 5}};
-  for (Load& load : loads) {
-    benchmark::RegisterBenchmark(load.name, [&load](benchmark::State& state) { MeasureLoad(state, load); })
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond)
-        ->Iterations(load.iterations);
-  }
+  RegisterLoading(loads, MeasureLoad);
   benchmark::RunSpecifiedBenchmarks();
   std::printf("tree: heap allocations per case = %g (limit 0)\n", ratios.scoreAllocations);
   PrintRatio("tree: scoring / hand-written floor", ratios.score, kScoreLimit);

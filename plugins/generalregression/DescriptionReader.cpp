@@ -33,10 +33,6 @@ void ForEachEntry(const DOMElement& list, const char* tag, Action&& action) {
   });
 }
 
-double RequiredNumber(const DOMElement& element, const char* name) {
-  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
-}
-
 // Writers compute both halves of a symmetric matrix, so that they may differ by rounding.
 bool AreAlike(double left, double right) {
   constexpr double kTolerance = 1e-3;

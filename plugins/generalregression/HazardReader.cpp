@@ -40,10 +40,6 @@ constexpr TableWords kExtensionWords = {Tags::XML_EXT_NAME_COXREG_XBASE_CUMHAZAR
                                         Tags::XML_EXT_ELE_COXREG_BASELINE};
 constexpr const char* kStratum = "BaselineStratum";
 
-double RequiredNumber(const DOMElement& element, const char* name) {
-  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
-}
-
 class HazardReader {
  public:
   HazardReader(GeneralRegressionTranslator& translator, const DOMElement& element, PluginModel& model)

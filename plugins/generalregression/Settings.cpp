@@ -74,7 +74,7 @@ constexpr Keyword<bool> kDistributions[] = {
     {"negbin", true},   {"normal", true}, {"poisson", true}, {"tweedie", true},
 };
 
-double RequiredNumber(const DOMElement& element, const char* name) {
+double RequiredSetting(const DOMElement& element, const char* name) {
   const std::optional<double> number = FindSetting(element, name).ReadNumber();
   if (!number.has_value()) Raise(MessageId::kMissingAttributeOf, {name, Tags::XML_ELE_REGRESSMODEL});
   return *number;
@@ -135,10 +135,10 @@ class PmmlReader {
     if (word.isCumulative) fSettings.type = ModelType::kOrdinalMultinomial;
     fSettings.link.function = word.function;
     if (word.function == LinkFunction::kPower || word.function == LinkFunction::kOddspower) {
-      fSettings.link.parameter = RequiredNumber(fElement, Tags::XML_ATT_RM_EXT_NAME_LINK_PARAM);
+      fSettings.link.parameter = RequiredSetting(fElement, Tags::XML_ATT_RM_EXT_NAME_LINK_PARAM);
     }
     if (word.function == LinkFunction::kNegbin) {
-      fSettings.link.parameter = RequiredNumber(fElement, Tags::XML_ATT_RM_EXT_NAME_DIST_PARAM);
+      fSettings.link.parameter = RequiredSetting(fElement, Tags::XML_ATT_RM_EXT_NAME_DIST_PARAM);
       if (!(fSettings.link.parameter > 0)) {
         const std::string text = Find(Tags::XML_ATT_RM_EXT_NAME_DIST_PARAM).GetText();
         Raise(MessageId::kNotPositive, {text, Tags::XML_ATT_RM_EXT_NAME_DIST_PARAM});

@@ -55,10 +55,6 @@ constexpr MeasureRow kMeasures[] = {
     {Tags::XML_ELE_BINARYSIMILARITY, Aggregation::kBinary, kNoWeights, kNoWeights},  // the document's own
 };
 
-double RequiredNumber(const DOMElement& element, const char* name) {
-  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
-}
-
 double ReadPower(const DOMElement& element) {
   const double power = RequiredNumber(element, kPower);
   if (!(power > 0)) Raise(MessageId::kNotPositive, {OptionalText(element, kPower), kPower});

@@ -41,10 +41,6 @@ void RefuseNormalization(const DOMElement& element) {
         {OptionalText(element, Tags::XML_ATT_NORMMATHOD), Tags::XML_ATT_NORMMATHOD, Tags::XML_ELE_REGMODEL});
 }
 
-double RequiredNumber(const DOMElement& element, const char* name) {
-  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
-}
-
 // Reads categorical predictors: coefficients by field and code.
 class CategoryTerms {
  public:

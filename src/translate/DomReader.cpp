@@ -148,6 +148,10 @@ std::optional<int> OptionalInteger(const DOMElement& element, const char* name) 
   return BaseTranslator::VerifyInt(text);
 }
 
+double RequiredNumber(const DOMElement& element, const char* name) {
+  return BaseTranslator::VerifyDouble(RequiredAttribute(element, name));
+}
+
 int PaddedInteger(const XMLCh* text) {
   const std::string whole = ToUTF8(text);
   constexpr char kWhiteSpace[] = " \t\n\r";

@@ -92,6 +92,10 @@ VEYRA_API std::string RequiredText(const xercesc::DOMElement& element, const cha
 VEYRA_API std::optional<double> OptionalNumber(const xercesc::DOMElement& element, const char* name);
 VEYRA_API std::optional<int> OptionalInteger(const xercesc::DOMElement& element, const char* name);
 
+// The number of the attribute.  Raises 260120 (name, tag) when it is absent, 260151 as OptionalNumber does,
+// for an empty text too.
+VEYRA_API double RequiredNumber(const xercesc::DOMElement& element, const char* name);
+
 // The whole number that the text writes, with XML's white space around it.  Raises 260151 (text, "integer")
 // when it writes none, an empty text included, or one outside the range of int.
 VEYRA_API int PaddedInteger(const XMLCh* text);
