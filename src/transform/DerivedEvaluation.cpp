@@ -120,11 +120,10 @@ void TransformVar::ComputeInto(Operand& out, const CaseContext& context) const {
 
 void TransformVar::SetConstant() const {
   Operand constant;
-  const auto length = static_cast<int>(fConstString.size());
   if (GetVarType() == kNUMERIC_VAR) {
     constant.SetNumber(NumericValue(fConstString).GetNumber());
   } else {
-    constant.LendText(fConstString, length);
+    constant.LendText(fConstString, static_cast<std::int64_t>(fConstString.size()));
   }
   StoreResult(constant);
   fState->isConstantSet = true;
@@ -198,7 +197,8 @@ void TransformVar::NormContinuous(const ScoreDictVar* source, const ScoreValue* 
   if (DictVar::GetVarType() != kNUMERIC_VAR) return;
   const bool isMissing = value == nullptr || (source != nullptr && source->IsMissingValue(value));
   if (isMissing) return LendRecoded(fRecodeMissValueTo.Get(), out);
-  out.SetNumber(GetNormValue(value->GetDouble()));
+  const double number = GetNormValue(value->GetDouble());
+  if (std::isfinite(number)) out.SetNumber(number);
 }
 
 void TransformVar::LendRecoded(const ScoreValue* recoded, Operand& out) const {

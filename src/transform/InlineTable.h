@@ -1,7 +1,8 @@
 // The rows of a value map: from a tuple of input values to an output value.
 //
 // Look-ups go through an index that is built on first use, hashed for one column of texts and sorted for all
-// else: logarithmic at most, and nothing is allocated.
+// else: logarithmic at most, and nothing is allocated.  A key with a date-time, which matches whatever stands
+// opposite, is compared with the rows in their order: the first one that matches is found.
 // Ownership: the table owns keys and outputs.
 // Threads: the info code and the index make a table usable by one thread at a time.  Nothing throws.
 
@@ -77,11 +78,14 @@ class VEYRA_API InlineTable {
   static Cell CellOf(const ScoreValue* value);
   // Negative, 0 or positive; cells of different kinds and date-times pass as equal.
   static int Order(const Cell& left, const Cell& right);
+  static bool IsEqual(const Cell& left, const Cell& right);
   static bool IsUsable(const std::vector<ScoreValue*>& key);
   void CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values);
   void BuildIndex();
   void BuildTextIndex();
+  bool IsRow(std::size_t row, const std::vector<ScoreValue*>& key) const;
   const ScoreValue* FindText(const ScoreValue& key) const;
+  const ScoreValue* FindPassing(const std::vector<ScoreValue*>& key) const;
 
   std::vector<const ScoreDictVar*> fInputFields;
   std::map<std::vector<ScoreValue*>, ScoreValue*, compare> fRows;  // all owned
@@ -107,6 +111,7 @@ class VEYRA_API InlineTable {
   NameIndex fTexts;  // of a table with one column of texts
   std::vector<TextRow> fTextRows;
   std::string fLongTexts;
+  bool fHoldsDateTimes = false;
   bool fIsIndexed = false;
   std::vector<ScoreValue*> fKey;  // of the case
 };

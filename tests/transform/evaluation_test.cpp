@@ -85,6 +85,11 @@ TEST(Evaluation, FunctionsAnswer) {
       {"hours between", Field(Call("time_hours_difference", kM + kD)), "m=90000 d=0", "25"},
       {"year before the epoch", Field(Call("year-from-date", kD)), "d=-1", "1969"},
       {"month of a leap day", Field(Call("month-from-date", kD)), "d=11016", "2"},
+      {"seconds to the number of a text",
+       Field(Call("time_seconds_difference", kM + Call("if", Num("1") + kS + kS), kR)), "m=100 s='40'", "60"},
+      {"seconds to a text that is no number",
+       Field(Call("time_seconds_difference", kM + Call("if", Num("1") + kS + kS), kR)), "m=100 s='x'", "7"},
+      {"median of no number", Field(Call("median", kX + kY + Num("1"))), "x=nan y=3", "missing"},
       {"second of a day", Field(Call("second-from-time", kM)), "m=-1", "59"},
       {"outlier inside",
        Field(Call("outlierHandle", kX + Txt("asExtremeValues") + Num("0") + Num("2") + Num("3") + Num("4"))),
@@ -141,6 +146,69 @@ TEST(Evaluation, MissingOperandsDecideByFunction) {
   });
 }
 
+// A replacement is made as a value of the field's type; what another function is handed is of the kind that
+// the node gives.
+TEST(Evaluation, ANestedReplacementIsOfItsNodesKind) {
+  const auto lowOrHigh = [](const std::string& difference) {
+    return Field(Call("if", Call("lessThan", difference + Num("5")) + Txt("low") + Txt("high")), "string");
+  };
+  const std::string days = "dateDaysSince[1970]";
+  Check({
+      {"number in a text field", lowOrHigh(Call("-", kX + kY, "mapMissingTo='0'")), "y=1", "'low'"},
+      {"default in a text field", lowOrHigh(Call("-", kX + kY, "defaultValue='0'")), "y=1", "'low'"},
+      {"length in a text field", lowOrHigh(Call("length", kS, "mapMissingTo=' 7 '")), "", "'high'"},
+      {"no number", lowOrHigh(Call("-", kX + kY, "mapMissingTo='none' defaultValue='0'")), "y=1", "'low'"},
+      {"a missing operand is no condition", lowOrHigh(Call("-", kX + kY, "mapMissingTo='none'")), "y=1",
+       "''"},
+      {"text in a numeric field", Field(Call("length", Call("lowercase", kS, "mapMissingTo='500'"))), "",
+       "3"},
+      {"branch of the field's type",
+       Field(Call("concat", Call("if", kX + kS + kT, "mapMissingTo='a'") + Txt("!")), "string"), "", "'a!'"},
+      {"seconds in a date field",
+       Field(Call("if", Call("equal", Call("-", kX + kY, "mapMissingTo='1'") + Num("86400")) + kD + kM),
+             days),
+       "d=3 m=0", "1970-1-4"},
+      {"the root's stays", Field(Call("lg10", kX, "mapMissingTo='none'"), "string"), "", "'none'"},
+      {"the root's default stays", Field(Call("lg10", kX, "defaultValue='none'"), "string"), "", "'none'"},
+  });
+}
+
+// Patterns and texts that would hold a case up, or fill the memory, fail.
+TEST(Evaluation, NoCaseTakesUnboundedTimeOrRoom) {
+  const std::string letters(41, 'a');
+  const std::string manyLetters(20000, 'a');
+  std::string references;
+  for (int i = 0; i < 1000; ++i) references += "$0";
+  const auto wide = [](const std::string& name) {
+    return "<DerivedField name='" + name +
+           "' optype='categorical' dataType='string'><Extension name='stringLength' value='1000000000'/>" +
+           kS + "</DerivedField>";
+  };
+  std::string doubling = Field(kS, "string", "d0");
+  for (int i = 1; i <= 24; ++i) {
+    const std::string half = Ref("d" + std::to_string(i - 1));
+    doubling += Field(Call("concat", half + half), "string", "d" + std::to_string(i));
+  }
+  const auto lengthOf = [](const std::string& name) { return Field(Call("length", Ref(name), kDef)); };
+  const std::string inOne = Field(Call("concat", Ref("p") + Ref("q") + Ref("r")), "string", "all");
+  const std::string a = "s='" + letters + "'";
+  const std::string many = "s='" + manyLetters + "'";
+  Check({
+      {"nested repetition", Field(Call("matches", kS + Txt("(.*)*b"))), a.c_str(), "0"},
+      {"alternatives that are one", Field(Call("matches", kS + Txt("(a|a)*b"))), a.c_str(), "0"},
+      {"replacement that fails", Field(Call("length", Call("replace", kS + Txt("(a+)+$|b") + Txt("-")))),
+       (a.substr(0, a.size() - 1) + "!'").c_str(), "42"},
+      {"a short search in a long text", Field(Call("matches", kS + Txt("a$"))), many.c_str(), "1"},
+      {"many references", Field(Call("length", Call("replace", kS + Txt("a+") + Txt(references)), kDef)),
+       many.c_str(), "8"},
+      {"references that fit", Field(Call("length", Call("replace", kS + Txt("a+") + Txt("$0\\$$0")))),
+       many.c_str(), "40001"},
+      {"wide fields", wide("p") + wide("q") + wide("r") + inOne + lengthOf("all"), "s='x'", "8"},
+      {"doubled up to the limit", doubling + lengthOf("d22"), "s='abcd'", "16777216"},
+      {"doubled beyond it", doubling + lengthOf("d24"), "s='abcd'", "8"},
+  });
+}
+
 TEST(Evaluation, InvalidOperandsAndDomainErrors) {
   const std::string asMissing = "invalidValueTreatment='asMissing' ", asIs = "invalidValueTreatment='asIs' ";
   Check({
@@ -185,6 +253,11 @@ TEST(Evaluation, KindsOfFields) {
   const auto mapped = [&](const std::string& attributes) {
     return Field("<MapValues outputColumn='out' " + attributes + ">" + map + "</MapValues>");
   };
+  const std::string dated = "<row><k>q</k><l>b</l><out>1</out></row><row><k>p</k><l>a</l><out>2</out></row>";
+  const auto byDate = [](const std::string& pair, const std::string& rows) {
+    return Field("<MapValues outputColumn='out'><FieldColumnPair field='d' column='k'/>" + pair +
+                 "<InlineTable>" + rows + "</InlineTable></MapValues>");
+  };
   Check({
       {"constant", Field("<Constant>2.5</Constant>"), "", "2.5"},
       {"text constant", Field(Txt("abc"), "string"), "", "'abc'"},
@@ -208,6 +281,8 @@ TEST(Evaluation, KindsOfFields) {
       {"missing category", Field("<NormDiscrete field='c' value='b' mapMissingTo='5'/>"), "c='?'", "5"},
       {"absent category", Field("<NormDiscrete field='c' value='b'/>"), "", "missing"},
       {"unlisted categories", Field("<NormDiscrete field='s' value='b'/>"), "s='b'", "1"},
+      {"indicator of no category", Field("<NormDiscrete field='c' value=''/>"), "c='a'", "0"},
+      {"infinite line", norm("").replace(norm("").find("norm='3'"), 8, "norm='1e308'"), "x=1e9", "missing"},
       {"first bin", Field(Bins("", ab), "string"), "x=10", "'a'"},
       {"open end", Field(Bins("defaultValue='other'", ab), "string"), "x=20", "'other'"},
       {"no bin", Field(Bins("", ab), "string"), "x=20", "''"},
@@ -218,6 +293,11 @@ TEST(Evaluation, KindsOfFields) {
       {"no row", mapped("defaultValue='0'"), "x=2 s='a'", "0"},
       {"missing key", mapped("defaultValue='0' mapMissingTo='-1'"), "x=1", "-1"},
       {"no number as key", mapped("defaultValue='0'"), "x=nan s='a'", "0"},
+      {"a date passes", byDate("", "<row><k>q</k><out>1</out></row>"), "d=3", "1"},
+      {"the rest of the key decides", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='b'",
+       "1"},
+      {"whichever row it is", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='a'", "2"},
+      {"no row has it", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='c'", "missing"},
       {"width",
        "<DerivedField name='v' optype='categorical' dataType='string'><Extension name='width' value='3'/>" +
            kS + "</DerivedField>",
@@ -270,7 +350,9 @@ TEST(Evaluation, ImputesTheMissingCategory) {
   Check({{"nearest", field, "x=9", "2"},
          {"nearest in deviations", field, "x=13", "3"},
          {"present", field, "x=9 g=1", "1"},
-         {"no target", field, "", "missing"}});
+         {"no target", field, "", "missing"},
+         {"no target, replaced",
+          Field(Call("imputeCatFieldMissingAgainstConTarget", Ref("g") + kX + arrays, kRD)), "", "7"}});
 }
 
 TEST(Evaluation, LongChainsAreComputedOnceInAnyOrder) {
