@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,8 @@ struct VEYRA_API compare {
 
 class VEYRA_API InlineTable {
  public:
+  using Key = std::span<const ScoreValue* const>;
+
   enum InfoCode : int { kFound = 0, kInputMissing = 1, kNoRow = 2 };
 
   InlineTable();
@@ -65,7 +68,7 @@ class VEYRA_API InlineTable {
   // The names of the input fields.
   void AppendReads(std::vector<std::string>& names) const;
   // The output of the row whose key it is, lent; null when there is none.
-  const ScoreValue* Find(const std::vector<ScoreValue*>& key);
+  const ScoreValue* Find(Key key);
 
  private:
   // One position of a key.
@@ -79,13 +82,13 @@ class VEYRA_API InlineTable {
   // Negative, 0 or positive; cells of different kinds and date-times pass as equal.
   static int Order(const Cell& left, const Cell& right);
   static bool IsEqual(const Cell& left, const Cell& right);
-  static bool IsUsable(const std::vector<ScoreValue*>& key);
-  void CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values);
+  static bool IsUsable(Key key);
+  void CollectKey(const CaseContext& context);
   void BuildIndex();
   void BuildTextIndex();
-  bool IsRow(std::size_t row, const std::vector<ScoreValue*>& key) const;
+  bool IsRow(std::size_t row, Key key) const;
   const ScoreValue* FindText(const ScoreValue& key) const;
-  const ScoreValue* FindPassing(const std::vector<ScoreValue*>& key) const;
+  const ScoreValue* FindPassing(Key key) const;
 
   std::vector<const ScoreDictVar*> fInputFields;
   std::map<std::vector<ScoreValue*>, ScoreValue*, compare> fRows;  // all owned
@@ -113,7 +116,7 @@ class VEYRA_API InlineTable {
   std::string fLongTexts;
   bool fHoldsDateTimes = false;
   bool fIsIndexed = false;
-  std::vector<ScoreValue*> fKey;  // of the case
+  std::vector<const ScoreValue*> fKey;  // of the case
 };
 
 }  // namespace KxVeyra_940

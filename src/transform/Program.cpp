@@ -122,7 +122,7 @@ void Program::AddLeaf(FunctionTree& node, const FunctionTree* parent, Operand& o
   const ApplyNodeStats& stats = node.GetNodeStats();
   if (stats.IsConstNode()) return operand.Lend(stats.GetValue());
   if (stats.GetParameterName().empty()) return;
-  fLoads.push_back({&node, FieldSource(stats.GetParameterName(), FieldSource::kDerivedFirst), &operand,
+  fLoads.push_back({&node, FieldSource(stats.GetParameterName(), FieldSource::kStoredFirst), &operand,
                     stats.GetFieldrefRecodeMissValueRep(), AsksAccount(parent), InvalidIsMissing(parent)});
 }
 

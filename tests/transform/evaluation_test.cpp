@@ -317,6 +317,11 @@ TEST(Evaluation, DeclaredLengthsOfTexts) {
   }
 }
 
+const KxVeyra_940::TransformVar& Variable(const KxVeyra_940::ScoreDictionary& dictionary,
+                                          const std::string& name) {
+  return dynamic_cast<const KxVeyra_940::TransformVar&>(*dictionary.GetVar(name));
+}
+
 TEST(Evaluation, ALagMovesOncePerCaseWhoeverAsks) {
   DerivedFields fields(Field("<Lag field='x' n='2'/>", "double", "lag") +
                        Field("<Lag field='x'><BlockIndicator field='s'/></Lag>", "double", "inBlock") +
@@ -335,9 +340,8 @@ TEST(Evaluation, ALagMovesOncePerCaseWhoeverAsks) {
     EXPECT_EQ(fields.Value("inBlock"), row.inBlock) << row.values;
     EXPECT_EQ(fields.Value("twice"), row.twice) << row.values;
     // Asking again for the same case changes nothing.
-    const auto* const lag =
-        dynamic_cast<const KxVeyra_940::TransformVar*>(std::as_const(fields.Transformations()).GetVar("lag"));
-    EXPECT_EQ(Shown(lag->GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
+    const KxVeyra_940::TransformVar& lag = Variable(fields.Transformations(), "lag");
+    EXPECT_EQ(Shown(lag.GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
               row.lag);
   }
 }
@@ -355,31 +359,118 @@ TEST(Evaluation, ImputesTheMissingCategory) {
           Field(Call("imputeCatFieldMissingAgainstConTarget", Ref("g") + kX + arrays, kRD)), "", "7"}});
 }
 
-TEST(Evaluation, LongChainsAreComputedOnceInAnyOrder) {
+// A chain that reads "x", its first field at the end.
+void AddChain(TransformationDictionary& dictionary, int fields) {
   using namespace KxVeyra_940;
-  constexpr int kFields = 10000;
-  TransformationDictionary dictionary;
-  for (int i = 0; i < kFields; ++i) {
+  for (int i = 0; i < fields; ++i) {
     const std::string name = "f" + std::to_string(i);
-    auto variable = std::make_unique<TransformVar>(name, ScoreDictVar::kNUMERIC_VAR);
-    variable->AddFieldNameAndTransExpression(i + 1 == kFields ? "x" : "f" + std::to_string(i + 1),
+    auto* const variable = new TransformVar(name, ScoreDictVar::kNUMERIC_VAR);
+    variable->AddFieldNameAndTransExpression(i + 1 == fields ? "x" : "f" + std::to_string(i + 1),
                                              TransformationDictionary::TE_FIELDREF);
-    ASSERT_TRUE(dictionary.AddVar(name, variable.get()));
-    static_cast<void>(variable.release());
+    dictionary.AddVar(name, variable);
     dictionary.AddDerievedVarName(name);
   }
-  dictionary.SetUpDerivedCaseRecord();
-  CaseRecord record(1);
-  record.Add("x", new NumericValue(5));
-  EXPECT_EQ(Shown(dictionary.GetValuesForDerivedVars(&record, nullptr)->Get("f0")), "5");
+}
 
-  // A single field, asked for on its own, brings in what it reads; a copy does so for itself.
-  const std::unique_ptr<ScoreDictionary> copy(dictionary.Clone());
-  dictionary.Reset();
+TEST(Evaluation, LongChainsAreComputedOnceInAnyOrder) {
+  using namespace KxVeyra_940;
+  TransformationDictionary dictionary;
+  AddChain(dictionary, 60000);
+  CaseRecord record(1);
+  record.Add("x", new NumericValue(4));
+  // A single field, asked for on its own, brings in what it reads, whether the dictionary is set up or not.
+  const TransformVar& first = Variable(dictionary, "f0");
+  EXPECT_EQ(Shown(first.GetTransformedValue(&record, nullptr, &dictionary)), "4");
+  dictionary.SetUpDerivedCaseRecord();
+  record.SetValue(0, 5.0);
+  EXPECT_EQ(Shown(dictionary.GetValuesForDerivedVars(&record, nullptr)->Get("f0")), "5");
   record.SetValue(0, 6.0);
-  const auto* const first = static_cast<const TransformVar*>(std::as_const(*copy).GetVar("f0"));
-  static_cast<TransformationDictionary&>(*copy).Reset();
-  EXPECT_EQ(Shown(first->GetTransformedValue(&record, nullptr, copy.get())), "6");
+  EXPECT_EQ(Shown(first.GetTransformedValue(&record, nullptr, &dictionary)), "6");
+  const std::unique_ptr<ScoreDictionary> copy(dictionary.Clone());
+  EXPECT_EQ(Shown(Variable(*copy, "f0").GetTransformedValue(&record, nullptr, copy.get())), "6");
+}
+
+// Fields that read two fields each, these two more, and so on: each is computed once for an ask.
+TEST(Evaluation, AnAskComputesAFieldOnce) {
+  std::string derived = Field("<Lag field='x'/>", "double", "v0");
+  for (int i = 1; i <= 60; ++i) {
+    const std::string below = Ref("v" + std::to_string(i - 1));
+    derived += Field(Call("-", Call("*", below + Num("2")) + below), "double", "v" + std::to_string(i));
+  }
+  DerivedFields fields(derived);
+  const auto& top = Variable(fields.Transformations(), "v60");
+  for (const auto& [values, expected] : {std::pair("x=1", "missing"), std::pair("x=2", "1")}) {
+    fields.Fill(values);
+    EXPECT_EQ(Shown(top.GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
+              expected);
+  }
+}
+
+// A single field is computed from the record that it is given; an expression takes what is computed for the
+// case.
+TEST(Evaluation, ASingleAskReadsItsOwnRecord) {
+  DerivedFields fields(Field(Call("*", kX + Num("10")), "double", "a") + Field(Ref("a"), "double", "b") +
+                       Field(Call("+", Ref("a") + kX)));
+  const auto ask = [&fields](const std::string& name) {
+    return Shown(Variable(fields.Transformations(), name)
+                     .GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations()));
+  };
+  const auto all = [&] { return ask("a") + " " + ask("b") + " " + ask("v"); };
+  fields.Fill("x=1");
+  EXPECT_EQ(all(), "10 10 11");
+  fields.Fill("x=2");
+  EXPECT_EQ(all(), "20 20 22");
+  fields.Compute();
+  EXPECT_EQ(fields.Value("v"), "22");
+  fields.Fill("x=3");
+  EXPECT_EQ(all(), "30 30 23");
+  EXPECT_EQ(fields.Value("v"), "22") << "what is kept for the case stays";
+  fields.Transformations().Reset();
+  EXPECT_EQ(all(), "30 30 33");
+}
+
+// Who asks a lag, and what opens a case: "g" gets the values of all fields, "r" resets, "a" asks for the lag
+// alone, "c" goes on with a copy.  The record counts the letters.
+TEST(Evaluation, ALagMovesOncePerOpenedCase) {
+  for (const auto& [script, expected] : {
+           std::pair("gggg", "missing 1 2 3"),
+           {"gaga", "missing missing 1 1"},
+           {"raaraa", "missing missing 2 2"},
+           {"rgrg", "missing 2"},
+           {"aaa", "missing 1 2"},
+           {"rara", "missing 2"},
+           {"rarca", "missing 2"},
+           {"raca", "missing missing"},
+           {"raraca", "missing 2 2"},
+       }) {
+    for (const bool isSetUp : {true, false}) {
+      if (!isSetUp && std::string(script).find('g') != std::string::npos) continue;
+      DerivedFields fields(Field("<Lag field='x'/>", "double", "lag"));
+      std::unique_ptr<TransformationDictionary> dictionary;
+      if (isSetUp) {
+        dictionary = std::make_unique<TransformationDictionary>(fields.Transformations());
+      } else {
+        dictionary = std::make_unique<TransformationDictionary>();
+        dictionary->AddVar("lag", Variable(fields.Transformations(), "lag").Clone());
+        dictionary->AddDerievedVarName("lag");
+      }
+      std::string answers;
+      int letters = 0;
+      for (const char letter : std::string(script)) {
+        fields.Fill("x=" + std::to_string(++letters));
+        const ScoreValue* value = nullptr;
+        if (letter == 'r') dictionary->Reset();
+        if (letter == 'c') dictionary = std::make_unique<TransformationDictionary>(*dictionary);
+        if (letter == 'g')
+          value = dictionary->GetValuesForDerivedVars(&fields.Record(), &fields.Data())->Get("lag");
+        if (letter == 'a')
+          value = Variable(*dictionary, "lag")
+                      .GetTransformedValue(&fields.Record(), &fields.Data(), dictionary.get());
+        if (value != nullptr) answers += (answers.empty() ? "" : " ") + Shown(value);
+      }
+      EXPECT_EQ(answers, expected) << script << (isSetUp ? "" : ", not set up");
+    }
+  }
 }
 
 TEST(Evaluation, AFieldThatReadsItselfHasNoValue) {
