@@ -160,8 +160,7 @@ double KxDistFun::dnlbnc(double n, double k, long& ifault) {
   const double m = n - k;
   if (k == 0 || m == 0) return 0;
   if (k == 1 || m == 1) return std::log(n);
-  // 1 / ((n + 1) B(k + 1, m + 1))
-  return CheckedNumber(std::max(0.0, -LogBeta(k + 1, m + 1) - std::log1p(n)), ifault);
+  return CheckedNumber(std::max(0.0, LogBinomial(k, m)), ifault);
 }
 
 }  // namespace KxMath_940

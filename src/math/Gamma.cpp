@@ -43,6 +43,17 @@ double QuantileOfShape(double p, double a, long& ifault) {
   return CheckedNumber(x, ifault);
 }
 
+// A tail of the gamma distribution with that shape at rate x.  Where the product is no double to its last
+// digit the first term of the series is all there is.
+double TailOfProduct(double rate, double x, double shape, double Tails::*tail) {
+  if (!AreNumbers(x, shape) || !IsParameter(shape)) return kMissing;
+  const double point = rate * x;
+  long ifault;
+  if (x > 0 && point < std::numeric_limits<double>::min())
+    return CheckedProbability(GammaTailsOfTinyPoint(shape, std::log(x) + std::log(rate)).*tail, ifault);
+  return KxDistFun::gammad(point, shape, tail == &Tails::lower, ifault);
+}
+
 double MissingUnlessDone(double value, long ifault) { return ifault == kDone ? value : kMissing; }
 
 }  // namespace
@@ -62,15 +73,9 @@ double KxDistFun::cdfexp(double x, double rate, long& ifault) {
   return x <= 0 ? 0 : -std::expm1(-rate * x);
 }
 
-double KxDistFun::CdfChi(double x, double df) {
-  long ifault;
-  return AreNumbers(x) ? gammad(x / 2, df / 2, true, ifault) : kMissing;
-}
+double KxDistFun::CdfChi(double x, double df) { return TailOfProduct(0.5, x, df / 2, &Tails::lower); }
 
-double KxDistFun::SigChi(double x, double df) {
-  long ifault;
-  return AreNumbers(x) ? gammad(x / 2, df / 2, false, ifault) : kMissing;
-}
+double KxDistFun::SigChi(double x, double df) { return TailOfProduct(0.5, x, df / 2, &Tails::upper); }
 
 double KxDistFun::IdfChi(double p, double df) {
   long ifault;
@@ -81,11 +86,7 @@ double KxDistFun::CdfGam(double x, double shape, double rate) {
   long ifault;
   if (!AreNumbers(x) || !IsParameter(rate)) return kMissing;
   if (shape == 1) return cdfexp(x, rate, ifault);
-  const double point = rate * x;
-  // Where the product is no double to its last digit the first term of the series is all there is.
-  const bool isTiny = x > 0 && IsParameter(shape) && point < std::numeric_limits<double>::min();
-  if (isTiny) return std::exp(shape * (std::log(x) + std::log(rate)) - LogGammaOnePlus(shape));
-  return gammad(point, shape, true, ifault);
+  return TailOfProduct(rate, x, shape, &Tails::lower);
 }
 
 double KxDistFun::PdfGamma(double x, double shape, double rate) {

@@ -42,7 +42,7 @@ Tails SmallParameter(double a, double b, UnitPoint at) {
     sum += term;
     if (std::fabs(term) <= 1e-17 * std::fabs(sum)) break;
   }
-  const double logC = a * LogOf(at.x, at.y) - LogGammaOnePlus(a) + LogGammaDifference(b, a);
+  const double logC = a * LogOf(at.x, at.y) - LogScaledBeta(a, b);
   const double c = std::exp(logC);
   const double lower = c + c * a * sum;
   if (lower < 0.5) return {lower, 1 - lower};
@@ -103,12 +103,12 @@ Tails NormalApproximation(double a, double b, UnitPoint at) {
   return {KxDistFun::prbnrm(-z), KxDistFun::prbnrm(z)};
 }
 
-// x^a for b = 1.
+// A lower tail that is a power: for b = 1, and for the first term of the series.
 Tails PowerTails(double logarithm) { return {ValueOf({logarithm, 1}), -std::expm1(logarithm)}; }
 
-// The inverse of BetaOfTinyPoint, where the tails are `lower` and `upper`.
+// The inverse of TailsOfTinyPoint, where the tails are `lower` and `upper`.
 double LogOddsOfTinyPoint(double a, double b, double lower, double upper) {
-  return (LogOf(lower, upper) + std::log(a) + LogBeta(a, b)) / a;
+  return (LogOf(lower, upper) + LogScaledBeta(a, b)) / a;
 }
 
 bool IsLeading(double a, double b, UnitPoint at) { return at.x * (b + 1) <= at.y * (a + 1); }
@@ -157,8 +157,8 @@ Scaled BetaLower(double a, double b, UnitPoint at) {
   return LeadingTail(a, b, at);
 }
 
-double BetaOfTinyPoint(double a, double b, double logX) {
-  return ValueOf({a * logX - std::log(a) - LogBeta(a, b), 1});
+Tails BetaTailsOfTinyPoint(double a, double b, double logX) {
+  return PowerTails(a * logX - LogScaledBeta(a, b));
 }
 
 Tails BetaTailsOfOdds(double a, double b, double x, double factor, double divisor) {
@@ -167,8 +167,7 @@ Tails BetaTailsOfOdds(double a, double b, double x, double factor, double diviso
   if (odds > 1 / kFar && odds < kFar) return BetaTails(a, b, FromOdds(odds));
   if (!(x > 0)) return {0, 1};
   const double logOdds = std::log(x) + std::log(factor) - std::log(divisor);
-  const double tail = logOdds < 0 ? BetaOfTinyPoint(a, b, logOdds) : BetaOfTinyPoint(b, a, -logOdds);
-  return logOdds < 0 ? Tails{tail, 1 - tail} : Tails{1 - tail, tail};
+  return logOdds < 0 ? BetaTailsOfTinyPoint(a, b, logOdds) : Swap(BetaTailsOfTinyPoint(b, a, -logOdds));
 }
 
 double BetaQuantileOdds(double a, double b, Tails wanted, double start, double tolerance) {

@@ -33,8 +33,8 @@ Tails BetaTails(double a, double b, UnitPoint at);
 // I_x(a, b) for 0 < x < 1, where it may be too small for a double.
 Scaled BetaLower(double a, double b, UnitPoint at);
 
-// I_x(a, b) where x is so small that only the first term of its series counts; takes ln x.
-double BetaOfTinyPoint(double a, double b, double logX);
+// The tails where x is so small that only the first term of the series counts; takes ln x.
+Tails BetaTailsOfTinyPoint(double a, double b, double logX);
 
 // The tails at the odds x factor / divisor, x >= 0, the others positive, where neither the odds nor the parts
 // of the unit interval on both sides may be doubles any more.

@@ -134,6 +134,12 @@ Tails GammaTails(double a, double x) {
   return tail.isLower ? Tails{value, 1 - value} : Tails{1 - value, value};
 }
 
+Tails GammaTailsOfTinyPoint(double a, double logX) {
+  if (a > 1) return {0, 1};
+  const double logarithm = a * logX - LogGammaOnePlus(a);
+  return {ValueOf({logarithm, 1}), -std::expm1(logarithm)};
+}
+
 Scaled GammaLower(double a, double x) {
   if (a < 1 && x <= 1) return {0, SmallShape(a, x).lower};
   const LeadingTail tail = LeadingTailAt(a, x);

@@ -18,6 +18,9 @@ Scaled GammaPrefactor(double a, double x);
 // P(a, x) and Q(a, x) for a > 0, x > 0, both finite.  A few hundred steps at most.
 Tails GammaTails(double a, double x);
 
+// The same where x is so small that only the first term of the series counts; takes ln x.
+Tails GammaTailsOfTinyPoint(double a, double logX);
+
 // P(a, x) where it may be too small for a double.
 Scaled GammaLower(double a, double x);
 

@@ -25,12 +25,15 @@ bool IsOneOver(double x, double tolerance, double shift) {
   return IsAlmostWhole(reciprocal / 2 + shift, tolerance);
 }
 
+// The halves of fractions far below 1 may underflow to a whole number, 0.
+bool IsInRange(double magnitude) { return magnitude > 0.5 && magnitude <= KxPower::gMachineMaxInt; }
+
 bool IsEven(double magnitude) {
-  return magnitude <= KxPower::gMachineMaxInt && IsAlmostWhole(magnitude / 2, kWholeTolerance);
+  return IsInRange(magnitude) && IsAlmostWhole(magnitude / 2, kWholeTolerance);
 }
 
 bool IsOdd(double magnitude) {
-  return magnitude <= KxPower::gMachineMaxInt && IsAlmostWhole(magnitude / 2 + 0.5, kWholeTolerance);
+  return IsInRange(magnitude) && IsAlmostWhole(magnitude / 2 + 0.5, kWholeTolerance);
 }
 
 int PowerOfPositive(double base, double exponent, double& result) {

@@ -1,6 +1,9 @@
 #include "math/LogGammaInternal.h"
 
 #include <cmath>
+#include <cstddef>
+#include <iterator>
+#include <utility>
 
 #include "math/KxDistFun.h"
 #include "math/LogGammaTablesInternal.h"
@@ -13,6 +16,12 @@ namespace {
 
 constexpr double kHalfLogTwoPi = 0.9189385332046728;
 constexpr double kLogRootPi = 0.5723649429247001;
+// (-1)^j zeta(j) / j from j = 2: what the logarithm of the gamma function is about 1.
+constexpr double kZetaOverIndex[] = {
+    0.82246703342411321824,  -0.40068563438653142847,  0.27058080842778454788,  -0.20738555102867398527,
+    0.16955717699740818995,  -0.14404989676884611812,  0.12550966952474304242,  -0.11133426586956469049,
+    0.10009945751278180853,  -0.090954017145829042233, 0.083353840546109004025, -0.076932516411352191473,
+    0.071432946295361336059, -0.066668705882420468033, 0.062500955141213040742, -0.058823978658684582339};
 
 double StirlingSeries(double z) {
   const double reciprocal = 1 / z;
@@ -55,13 +64,55 @@ double StirlingRemainder(double z) {
   return Polynomial(kStirlingRemainder[0], z - 0.5) + (z + 0.5) * logRatio - 1;
 }
 
+namespace {
+
+// StirlingSeries(z + step) - StirlingSeries(z), relative to itself: by the divided differences of the series
+// in r = 1 / z, which is r P(r^2).
+double StirlingSeriesDifference(double z, double step) {
+  const double from = 1 / z, to = 1 / (z + step);
+  const double square = from * from, other = to * to;
+  double value = 0;    // of P at `square` by Horner's chain
+  double divided = 0;  // of P at both squares
+  for (std::size_t i = std::size(kStirling); i-- > 0;) {
+    divided = divided * other + value;
+    value = value * square + kStirling[i];
+  }
+  return -step * from * to * (Polynomial(kStirling, other) + from * (from + to) * divided);
+}
+
+}  // namespace
+
 double LogGammaDifference(double z, double step) {
   if (z < 8 && step > 0.05) return LogGamma(z + step) - LogGamma(z);
   // Small steps climb to where the remainders hardly differ.
   double climbed = 0;
   for (; z < 8; ++z) climbed += std::log1p(step / z);
   return (z - 0.5) * std::log1p(step / z) + step * (std::log(z + step) - 1) +
-         (StirlingSeries(z + step) - StirlingSeries(z)) - climbed;
+         StirlingSeriesDifference(z, step) - climbed;
+}
+
+double LogScaledBeta(double a, double b) {
+  return a <= 1 ? LogGammaOnePlus(a) - LogGammaDifference(b, a) : std::log(a) + LogBeta(a, b);
+}
+
+double LogBinomial(double k, double m) {
+  if (k > m) std::swap(k, m);
+  const double n = k + m;
+  if (n < 0.1) {
+    // The sum of (-1)^j zeta(j) / j (n^j - k^j - m^j) from j = 2, whose brackets are sums of positive
+    // numbers.
+    double sum = 0, bracket = 0, powerK = k, powerM = m;
+    for (std::size_t j = 0; j < std::size(kZetaOverIndex); ++j) {
+      bracket = n * bracket + m * powerK + k * powerM;
+      powerK *= k;
+      powerM *= m;
+      sum += kZetaOverIndex[j] * bracket;
+    }
+    return sum;
+  }
+  if (k < 0.05) return LogGammaDifference(1 + m, k) - LogGammaOnePlus(k);
+  // 1 / ((n + 1) B(k + 1, m + 1))
+  return -LogBeta(k + 1, m + 1) - std::log1p(n);
 }
 
 double LogBeta(double a, double b) {

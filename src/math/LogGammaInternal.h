@@ -17,6 +17,12 @@ double StirlingRemainder(double z);
 // ln Gamma(z + step) - ln Gamma(z) for z > 0 and 0 < step <= 1, relative to itself for small steps.
 double LogGammaDifference(double z, double step);
 
+// ln(a B(a, b)), for a <= 1 relative to itself: it is near 0 where a is.
+double LogScaledBeta(double a, double b);
+
+// ln Gamma(k + m + 1) - ln Gamma(k + 1) - ln Gamma(m + 1) for k, m > 0, relative to itself.
+double LogBinomial(double k, double m);
+
 // ln B(a, b).
 double LogBeta(double a, double b);
 

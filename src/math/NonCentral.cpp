@@ -31,6 +31,8 @@ struct GammaComponents {
   Scaled Prefactor(double j) const { return GammaPrefactor(Shape(j), x); }
   // G_(j-1) / G_j.
   double RatioBefore(double j) const { return Shape(j) / x; }
+  // Not below P_(j+1) / P_j, but for 1.
+  double RatioAfter(double j) const { return x / Shape(j); }
   // Not below the j where the largest term of the mixture is: P_(j+1) / P_j is at most x / Shape(j).
   double LargestTerm(double mean) const {
     const double half = (a + 1) / 2;
@@ -49,7 +51,8 @@ struct BetaComponents {
   double Shape(double j) const { return a + j; }
   Scaled Lower(double j) const { return BetaLower(Shape(j), b, at); }
   Scaled Prefactor(double j) const { return BetaPrefactor(Shape(j), b, at); }
-  double RatioBefore(double j) const { return Shape(j) / ((Shape(j) + b - 1) * at.x); }
+  double RatioBefore(double j) const { return Shape(j) / ((a + b + (j - 1)) * at.x); }
+  double RatioAfter(double j) const { return at.x * (Shape(j) + b) / Shape(j); }
   // As above with x (Shape(j) + b) / Shape(j).
   double LargestTerm(double mean) const {
     const double half = (a + 1 - mean * at.x) / 2;
@@ -84,11 +87,30 @@ double WideMixture(const Components& components, double mean, double largest, do
   return std::min(1.0, ValueOf({sum.exponent, sum.factor * step}));
 }
 
+// Where each term from the second on is so much smaller than the one before that a few are all: as they are.
+constexpr double kSteep = 0.01;
+
+template <class Components>
+double FewTerms(const Components& components, double mean) {
+  const Scaled first = components.Lower(0);
+  const double exponent = first.exponent - mean;
+  double sum = first.factor;
+  for (double j = 1; j < 16; ++j) {
+    const Scaled lower = components.Lower(j);
+    const Scaled weight = PoissonTerm(mean, j);
+    const double term = weight.factor * lower.factor * std::exp(weight.exponent + lower.exponent - exponent);
+    sum += term;
+    if (!(term > 1e-17 * sum)) break;
+  }
+  return std::min(1.0, ValueOf({exponent, sum}));
+}
+
 // Sums from so far above the largest term that nothing is left out down to where nothing counts any more.  On
 // the way down P_j grows by what is added, so that it keeps its digits; the terms grow before they fall.
 template <class Components>
 double Mixture(const Components& components, double mean, double tolerance) {
   if (mean == 0) return ValueOf(components.Lower(0));
+  if (mean * std::min(1.0, components.RatioAfter(1)) < kSteep) return FewTerms(components, mean);
   const double largest = std::min(mean, components.LargestTerm(mean));
   if (largest > kWide && components.IsQuick(largest))
     return WideMixture(components, mean, largest, tolerance);

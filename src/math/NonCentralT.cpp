@@ -148,8 +148,7 @@ Tails TailsOfSquare(double a, double ratio) {
   if (isNumber) return GammaTails(a, x);
   // Of next to no degrees of freedom next to nothing lies between a point that is a double and one that is
   // not.
-  const double logLower = a * (std::log(a) + 2 * std::log(ratio)) - LogGammaOnePlus(a);
-  return {std::exp(logLower), -std::expm1(logLower)};
+  return GammaTailsOfTinyPoint(a, std::log(a) + 2 * std::log(ratio));
 }
 
 // For a delta so large that Phi is a step for s: the integral over the normal variable z instead, of phi(z)

@@ -73,7 +73,13 @@ double KxDistFun::Mednci(Numbers values, Numbers weights, double confidence, dou
   const double outside = (1 - confidence) / 2;
   double rank = IdfBin(outside, total, 0.5, ifault);
   if (ifault != kDone) return kMissing;
-  while (rank > 0 && CdfBin(rank - 1, total, 0.5, ifault) > outside) --rank;
+  // A sample may cover the interval exactly; the sums differ in their last digits.
+  constexpr double kSameProbability = 1 + 2.842170943040401e-14;
+  const auto isOutside = [&](double count) {
+    return count < 0 || CdfBin(count, total, 0.5, ifault) <= outside * kSameProbability;
+  };
+  if (isOutside(rank)) ++rank;
+  while (rank > 0 && !isOutside(rank - 1)) --rank;
   if (rank < 1) return Fail(ifault, kFailed);
   lower = ValueAtRank(values, weights, rank);
   upper = ValueAtRank(values, weights, total + 1 - rank);

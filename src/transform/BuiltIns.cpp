@@ -37,6 +37,12 @@ bool AreAllThere(const Numbers& values) {
   return values.size() == count && std::ranges::none_of(values, IsMissing);
 }
 
+// What the functions of the normal distribution take: no NaN either.
+template <std::size_t count>
+bool AreAllNumbers(const Numbers& values) {
+  return AreAllThere<count>(values) && std::ranges::none_of(values, [](double x) { return std::isnan(x); });
+}
+
 double Truth(bool holds) { return holds ? 1.0 : 0.0; }
 
 template <class Compare>
@@ -164,15 +170,15 @@ double Functions::Variance(const Numbers& values) {
 }
 
 double Functions::CdfNormal(const Numbers& values) {
-  return AreAllThere<3>(values) ? KxDistFun::CdfNorm(values[0], values[1], values[2]) : kMissing;
+  return AreAllNumbers<3>(values) ? KxDistFun::CdfNorm(values[0], values[1], values[2]) : kMissing;
 }
 
 double Functions::IdfNormal(const Numbers& values) {
-  return AreAllThere<3>(values) ? KxDistFun::IdfNorm(values[0], values[1], values[2]) : kMissing;
+  return AreAllNumbers<3>(values) ? KxDistFun::IdfNorm(values[0], values[1], values[2]) : kMissing;
 }
 
 double Functions::PdfNormal(const Numbers& values) {
-  if (!AreAllThere<3>(values) || !(values[2] > 0)) return kMissing;
+  if (!AreAllNumbers<3>(values) || !(values[2] > 0)) return kMissing;
   const double z = (values[0] - values[1]) / values[2];
   if (z == 0) return kInverseRootTwoPi / values[2];
   if (std::fabs(z) > kLargestStandardised) return 0;
@@ -208,19 +214,19 @@ double Functions::ProductOperator(const Numbers& values) {
 }
 
 double Functions::stdNormalCDF(const Numbers& values) {
-  return AreAllThere<1>(values) ? KxDistFun::CdfStdNorm(values[0]) : kMissing;
+  return AreAllNumbers<1>(values) ? KxDistFun::CdfStdNorm(values[0]) : kMissing;
 }
 
 double Functions::stdNormalIDF(const Numbers& values) {
-  return AreAllThere<1>(values) ? KxDistFun::IdfStdNorm(values[0]) : kMissing;
+  return AreAllNumbers<1>(values) ? KxDistFun::IdfStdNorm(values[0]) : kMissing;
 }
 
 double Functions::stdNormalPDF(const Numbers& values) {
-  return AreAllThere<1>(values) ? std::exp(-values[0] * values[0] / 2) / kRootTwoPi : kMissing;
+  return AreAllNumbers<1>(values) ? std::exp(-values[0] * values[0] / 2) / kRootTwoPi : kMissing;
 }
 
 double Functions::Erf(const Numbers& values) {
-  return AreAllThere<1>(values) ? 2 * KxDistFun::CdfStdNorm(values[0] * kRootTwo) - 1 : kMissing;
+  return AreAllNumbers<1>(values) ? 2 * KxDistFun::CdfStdNorm(values[0] * kRootTwo) - 1 : kMissing;
 }
 
 double Functions::lessThan(const Numbers& values) { return ComparePair(values, std::less<double>()); }

@@ -67,6 +67,7 @@ TEST(KxPower, PowerTellsWhatItDid) {
       {"a unit beside a negative odd number", -2, -1 - kUnit, 0, -0.5},
       {"close to no whole number", -2, 2.000001, 4, kMissing},
       {"tiny: 0 is close to nothing", -2, 1e-20, 4, kMissing},
+      {"tiny: nor is what halves to 0", -2, 5e-324, 4, kMissing},
       {"the largest odd exponent", -1, 2147483647, 0, -1},
       {"beyond the largest even exponent", -1, 2147483648, 4, kMissing},
       {"one over a negative odd number", -8, -1.0 / 3, 0, -0.5},

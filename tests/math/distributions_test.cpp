@@ -391,6 +391,45 @@ TEST(Distributions, ProbabilitiesWhereOddsAndProductsAreNoDoubles) {
   for (const auto& [answer, want] : kRows) EXPECT_NEAR(answer, want, 1e-10 * want);
 }
 
+// A tail taken as 1 minus the other, or as a difference of logarithms, has no digits of its own where a
+// parameter or the point is next to nothing, and sums over terms that fall by 1e300 overflow.  Values by
+// mpmath, 420 digits.
+TEST(Distributions, NextToNothing) {
+  const struct {
+    const char* what;
+    double value, want;
+  } kRows[] = {
+      {"CdfF", D::CdfF(.5, 10, 1e-14), 1.5881147940507449e-13},
+      {"CdfF", D::CdfF(0.5, 1e-200, 3), 1.0},
+      {"SigF", D::SigF(1.7, 7e-283, 29.5), 2.2725683945788741e-280},
+      {"SigF", D::SigF(2, 1e-90, 1e-100), 0.9999999999},
+      {"CdfBeta", D::CdfBeta(.75, 2, 1.9e-10), 1.2089592861562442e-10},
+      {"CdfBeta", D::CdfBeta(0.3, 1e-300, 1e-299), 0.90909090909090909},
+      {"CdfBeta", D::CdfBeta(0.2, 7.5, 1e-18), 9.2737493220865737e-25},
+      {"SigChi", D::SigChi(5e-324, 7.6e-5), 0.027896626965711346},
+      {"CdfChi", D::CdfChi(1e-310, 0.5), 2.933738615886127e-78},
+      {"SigChi", D::SigChi(3, 1e-250), 5.0009791203316329e-252},
+      {"NonCentralCdfChi", D::NonCentralCdfChi(1, 3, 1e-305), 0.1987480430987992},
+      {"NonCentralCdfChi", D::NonCentralCdfChi(1e-200, 0.01, 40), 2.0599169523785944e-10},
+      {"NonCentralCdfChi", D::NonCentralCdfChi(2, 1e-20, 3), 0.512054316683796},
+      {"NonCentralCdfChi", D::NonCentralCdfChi(1e-290, 0.001, 1e-30), 0.71610175241384097},
+      {"ncdbet", D::ncdbet(0.983, 3.2e-32, 4.7e-34, 0.0034, 0, code), 0.014450313482146961},
+      {"ncdbet", D::ncdbet(0.5, 1e-20, 1e-20, 100, 0, code), 9.6437492409342516e-23},
+      {"ncdbet", D::ncdbet(0.9, 1e-15, 2, 1e-200, 0, code), 0.99999999999999999},
+      {"NonCentralCdfF", D::NonCentralCdfF(2, 3, 5, 1e-300, 0), 0.76737608199992144},
+      {"NonCentralCdfF", D::NonCentralCdfF(1e-150, 4, 1e-12, 7, 0), 1.207895336893344e-289},
+      {"NonCentralCdfF", D::NonCentralCdfF(30, 1e-30, 1e-35, 2, 0), 3.6787576241381816e-6},
+      {"dnlbnc", D::dnlbnc(1e-10, 1e-12, code), 1.6284847260607406e-22},
+      {"dnlbnc", D::dnlbnc(5.0, 1e-300, code), 2.2833333333333334e-300},
+      {"dnlbnc", D::dnlbnc(0.07, 0.03, code), 0.0018782286489020821},
+      {"dnlbnc", D::dnlbnc(100.0, 0.001, code), 0.0051865504759216245},
+  };
+  for (const auto& row : kRows)
+    EXPECT_NEAR(row.value, row.want, std::fabs(row.want) * 2e-13) << row.what << ' ' << row.want;
+  EXPECT_EQ(D::IdfF(1 - 0x1p-52, 1e-25, 10), 0);
+  EXPECT_EQ(D::IdfBeta(0.9, 1e-20, 2e-20), 1);
+}
+
 TEST(Distributions, Symmetries) {
   Scan(1e-8, 30, [](double x) {
     EXPECT_EQ(D::derf(-x), -D::derf(x));
@@ -454,6 +493,15 @@ TEST(Samples, IntervalOfTheMedian) {
   EXPECT_EQ(lower, kMissing);
   D::Mednci(values, Numbers(10, 1.5), 0.95, lower, upper, code);
   EXPECT_EQ(code, 3);
+  // Intervals that the sample covers exactly: from the first to the last value.
+  for (const auto& [count, confidence] : {std::pair(2, 0.5), {3, 0.75}, {4, 0.875}, {10, 1 - 2.0 / 1024}}) {
+    const auto size = static_cast<std::size_t>(count);
+    EXPECT_NEAR(D::Mednci(Numbers(values.begin(), values.begin() + count), Numbers(size, 1.0), confidence,
+                          lower, upper, code),
+                confidence, 1e-15);
+    EXPECT_EQ(lower, 1);
+    EXPECT_EQ(upper, count);
+  }
   D::Mednci(Numbers{5}, Numbers{40}, 0.95, lower, upper, code);
   EXPECT_EQ(lower, 5);
 }

@@ -20,6 +20,7 @@ namespace {
 
 using T = TransformationDictionary;
 
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kMissing = NumericValue::gSysmisValue;
 
 TEST(BuiltIns, AnswerWhatIsMissingAndOutsideTheirDomain) {
@@ -48,6 +49,12 @@ TEST(BuiltIns, AnswerWhatIsMissingAndOutsideTheirDomain) {
       {T::Max({-std::numeric_limits<double>::max() / 2}), -std::numeric_limits<double>::max() / 2},
       {T::Min({kMissing, 3, -2}), -2},
       {T::MedianOperator({3, kMissing, 1}), 2},
+      {T::MedianOperator({kNaN, 1, 2}), kMissing},
+      {T::MedianOperator({1, 2, kNaN}), kMissing},
+      {T::Erf({kNaN}), kMissing},
+      {T::stdNormalPDF({kNaN}), kMissing},
+      {T::PdfNormal({kNaN, 0, 1}), kMissing},
+      {T::CdfNormal({1, kNaN, 1}), kMissing},
       {T::Sd({5}), kMissing},
       {T::Variance({2, 4}), 2},
       {T::Sd({1e200, -1e200}), std::sqrt(2.0) * 1e200},
