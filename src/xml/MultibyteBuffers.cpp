@@ -1,15 +1,14 @@
 // Conversions into buffers of the caller: cutting, filling and terminating are the same for all of them.
 
 #include <unicode/utf16.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
-#include "xml/ConvertUTF.h"
 #include "xml/Multibyte.h"
 #include "xml/MultibyteInternal.h"
+#include "xml/UnicodeInternal.h"
 
 namespace KxXML_940 {
 
@@ -74,68 +73,22 @@ int IntoBuffer(void* dst, int dstSize, const void* src, int srcLen, int* error, 
 
 // --- Between the Unicode encodings
 
-template <class Unit>
-struct UnitOf {
-  using Type = Unit;
-};
-template <>
-struct UnitOf<char> {
-  using Type = UTF8;
-};
-
-template <class Unit>
-std::basic_string_view<Unit> Replacement() {
-  if constexpr (sizeof(Unit) == 1)
-    return "\xEF\xBF\xBD";
-  else if constexpr (sizeof(Unit) == 2)
-    return u"\uFFFD";
-  else
-    return U"\uFFFD";
-}
-
-// How many units one replacement stands for.
-template <class Unit>
-std::size_t IllFormedLength(const Unit* source, const Unit* end) {
-  if constexpr (sizeof(Unit) == 1) {
-    std::ptrdiff_t length = 0;
-    [[maybe_unused]] UChar32 code;
-    U8_NEXT(source, length, end - source, code);
-    return static_cast<std::size_t>(length);
-  } else {
-    return 1;
-  }
-}
-
-// Runs a conversion of ConvertUTF.h over the whole text; it stops before what it cannot convert or write.
-template <class From, class To, class Conversion>
-Outcome BetweenUTF(std::basic_string_view<From> from, Room<To> room, Conversion convert) {
-  using Source = typename UnitOf<From>::Type;
-  using Target = typename UnitOf<To>::Type;
-  const auto* source = reinterpret_cast<const Source*>(from.data());
-  const auto* const sourceEnd = source + from.size();
-  auto* target = reinterpret_cast<Target*>(room.start);
-  auto* const start = target;
-  auto* const targetEnd = target + room.size;
-  const auto replacement = Replacement<To>();
-  int status = kDone;
-  ConversionResult result;
-  while ((result = convert(&source, sourceEnd, &target, targetEnd, strictConversion)) != conversionOK) {
-    if (result == targetExhausted || static_cast<std::size_t>(targetEnd - target) < replacement.size()) {
-      status = kCut;
-      break;
-    }
-    target = std::ranges::copy(replacement, target).out;
-    source += IllFormedLength(source, sourceEnd);
-    status = kNotConverted;
-  }
-  return {static_cast<std::size_t>(target - start), status};
+template <class From, class To, class FromUnit, class ToUnit>
+Outcome BetweenUTF(std::basic_string_view<FromUnit> from, Room<ToUnit> room) {
+  constexpr int kStatuses[] = {kDone, kNotConverted, kCut};  // by WholeText
+  const auto* const source = reinterpret_cast<const Byte*>(from.data());
+  auto* const start = reinterpret_cast<Byte*>(room.start);
+  Byte* target = start;
+  const WholeText done = ConvertReplacing<From, To>(source, source + from.size() * sizeof(FromUnit), target,
+                                                    start + room.size * sizeof(ToUnit));
+  return {static_cast<std::size_t>(target - start) / sizeof(ToUnit), kStatuses[static_cast<int>(done)]};
 }
 
 Outcome ToUTF16(std::string_view from, Room<char16_t> room) {
-  return BetweenUTF(from, room, ConvertUTF8toUTF16);
+  return BetweenUTF<EncodingUTF8, NativeUTF16>(from, room);
 }
 Outcome ToUTF8(std::u16string_view from, Room<char> room) {
-  return BetweenUTF(from, room, ConvertUTF16toUTF8);
+  return BetweenUTF<NativeUTF16, EncodingUTF8>(from, room);
 }
 
 // --- Code pages
@@ -174,60 +127,54 @@ Outcome FromCodePage(void* converter, std::string_view from, Room<char16_t> room
                      });
 }
 
-// Converts by way of UTF-16, for which so many units are tried first.
-template <class First, class Second>
-Outcome ByWayOfUTF16(std::string_view from, Room<char> room, std::size_t units, First first, Second second) {
-  for (;; units *= 2) {
+// --- Texts of bytes, whatever they are in
+
+auto IntoEncoding(ByteEncoding encoding) {
+  return [encoding](std::u16string_view from, Room<char> room) {
+    return encoding.isUTF8 ? ToUTF8(from, room) : ToCodePage(encoding.converter, from, room);
+  };
+}
+
+auto OutOfEncoding(ByteEncoding encoding) {
+  return [encoding](std::string_view from, Room<char16_t> room) {
+    return encoding.isUTF8 ? ToUTF16(from, room) : FromCodePage(encoding.converter, from, room);
+  };
+}
+
+// The bytes that may stay of a text that is cut at its end.
+std::size_t WholeBytes(ByteEncoding encoding, std::string_view text) {
+  if (!encoding.isUTF8) return ValidPrefix(encoding.converter, text);
+  return static_cast<std::size_t>(ZENTMBCheckFinalChar_8(text.data(), static_cast<int>(text.size())));
+}
+
+Outcome Copy(ByteEncoding encoding, std::string_view from, Room<char> room) {
+  const bool isCut = from.size() > room.size;
+  const std::size_t written = isCut ? WholeBytes(encoding, from.substr(0, room.size)) : from.size();
+  std::copy_n(from.data(), written, room.start);
+  return {written, isCut ? kCut : kDone};
+}
+
+// By way of UTF-16.
+Outcome BetweenBytes(ByteEncoding source, ByteEncoding target, std::string_view from, Room<char> room) {
+  if (source == target) return Copy(source, from, room);
+  for (std::size_t units = UnitsFor(from.size()) + 1;; units *= 2) {
     WorkBuffer<char16_t> work(units);
     if (work.Get() == nullptr) return {0, kNotConverted};
-    const Outcome outcome = first(from, Room<char16_t>{work.Get(), units});
+    const Outcome outcome = OutOfEncoding(source)(from, Room<char16_t>{work.Get(), units});
     if (outcome.status == kCut) continue;
-    Outcome result = second(std::u16string_view(work.Get(), outcome.written), room);
+    Outcome result = IntoEncoding(target)(std::u16string_view(work.Get(), outcome.written), room);
     if (result.status == kDone) result.status = outcome.status;
     return result;
   }
 }
 
-// Names the converter of a conversion.
-auto Into(void* converter) {
-  return [converter](std::u16string_view from, Room<char> room) { return ToCodePage(converter, from, room); };
+int ConvertBytes(ByteEncoding source, ByteEncoding target, char* dst, int dstSize, const char* src,
+                 int srcLen, int* error) {
+  const auto convert = [&](std::string_view from, Room<char> room) {
+    return BetweenBytes(source, target, from, room);
+  };
+  return IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, convert);
 }
-auto OutOf(void* converter) {
-  return
-      [converter](std::string_view from, Room<char16_t> room) { return FromCodePage(converter, from, room); };
-}
-
-Outcome CodePageToUTF8(void* converter, std::string_view from, Room<char> room) {
-  return ByWayOfUTF16(from, room, UnitsFor(from.size()) + 1, OutOf(converter), ToUTF8);
-}
-
-Outcome UTF8ToCodePage(void* converter, std::string_view from, Room<char> room) {
-  return ByWayOfUTF16(from, room, from.size() + 1, ToUTF16, Into(converter));
-}
-
-// For texts that are in the right encoding already: `whole` counts the bytes that may stay of a cut text.
-template <class Whole>
-Outcome Copy(std::string_view from, Room<char> room, Whole whole) {
-  const bool isCut = from.size() > room.size;
-  const std::size_t written = isCut ? whole(from.substr(0, room.size)) : from.size();
-  std::copy_n(from.data(), written, room.start);
-  return {written, isCut ? kCut : kDone};
-}
-
-Outcome CopyUTF8(std::string_view from, Room<char> room) {
-  return Copy(from, room, [](std::string_view text) {
-    return static_cast<std::size_t>(ZENTMBCheckFinalChar_8(text.data(), static_cast<int>(text.size())));
-  });
-}
-
-// From one code page to another, of which null is the default one.
-Outcome BetweenCodePages(void* source, void* target, std::string_view from, Room<char> room) {
-  if (source == target)
-    return Copy(from, room, [source](std::string_view text) { return ValidPrefix(source, text); });
-  return ByWayOfUTF16(from, room, UnitsFor(from.size()) + 1, OutOf(source), Into(target));
-}
-
-bool IsUTF8() { return qUTF8mode() != 0; }
 
 }  // namespace
 
@@ -237,28 +184,30 @@ int ZENTMB8and16(int toUTF16, void* dst, int dstSize, const void* src, int srcLe
 }
 
 int ZENTMB8and32(int toUTF32, void* dst, int dstSize, const void* src, int srcLen, int* error) {
-  if (toUTF32 != 0)
-    return IntoBuffer<char32_t, char>(dst, dstSize, src, srcLen, error,
-                                      [](std::string_view from, Room<char32_t> room) {
-                                        return BetweenUTF(from, room, ConvertUTF8toUTF32);
-                                      });
-  return IntoBuffer<char, char32_t>(
-      dst, dstSize, src, srcLen, error,
-      [](std::u32string_view from, Room<char> room) { return BetweenUTF(from, room, ConvertUTF32toUTF8); });
+  const auto toWide = [](std::string_view from, Room<char32_t> room) {
+    return BetweenUTF<EncodingUTF8, EncodingUTF32>(from, room);
+  };
+  const auto fromWide = [](std::u32string_view from, Room<char> room) {
+    return BetweenUTF<EncodingUTF32, EncodingUTF8>(from, room);
+  };
+  return toUTF32 != 0 ? IntoBuffer<char32_t, char>(dst, dstSize, src, srcLen, error, toWide)
+                      : IntoBuffer<char, char32_t>(dst, dstSize, src, srcLen, error, fromWide);
 }
 
 int ZENTMBCodePageAnd8(int toUTF8, void* converter, void* dst, int dstSize, const void* src, int srcLen,
                        int* error) {
-  const auto convert = [&](std::string_view from, Room<char> room) {
-    return toUTF8 != 0 ? CodePageToUTF8(converter, from, room) : UTF8ToCodePage(converter, from, room);
-  };
-  return IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, convert);
+  auto* const out = static_cast<char*>(dst);
+  const auto* const text = static_cast<const char*>(src);
+  const ByteEncoding codePage = CodePageOf(converter);
+  return toUTF8 != 0 ? ConvertBytes(codePage, kUTF8, out, dstSize, text, srcLen, error)
+                     : ConvertBytes(kUTF8, codePage, out, dstSize, text, srcLen, error);
 }
 
 int ZENTMBCodePageAnd16(int toUTF16, void* converter, void* dst, int dstSize, const void* src, int srcLen,
                         int* error) {
-  return toUTF16 != 0 ? IntoBuffer<char16_t, char>(dst, dstSize, src, srcLen, error, OutOf(converter))
-                      : IntoBuffer<char, char16_t>(dst, dstSize, src, srcLen, error, Into(converter));
+  const ByteEncoding codePage = CodePageOf(converter);
+  return toUTF16 != 0 ? IntoBuffer<char16_t, char>(dst, dstSize, src, srcLen, error, OutOfEncoding(codePage))
+                      : IntoBuffer<char, char16_t>(dst, dstSize, src, srcLen, error, IntoEncoding(codePage));
 }
 
 int ZENTMB16to8(char* dst, int dstSize, const char16_t* src, int srcLen, int* error) {
@@ -286,41 +235,29 @@ int ZENTMBCodePageto8(void* converter, char* dst, int dstSize, const char* src, 
 }
 
 int ZENTMB16toGeneric(char* dst, int dstSize, const char16_t* src, int srcLen, int* error) {
-  return IsUTF8() ? ZENTMB16to8(dst, dstSize, src, srcLen, error)
-                  : ZENTMB16toCodePage(nullptr, dst, dstSize, src, srcLen, error);
+  return IntoBuffer<char, char16_t>(dst, dstSize, src, srcLen, error, IntoEncoding(GenericEncoding()));
 }
 
 int ZENTMBGenericto16(char16_t* dst, int dstSize, const char* src, int srcLen, int* error) {
-  return IsUTF8() ? ZENTMB8to16(dst, dstSize, src, srcLen, error)
-                  : ZENTMBCodePageto16(nullptr, dst, dstSize, src, srcLen, error);
+  return IntoBuffer<char16_t, char>(dst, dstSize, src, srcLen, error, OutOfEncoding(GenericEncoding()));
 }
 
 int ZENTMB8toGeneric(char* dst, int dstSize, const char* src, int srcLen, int* error) {
-  return IsUTF8() ? IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, CopyUTF8)
-                  : ZENTMB8toCodePage(nullptr, dst, dstSize, src, srcLen, error);
+  return ConvertBytes(kUTF8, GenericEncoding(), dst, dstSize, src, srcLen, error);
 }
 
 int ZENTMBGenericto8(char* dst, int dstSize, const char* src, int srcLen, int* error) {
-  return IsUTF8() ? IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, CopyUTF8)
-                  : ZENTMBCodePageto8(nullptr, dst, dstSize, src, srcLen, error);
+  return ConvertBytes(GenericEncoding(), kUTF8, dst, dstSize, src, srcLen, error);
 }
 
 int ZENTMBGenerictoCodePage(void* converter, char* dst, int dstSize, const char* src, int srcLen,
                             int* error) {
-  const auto convert = [converter](std::string_view from, Room<char> room) {
-    return IsUTF8() ? UTF8ToCodePage(converter, from, room)
-                    : BetweenCodePages(nullptr, converter, from, room);
-  };
-  return IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, convert);
+  return ConvertBytes(GenericEncoding(), CodePageOf(converter), dst, dstSize, src, srcLen, error);
 }
 
 int ZENTMBCodePagetoGeneric(void* converter, char* dst, int dstSize, const char* src, int srcLen,
                             int* error) {
-  const auto convert = [converter](std::string_view from, Room<char> room) {
-    return IsUTF8() ? CodePageToUTF8(converter, from, room)
-                    : BetweenCodePages(converter, nullptr, from, room);
-  };
-  return IntoBuffer<char, char>(dst, dstSize, src, srcLen, error, convert);
+  return ConvertBytes(CodePageOf(converter), GenericEncoding(), dst, dstSize, src, srcLen, error);
 }
 
 }  // namespace KxXML_940

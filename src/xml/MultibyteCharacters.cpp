@@ -2,7 +2,6 @@
 
 #include <unicode/uchar.h>
 #include <unicode/ucnv_err.h>
-#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -14,6 +13,7 @@
 #include "xml/Multibyte.h"
 #include "xml/MultibyteInternal.h"
 #include "xml/SystemLocale.h"
+#include "xml/UnicodeInternal.h"
 #include "xml/XmlText.h"
 
 namespace KxXML_940 {
@@ -46,12 +46,12 @@ class ReaderOfUTF8 {
 
   bool Next(Character& character) {
     if (fNext == fEnd) return false;
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(fNext);
-    std::ptrdiff_t length = 0;
-    UChar32 code;
-    U8_NEXT(bytes, length, fEnd - fNext, code);
-    character = code < 0 ? Character{ByteAt(fNext), false} : Character{code, true};
-    fNext += code < 0 ? 1 : length;
+    const auto* at = reinterpret_cast<const Byte*>(fNext);
+    char32_t code = 0;
+    const bool isValid =
+        EncodingUTF8::Read(at, reinterpret_cast<const Byte*>(fEnd), strictConversion, code) == conversionOK;
+    character = isValid ? Character{static_cast<UChar32>(code), true} : Character{ByteAt(fNext), false};
+    fNext = isValid ? reinterpret_cast<const char*>(at) : fNext + 1;
     return true;
   }
 
@@ -134,7 +134,7 @@ int Compare(int caseSensitive, Reader a, Reader b, int* error) {
 
 // --- The encodings
 
-struct EncodingUTF8 {
+struct TextsInUTF8 {
   using Reader = ReaderOfUTF8;
 
   // The bytes of the first character, of those that are there.
@@ -153,13 +153,33 @@ struct EncodingUTF8 {
 
   // The bytes that stay when the last character is cut.
   static std::size_t Whole(std::string_view bytes) {
-    auto length = static_cast<std::ptrdiff_t>(bytes.size());
-    U8_TRUNCATE_IF_INCOMPLETE(bytes.data(), 0, length);
-    return static_cast<std::size_t>(length);
+    const auto* const end = reinterpret_cast<const Byte*>(bytes.data() + bytes.size());
+    // A character that is cut has three bytes at most.
+    for (std::size_t back = 1; back <= std::min<std::size_t>(3, bytes.size()); ++back) {
+      const Byte* at = end - back;
+      const auto length = static_cast<std::ptrdiff_t>(back);
+      if (*at < 0x80) break;
+      if (*at < 0xC0) continue;
+      const bool isCut = *at >= 0xC2 && *at <= 0xF4 && EncodingUTF8::LengthOf(*at) > length &&
+                         EncodingUTF8::IllFormedLength(at, end) == length;
+      return bytes.size() - (isCut ? back : 0);
+    }
+    return bytes.size();
+  }
+
+  // The character before `current` or around it, in a text that is well-formed there; else the byte before.
+  static const char* Previous(const char* start, const char* current) {
+    for (const char* at = current; at != start && current - at < kLongest;) {
+      --at;
+      const std::string_view bytes = TextOf(at, kLongest);
+      const int length = bytes.empty() ? -1 : CheckedLength(bytes);
+      if (length >= current - at) return at;
+    }
+    return current == start ? start : current - 1;
   }
 };
 
-struct EncodingCodePage {
+struct TextsInCodePage {
   using Reader = ReaderOfCodePage;
 
   static constexpr auto kIncomplete = static_cast<std::size_t>(-2);
@@ -177,6 +197,14 @@ struct EncodingCodePage {
   }
 
   static int CheckedLength(std::string_view bytes) { return static_cast<int>(Length(bytes)); }
+
+  // Characters are found from the start only: a trail byte may look like a lead byte.
+  static const char* Previous(const char* start, const char* current) {
+    const char* previous = start;
+    for (const char* next = start; next < current && *next != '\0'; next += Length(TextOf(next, kLongest)))
+      previous = next;
+    return previous;
+  }
 
   static std::size_t Whole(std::string_view bytes) {
     std::size_t whole = 0;
@@ -228,7 +256,7 @@ struct Functions {
   static const char* SearchChar(const char* text, char32_t code, int fromEnd) {
     if (text == nullptr) return nullptr;
     if (code == 0) return text + std::strlen(text);
-    if (std::is_same_v<Encoding, EncodingUTF8> && code < 0x80) {
+    if (std::is_same_v<Encoding, TextsInUTF8> && code < 0x80) {
       const int byte = static_cast<int>(code);
       return fromEnd != 0 ? std::strrchr(text, byte) : std::strchr(text, byte);
     }
@@ -263,20 +291,18 @@ struct Functions {
     return static_cast<std::size_t>(end - text);
   }
 
-  // Characters are found from the start only: a trail byte may look like a lead byte.
   static const char* AnsiPrev(const char* start, const char* current) {
-    const char* previous = start;
-    for (const char* next = start; next < current && *next != '\0'; next = strinc(next)) previous = next;
-    return previous;
+    return Encoding::Previous(start, current);
   }
 
+  // An index behind the end counts as the end.
   static int PreviousIndex(const char* text, int index) {
-    return static_cast<int>(AnsiPrev(text, text + std::max(index, 0)) - text);
+    return static_cast<int>(AnsiPrev(text, text + TextOf(text, std::max(index, 0)).size()) - text);
   }
 };
 
-using FunctionsOnUTF8 = Functions<EncodingUTF8>;
-using FunctionsOnCodePage = Functions<EncodingCodePage>;
+using FunctionsOnUTF8 = Functions<TextsInUTF8>;
+using FunctionsOnCodePage = Functions<TextsInCodePage>;
 
 }  // namespace
 
@@ -336,7 +362,7 @@ UChar32 ZENTMBU32Get_C(void* converter, const char* text, int n, int* length) {
 }
 
 int ZENTMBCheckFinalChar_8(const char* text, int n) {
-  return n <= 0 ? 0 : static_cast<int>(EncodingUTF8::Whole({text, static_cast<std::size_t>(n)}));
+  return n <= 0 ? 0 : static_cast<int>(TextsInUTF8::Whole({text, static_cast<std::size_t>(n)}));
 }
 
 int ZENTMBLimitedCopy_8(char* dst, const char* src, int n) {

@@ -10,12 +10,25 @@
 #include <string_view>
 #include <utility>
 
+#include "xml/Multibyte.h"
+
 namespace KxXML_940 {
 
 // The status of a conversion.
 constexpr int kDone = 0;
 constexpr int kCut = 1;
 constexpr int kNotConverted = 3;
+
+// What a text of bytes is in: UTF-8, or the code page of a converter, of which null is the default one.
+struct ByteEncoding {
+  bool isUTF8 = false;
+  void* converter = nullptr;
+
+  bool operator==(const ByteEncoding&) const = default;
+};
+inline constexpr ByteEncoding kUTF8{true, nullptr};
+constexpr ByteEncoding CodePageOf(void* converter) { return {false, converter}; }
+inline ByteEncoding GenericEncoding() { return {qUTF8mode() != 0, nullptr}; }
 
 struct ConverterCloser {
   void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }

@@ -16,21 +16,24 @@ namespace KxXML_940 {
 
 namespace {
 
-// A text that is in the right encoding already.
-int Copy(std::string& to, const std::string& from) {
-  to = from;
-  return kDone;
+int OutOfEncoding(ByteEncoding encoding, std::u16string& to, const std::string& from) {
+  return encoding.isUTF8 ? ZENTMBU8ToU16(to, from) : ZENTMBCodePageToU16(encoding.converter, to, from);
 }
 
-// Converts from one code page to another, of which null is the default one.
-int BetweenCodePages(void* source, void* target, std::string& to, const std::string& from) {
-  if (source == target) return Copy(to, from);
+int IntoEncoding(ByteEncoding encoding, std::string& to, const std::u16string& from) {
+  return encoding.isUTF8 ? ZENTMBU16ToU8(to, from) : ZENTMBU16ToCodePage(encoding.converter, to, from);
+}
+
+// By way of UTF-16; a text that is in the right encoding already is copied.
+int BetweenBytes(ByteEncoding source, ByteEncoding target, std::string& to, const std::string& from) {
+  if (source == target) {
+    to = from;
+    return kDone;
+  }
   std::u16string units;
-  const int status = ZENTMBCodePageToU16(source, units, from);
-  return std::max(status, ZENTMBU16ToCodePage(target, to, units));
+  const int status = OutOfEncoding(source, units, from);
+  return std::max(status, IntoEncoding(target, to, units));
 }
-
-bool IsUTF8() { return qUTF8mode() != 0; }
 
 // A new text with what `convert` makes of `text`.
 template <class To, class From, class Conversion>
@@ -81,35 +84,31 @@ int ZENTMBU16ToCodePage(void* converter, std::string& to, const std::u16string& 
 }
 
 int ZENTMBCodePageToU8(void* converter, std::string& to, const std::string& from) {
-  std::u16string units;
-  const int status = ZENTMBCodePageToU16(converter, units, from);
-  return std::max(status, ZENTMBU16ToU8(to, units));
+  return BetweenBytes(CodePageOf(converter), kUTF8, to, from);
 }
 
 int ZENTMBU8ToCodePage(void* converter, std::string& to, const std::string& from) {
-  std::u16string units;
-  const int status = ZENTMBU8ToU16(units, from);
-  return std::max(status, ZENTMBU16ToCodePage(converter, to, units));
+  return BetweenBytes(kUTF8, CodePageOf(converter), to, from);
 }
 
 int ZENTMBGenericToU16(std::u16string& to, const std::string& from) {
-  return IsUTF8() ? ZENTMBU8ToU16(to, from) : DefaultCodePageToU16(to, from);
+  return OutOfEncoding(GenericEncoding(), to, from);
 }
 
 int ZENTMBU16ToGeneric(std::string& to, const std::u16string& from) {
-  return IsUTF8() ? ZENTMBU16ToU8(to, from) : U16ToDefaultCodePage(to, from);
+  return IntoEncoding(GenericEncoding(), to, from);
 }
 
 int ZENTMBGenericToU8(std::string& to, const std::string& from) {
-  return IsUTF8() ? Copy(to, from) : ZENTMBCodePageToU8(nullptr, to, from);
+  return BetweenBytes(GenericEncoding(), kUTF8, to, from);
 }
 
 int ZENTMBU8ToGeneric(std::string& to, const std::string& from) {
-  return IsUTF8() ? Copy(to, from) : ZENTMBU8ToCodePage(nullptr, to, from);
+  return BetweenBytes(kUTF8, GenericEncoding(), to, from);
 }
 
 int ZENTMBCodePageToGeneric(void* converter, std::string& to, const std::string& from) {
-  return IsUTF8() ? ZENTMBCodePageToU8(converter, to, from) : BetweenCodePages(converter, nullptr, to, from);
+  return BetweenBytes(CodePageOf(converter), GenericEncoding(), to, from);
 }
 
 int ZENTMBCodePageToGeneric(std::string& to, const std::string& from) {
@@ -117,7 +116,7 @@ int ZENTMBCodePageToGeneric(std::string& to, const std::string& from) {
 }
 
 int ZENTMBGenericToCodePage(void* converter, std::string& to, const std::string& from) {
-  return IsUTF8() ? ZENTMBU8ToCodePage(converter, to, from) : BetweenCodePages(nullptr, converter, to, from);
+  return BetweenBytes(GenericEncoding(), CodePageOf(converter), to, from);
 }
 
 int ZENTMBGenericToCodePage(std::string& to, const std::string& from) {

@@ -1,49 +1,34 @@
 #include "xml/XmlText.h"
 
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
-
 #include <algorithm>
-#include <cstring>
+#include <type_traits>
+
+#include "xml/UnicodeInternal.h"
 
 namespace KxXML_940 {
 
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
-
-// Decodes the character at `position` and moves behind it.  Negative for an ill-formed one.
-UChar32 Next(std::u16string_view text, std::size_t& position) {
-  UChar32 character;
-  U16_NEXT(text.data(), position, text.size(), character);
-  return U_IS_SURROGATE(character) ? -1 : character;
-}
-
-UChar32 Next(std::string_view text, std::size_t& position) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  auto index = static_cast<std::int64_t>(position);
-  const auto length = static_cast<std::int64_t>(text.size());
-  UChar32 character;
-  U8_NEXT(bytes, index, length, character);
-  position = static_cast<std::size_t>(index);
-  return character;
-}
-
-char* PutUTF8(char* out, char32_t character) {
-  auto* const bytes = reinterpret_cast<std::uint8_t*>(out);
-  std::size_t length = 0;
-  U8_APPEND_UNSAFE(bytes, length, character);
-  return out + length;
-}
+const Byte* Bytes(const void* text) { return static_cast<const Byte*>(text); }
 
 template <typename Text>
+const Byte* EndOf(const Text& text) {
+  return Bytes(text.data() + text.size());
+}
+
+template <class Encoding, typename Text>
 std::size_t WellFormedPrefixOf(Text text) {
-  std::size_t position = 0;
-  while (position < text.size()) {
-    const std::size_t start = position;
-    if (Next(text, position) < 0) return start;
-  }
-  return position;
+  const Byte* const end = WellFormedEnd<Encoding>(Bytes(text.data()), EndOf(text));
+  return static_cast<std::size_t>(end - Bytes(text.data())) / sizeof text[0];
+}
+
+// Replaces `out`, which has room for every form of the text.
+template <class From, class To, typename Text, typename Out>
+void ConvertInto(Text text, Out& out) {
+  auto* const start = reinterpret_cast<Byte*>(out.data());
+  Byte* end = start;
+  ConvertReplacing<From, To>(Bytes(text.data()), EndOf(text), end, EndOf(out));
+  out.resize(static_cast<std::size_t>(end - start) / sizeof out[0]);
 }
 
 // All units at once, so that the loop runs on vectors.
@@ -67,14 +52,8 @@ void ToUTF8(std::u16string_view text, std::string& out) {
     std::ranges::transform(text, out.begin(), [](char16_t unit) { return static_cast<char>(unit); });
     return;
   }
-  // A unit never needs more than three bytes: a pair of surrogates takes four.
-  out.resize(text.size() * 3);
-  char* end = out.data();
-  for (std::size_t position = 0; position < text.size();) {
-    const UChar32 character = Next(text, position);
-    end = PutUTF8(end, character < 0 ? kReplacement : static_cast<char32_t>(character));
-  }
-  out.resize(static_cast<std::size_t>(end - out.data()));
+  out.resize(text.size() * 3);  // a pair of surrogates takes four
+  ConvertInto<NativeUTF16, EncodingUTF8>(text, out);
 }
 
 std::string ToUTF8(std::u16string_view text) {
@@ -87,17 +66,12 @@ std::string ToUTF8(const XMLCh* text) { return ToUTF8(View(text)); }
 
 std::u16string ToUTF16(std::string_view text) {
   std::u16string out(text.size(), u'\0');  // no character has fewer bytes than units
-  std::size_t length = 0;
-  for (std::size_t position = 0; position < text.size();) {
-    const UChar32 character = Next(text, position);
-    U16_APPEND_UNSAFE(out.data(), length, character < 0 ? static_cast<UChar32>(kReplacement) : character);
-  }
-  out.resize(length);
+  ConvertInto<EncodingUTF8, NativeUTF16>(text, out);
   return out;
 }
 
-std::size_t WellFormedPrefix(std::u16string_view text) { return WellFormedPrefixOf(text); }
-std::size_t WellFormedPrefix(std::string_view text) { return WellFormedPrefixOf(text); }
+std::size_t WellFormedPrefix(std::u16string_view text) { return WellFormedPrefixOf<NativeUTF16>(text); }
+std::size_t WellFormedPrefix(std::string_view text) { return WellFormedPrefixOf<EncodingUTF8>(text); }
 
 bool EqualsAscii(const XMLCh* text, const char* name) {
   if (text == nullptr) return *name == '\0';
@@ -108,12 +82,17 @@ bool EqualsAscii(const XMLCh* text, const char* name) {
 
 bool EqualsUTF8(const XMLCh* text, std::string_view name) {
   const std::u16string_view units = View(text);
-  std::size_t unit = 0;
-  for (std::size_t position = 0; position < name.size();) {
-    const UChar32 wanted = Next(name, position);
-    if (wanted < 0 || unit == units.size() || Next(units, unit) != wanted) return false;
+  const Byte* left = Bytes(units.data());
+  const Byte* right = Bytes(name.data());
+  char32_t unit = 0;
+  char32_t wanted = 0;
+  while (right != EndOf(name)) {
+    if (EncodingUTF8::Read(right, EndOf(name), strictConversion, wanted) != conversionOK) return false;
+    if (left == EndOf(units)) return false;
+    if (NativeUTF16::Read(left, EndOf(units), strictConversion, unit) != conversionOK) return false;
+    if (unit != wanted) return false;
   }
-  return unit == units.size();
+  return left == EndOf(units);
 }
 
 }  // namespace KxXML_940

@@ -124,6 +124,37 @@ TEST(Characters, AreSearchedAndStepped) {
   EXPECT_EQ(index(strinc_A(text.c_str() + 12)), 12);
 }
 
+// Stepping back looks at no more than a character: it answers what a walk from the start does, and takes each
+// byte that is part of no character for one.
+TEST(Characters, AreSteppedBackWithoutAWalkFromTheStart) {
+  const std::string characters[] = {"a", "\u00e4", "\u20ac", "\U0001F600", "z"};
+  std::string text;
+  for (std::size_t i = 0; i < 60; ++i) text += characters[i * i % 7 % 5];
+  std::size_t expected = 0;
+  for (std::size_t at = 1; at <= text.size(); ++at) {
+    EXPECT_EQ(static_cast<std::size_t>(PreviousIndex_8(text.c_str(), static_cast<int>(at))), expected) << at;
+    if (at == expected + static_cast<std::size_t>(mbclen_8(text.c_str() + expected))) expected = at;
+  }
+  const struct {
+    const char* text;
+    std::vector<int> previous;  // of each place from 0
+  } kRows[] = {
+      {"a\x80\x80"
+       "b",
+       {0, 0, 1, 2, 3}},
+      {"\xE2\x82", {0, 0, 1}},
+      {"\xE2\x82z", {0, 0, 1, 2}},
+      {"\xC0\x80", {0, 0, 1}},
+      {"\xED\xA0\x80", {0, 0, 1, 2}},
+      {"\u20ac\x80", {0, 0, 0, 0, 3}},
+      {"", {0}},
+  };
+  for (const auto& row : kRows)
+    for (std::size_t at = 0; at < row.previous.size(); ++at)
+      EXPECT_EQ(AnsiPrev_8(row.text, row.text + at) - row.text, row.previous[at]) << row.text << ' ' << at;
+  EXPECT_EQ(PreviousIndex_8("ab", 9), 1) << "behind the end";
+}
+
 TEST(Texts, AreComparedByCodePoints) {
   const struct {
     const char* what;
