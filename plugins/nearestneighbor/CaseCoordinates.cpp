@@ -15,7 +15,7 @@ double BinaryOf(const ScoreValue& value, const std::string& place) {
   const std::string text = value.GetString();
   if (text == "0" || text == "false") return 0;
   if (text == "1" || text == "true") return 1;
-  RaiseWithDetail(MessageId::kInvalidValueOfType, {text, "boolean"}, place);
+  Raise(MessageId::kInvalidValueOfType, {text, "boolean"}, place);
 }
 
 bool IsText(const ScoreDictVar& var) { return var.GetVarType() == ScoreDictVar::STRING_VAR; }

@@ -177,9 +177,8 @@ double InstanceReader::NumberAt(const TrainingRow& row, const ScoreDictVar& var,
   try {
     return isDate ? ReadDate(var, KxXML_940::ToUTF8(text)) : BaseTranslator::VerifyDouble(text);
   } catch (const VYException&) {
-    RaiseWithDetail(MessageId::kInvalidValueOfType,
-                    {KxXML_940::ToUTF8(text), isDate ? "dateTime" : Tags::XML_VAL_DOUBLE},
-                    PlaceOf(row, column));
+    Raise(MessageId::kInvalidValueOfType,
+          {KxXML_940::ToUTF8(text), isDate ? "dateTime" : Tags::XML_VAL_DOUBLE}, PlaceOf(row, column));
   }
 }
 
@@ -218,8 +217,8 @@ void InstanceReader::TakeTransformed(const TrainingRow& row) {
     }
     fValues.codes[i] = isMissing ? kMissingCategory : input.categories->Add(*value);
     if (input.categories->GetListedCount() > 0 && fValues.codes[i] >= input.categories->GetListedCount()) {
-      RaiseWithDetail(MessageId::kValueNotInValueList, {value->GetString(), input.var->GetName()},
-                      PlaceOf(row, input.column));
+      Raise(MessageId::kValueNotInValueList, {value->GetString(), input.var->GetName()},
+            PlaceOf(row, input.column));
     }
   }
 }
@@ -246,8 +245,8 @@ void InstanceReader::TakeFields(const TrainingRow& row) {
   if (fReading->LearnInputs(fRecord) != Inputs::Outcome::kInvalid) return;
   const std::string invalid = fReading->GetInputs().FindInvalid(fRecord);
   const ScoreValue* const value = fRecord.Get(invalid);
-  RaiseWithDetail(MessageId::kValueOutsideRange, {value == nullptr ? "" : value->GetString(), invalid},
-                  " (" + row.place + ")");
+  Raise(MessageId::kValueOutsideRange, {value == nullptr ? "" : value->GetString(), invalid},
+        " (" + row.place + ")");
 }
 
 void InstanceReader::TakeTarget(const TrainingRow& row, Target& target) const {
@@ -260,8 +259,8 @@ void InstanceReader::TakeTarget(const TrainingRow& row, Target& target) const {
   target.values.codes.push_back(isMissing ? TargetColumn::kNone : target.categories.Add(*value));
   const int listed = target.categories.GetListedCount();
   if (listed > 0 && target.values.codes.back() >= listed) {
-    RaiseWithDetail(MessageId::kValueNotInValueList, {value->GetString(), target.var->GetName()},
-                    PlaceOf(row, target.column));
+    Raise(MessageId::kValueNotInValueList, {value->GetString(), target.var->GetName()},
+          PlaceOf(row, target.column));
   }
 }
 

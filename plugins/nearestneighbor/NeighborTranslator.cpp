@@ -80,7 +80,7 @@ void NeighborTranslator::CheckTargets(const DOMElement& element, const PluginMod
     Raise(MessageId::kUnsupportedValue, {function, Tags::XML_ATT_FUNCTIONNAME});
   const std::vector<const ScoreDictVar*> targets = model.GetTargetVars();
   if (targets.empty() && (row->predictsNumbers || row->predictsCategories))
-    Raise(MessageId::kNoTargetVariable, {});
+    Raise(MessageId::kNoTargetVariable);
   for (const ScoreDictVar* target : targets) {
     if (IsCategorical(*target) ? row->predictsCategories : row->predictsNumbers) continue;
     Raise(MessageId::kTargetDefinitionMismatch, {function, Tags::XML_ATT_FUNCTIONNAME, Tags::XML_ELE_KNNMODEL,

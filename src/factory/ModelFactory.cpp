@@ -137,7 +137,7 @@ ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, cons
 
 std::string RootTag(const DOMElement& root) {
   std::string tag = KxXML_940::ToUTF8(root.getTagName());
-  if (tag.empty()) Raise(MessageId::kEmptyRootTag, {});
+  if (tag.empty()) Raise(MessageId::kEmptyRootTag);
   return tag;
 }
 

@@ -147,8 +147,8 @@ FunctionTree* PMMLTranslator::HandleApply(DOMElement* apply, const ScoreDictVar*
   node->SetNodeStats(stats);
   if (parent != nullptr) parent->Add(owned.release());
   if (node->GetLevel() >= kMaxApplyDepth)
-    RaiseWithDetail(MessageId::kProcessingError, {XML_ELE_APPLY},
-                    " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
+    Raise(MessageId::kProcessingError, {XML_ELE_APPLY},
+          " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
 
   Parameters parameters;
   int position = 0;

@@ -72,9 +72,9 @@ bool AnyIntersect(const std::vector<std::unique_ptr<ScoreValueRange>>& ranges) {
   };
   const auto isTouched = [&includedLows](const Bounds& range) {
     if (!range.highIncluded) return false;
-    const auto touching = std::ranges::equal_range(includedLows, range.high);
+    const auto [first, last] = std::equal_range(includedLows.begin(), includedLows.end(), range.high);
     const bool isItself = range.lowIncluded && range.low == range.high;
-    return std::ranges::size(touching) > (isItself ? 1U : 0U);
+    return last - first > (isItself ? 1 : 0);
   };
   const auto limits = [](const Bounds& range) { return std::pair(range.low, range.high); };
   std::ranges::sort(bounds, {}, limits);

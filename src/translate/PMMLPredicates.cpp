@@ -226,9 +226,8 @@ class CompoundReader {
 
   std::unique_ptr<ScorePredicate> Read(const DOMElement& element, int depth) const {
     if (depth > PMMLTranslator::kMaxCompoundDepth) {
-      RaiseWithDetail(
-          MessageId::kProcessingError, {XML_ELE_COMPOUNDPREDICATE},
-          " It is nested more than " + std::to_string(PMMLTranslator::kMaxCompoundDepth) + " deep.");
+      Raise(MessageId::kProcessingError, {XML_ELE_COMPOUNDPREDICATE},
+            " It is nested more than " + std::to_string(PMMLTranslator::kMaxCompoundDepth) + " deep.");
     }
     const ScorePredicate::CompoundBoolOperator boolOperator = ReadBooleanOperator(element);
     bool droppedTrue = false;

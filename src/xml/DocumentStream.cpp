@@ -31,15 +31,15 @@ xercesc::DOMDocument* ParseDocument(xercesc::XercesDOMParser& parser, std::istre
     failed = true;
     parserText = ToUTF8(e.getMessage());
   } catch (...) {
-    Raise(MessageId::kCannotOpenDocumentStream, {});
+    Raise(MessageId::kCannotOpenDocumentStream);
   }
-  if (failed) RaiseWithDetail(MessageId::kDocumentParserError, {}, parserText);
+  if (failed) RaiseWithDetail(MessageId::kDocumentParserError, parserText);
   parser.setErrorHandler(nullptr);
   xercesc::DOMDocument* document = parser.getDocument();
-  if (document == nullptr) Raise(MessageId::kDocumentNotParsed, {});
-  if (document->getDocumentElement() == nullptr) Raise(MessageId::kNoRootElement, {});
+  if (document == nullptr) Raise(MessageId::kDocumentNotParsed);
+  if (document->getDocumentElement() == nullptr) Raise(MessageId::kNoRootElement);
   // A tree that stands in part would build a model in part.
-  if (errors.HasFatalError()) RaiseWithDetail(MessageId::kDocumentParserError, {}, errors.GetText());
+  if (errors.HasFatalError()) RaiseWithDetail(MessageId::kDocumentParserError, errors.GetText());
   return document;
 }
 

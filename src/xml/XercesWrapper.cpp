@@ -29,7 +29,7 @@ void StartPlatform() {
   const std::optional<std::string> failure = Initialize();
   if (!failure) return;
   xercesc::XMLPlatformUtils::Terminate();
-  RaiseWithDetail(MessageId::kParserPlatformFailed, {}, *failure);
+  RaiseWithDetail(MessageId::kParserPlatformFailed, *failure);
 }
 
 }  // namespace

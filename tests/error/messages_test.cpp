@@ -115,13 +115,13 @@ TEST(Exception, WithoutMessagesHasOnlyItsCodesTextOrDetail) {
 
 TEST(Exception, IsRaisedWithIdArgumentsAndDetail) {
   try {
-    RaiseWithDetail(MessageId::kMissingAttributeOf, {"a", "b"}, "why");
+    Raise(MessageId::kMissingAttributeOf, {"a", "b"}, "why");
   } catch (const VYException& exception) {
     EXPECT_EQ(exception.GetErrorCode(), 260120);
     EXPECT_EQ(exception.GetErrors()[0].arguments, (Arguments{"a", "b"}));
     EXPECT_EQ(exception.GetErrorMessage(), "Missing the attribute 'a' of 'b'.why");
   }
-  EXPECT_THROW(Raise(MessageId::kUnexpectedError, {}), VYException);
+  EXPECT_THROW(Raise(MessageId::kUnexpectedError), VYException);
 }
 
 TEST(ErrorKeys, StandAtTheirPositions) {
