@@ -110,6 +110,121 @@ bool NeedsNumber(ParameterRule rule, std::size_t i) {
   return rule == ParameterRule::kNumbers || (rule == ParameterRule::kTextThenNumbers && i > 0);
 }
 
+// Reads one Apply element, kind by kind of its children.
+class ApplyReader {
+ public:
+  ApplyReader(PMMLTranslator& translator, const ScoreDictVar* derivedVar,
+              const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations)
+      : fTranslator(translator),
+        fDerivedVar(derivedVar),
+        fDataDictionary(dataDictionary),
+        fTransformations(transformations) {}
+
+  // The new node, below `parent` when there is one, else in `owned`.
+  FunctionTree* Read(const DOMElement& apply, TransformFunction function, const std::string& nodeID,
+                     FunctionTree* parent, std::unique_ptr<FunctionTreeImp>& owned);
+
+ private:
+  void ReadAttributes(const DOMElement& apply, const std::string& nodeID);
+  void ReadChild(const DOMElement& child);
+  void AddNested(const DOMElement& apply);
+  void AddField(const DOMElement& fieldRef);
+  void AddConstant(const DOMElement& constant);
+  void AddArray(const DOMElement& extension);
+  void VerifyImputation() const;
+  ScoreValue* Keep(std::unique_ptr<ScoreValue> value);
+
+  PMMLTranslator& fTranslator;
+  const ScoreDictVar* fDerivedVar;
+  const ScoreDictionary* fDataDictionary;
+  const ScoreDictionary* fTransformations;
+  TransformFunction fFunction = kNoFunction;
+  FunctionTreeImp* fNode = nullptr;
+  ApplyNodeStats fStats;  // of the node
+  Parameters fParameters;
+  int fPosition = 0;  // of the next field or constant
+};
+
+FunctionTree* ApplyReader::Read(const DOMElement& apply, TransformFunction function,
+                                const std::string& nodeID, FunctionTree* parent,
+                                std::unique_ptr<FunctionTreeImp>& owned) {
+  fFunction = function;
+  owned = std::make_unique<FunctionTreeImp>(true);
+  fNode = owned.get();
+  ReadAttributes(apply, nodeID);
+  if (parent != nullptr) parent->Add(owned.release());
+  if (fNode->GetLevel() >= PMMLTranslator::kMaxApplyDepth)
+    Raise(MessageId::kProcessingError, {XML_ELE_APPLY},
+          " Nested deeper than " + std::to_string(PMMLTranslator::kMaxApplyDepth) + " elements.");
+  ForEachChildElement(&apply, [this](const DOMElement& child) { ReadChild(child); });
+  if (fFunction == TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET) VerifyImputation();
+  fTranslator.VerifyApplyFunction(fParameters.names, fParameters.kinds, fDataDictionary, fTransformations,
+                                  fFunction, fParameters.functions, fDerivedVar);
+  return fNode;
+}
+
+ScoreValue* ApplyReader::Keep(std::unique_ptr<ScoreValue> value) {
+  ScoreValue* const kept = value.release();
+  if (kept != nullptr) fNode->KeepValue(kept);
+  return kept;
+}
+
+void ApplyReader::ReadAttributes(const DOMElement& apply, const std::string& nodeID) {
+  if (fDerivedVar != nullptr) {
+    fStats.SetRecodeMissValueTo(Keep(fTranslator.OptionalValue(apply, XML_ATT_MISSREPVALUE, *fDerivedVar)));
+    fStats.SetDefaultValue(Keep(fTranslator.OptionalValue(apply, XML_ATT_DEFAULTVALUE, *fDerivedVar)));
+  }
+  for (const TreatmentRow& row : kTreatments)
+    if (EqualsAscii(Attribute(apply, XML_ATT_INVALIDVALUETREATMENT), row.text))
+      fStats.SetInvalidValueTreatment(row.treatment);
+  fStats.SetTransformFunction(fFunction);
+  fStats.SetNodeID(nodeID);
+  fNode->SetNodeStats(fStats);
+}
+
+void ApplyReader::ReadChild(const DOMElement& child) {
+  if (HasTag(child, XML_ELE_APPLY)) return AddNested(child);
+  if (HasTag(child, XML_ELE_FIELDREF)) return AddField(child);
+  if (HasTag(child, XML_ELE_CONSTANT)) return AddConstant(child);
+  if (HasTag(child, XML_ELE_EXTENSION)) return AddArray(child);
+}
+
+void ApplyReader::AddNested(const DOMElement& apply) {
+  // The documented entry takes elements that it does not change.
+  const FunctionTree* const nested = fTranslator.HandleApply(const_cast<DOMElement*>(&apply), fDerivedVar,
+                                                             fNode, fDataDictionary, fTransformations);
+  fParameters.Add(kNestedName, kNestedApply, nested->GetNodeStats().GetTransformFunction());
+}
+
+void ApplyReader::AddField(const DOMElement& fieldRef) {
+  const std::string field = fTranslator.HandleFieldRef(const_cast<DOMElement*>(&fieldRef), fDataDictionary,
+                                                       fTransformations, nullptr);
+  const ScoreDictVar* const variable = PMMLTranslator::FindVariable(field, fDataDictionary, fTransformations);
+  std::unique_ptr<ScoreValue> replacement =
+      fTranslator.OptionalValue(fieldRef, XML_ATT_MISSREPVALUE, *variable);
+  fTranslator.SetLeafNodeStats(field, fNode, fPosition++, false, replacement.release());
+  fParameters.Add(field, kFieldReference);
+}
+
+void ApplyReader::AddConstant(const DOMElement& constant) {
+  std::unique_ptr<ScoreValue> value = ReadConstant(fTranslator, constant, fFunction);
+  fParameters.Add(std::string(kConstantPrefix) + KindOfConstant(*value), kConstantParameter);
+  fTranslator.SetLeafNodeStats({}, fNode, fPosition++, true, value.release());
+}
+
+void ApplyReader::AddArray(const DOMElement& extension) {
+  if (fTranslator.GetChildByTag(&extension, XML_ELE_ARRAY) == nullptr) return;
+  fStats.AddArray(fTranslator.VerifyDoubleArray(fTranslator.GetArrayNode(&extension), 0));
+  fNode->SetNodeStats(fStats);
+}
+
+void ApplyReader::VerifyImputation() const {
+  const auto& arrays = fStats.GetArrays();
+  const bool isComplete = fParameters.kinds == std::vector<int>{kFieldReference, kFieldReference} &&
+                          arrays.size() == 2 && arrays[0].size() == arrays[1].size();
+  if (!isComplete) Raise(MessageId::kProcessingError, {FunctionName(fFunction)});
+}
+
 }  // namespace
 
 void PMMLTranslator::InitFunctionMap() {
@@ -125,64 +240,11 @@ FunctionTree* PMMLTranslator::HandleApply(DOMElement* apply, const ScoreDictVar*
   const XMLCh* const name = RequiredAttribute(*apply, XML_ATT_APPLY_FUNCTION);
   const auto known = fFunctions.find(ToUTF8(name));
   if (known == fFunctions.end()) Raise(MessageId::kUnsupportedValue, {ToUTF8(name), XML_ATT_APPLY_FUNCTION});
-  const TransformFunction function = known->second;
-
-  auto owned = std::make_unique<FunctionTreeImp>(true);
-  FunctionTreeImp* const node = owned.get();
-  ApplyNodeStats stats;
-  const auto keep = [node](std::unique_ptr<ScoreValue> value) {
-    ScoreValue* const kept = value.release();
-    if (kept != nullptr) node->KeepValue(kept);
-    return kept;
-  };
-  if (derivedVar != nullptr) {
-    stats.SetRecodeMissValueTo(keep(OptionalValue(*apply, XML_ATT_MISSREPVALUE, *derivedVar)));
-    stats.SetDefaultValue(keep(OptionalValue(*apply, XML_ATT_DEFAULTVALUE, *derivedVar)));
-  }
-  for (const TreatmentRow& row : kTreatments)
-    if (EqualsAscii(Attribute(*apply, XML_ATT_INVALIDVALUETREATMENT), row.text))
-      stats.SetInvalidValueTreatment(row.treatment);
-  stats.SetTransformFunction(function);
-  stats.SetNodeID(NextNodeID());
-  node->SetNodeStats(stats);
-  if (parent != nullptr) parent->Add(owned.release());
-  if (node->GetLevel() >= kMaxApplyDepth)
-    Raise(MessageId::kProcessingError, {XML_ELE_APPLY},
-          " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
-
-  Parameters parameters;
-  int position = 0;
-  ForEachChildElement(apply, [&](const DOMElement& constChild) {
-    DOMElement& child = const_cast<DOMElement&>(constChild);
-    if (HasTag(child, XML_ELE_APPLY)) {
-      const FunctionTree* const nested =
-          HandleApply(&child, derivedVar, node, dataDictionary, transformations);
-      parameters.Add(kNestedName, kNestedApply, nested->GetNodeStats().GetTransformFunction());
-    } else if (HasTag(child, XML_ELE_FIELDREF)) {
-      const std::string field = HandleFieldRef(&child, dataDictionary, transformations, nullptr);
-      const ScoreDictVar* const variable = FindVariable(field, dataDictionary, transformations);
-      std::unique_ptr<ScoreValue> replacement = OptionalValue(child, XML_ATT_MISSREPVALUE, *variable);
-      SetLeafNodeStats(field, node, position++, false, replacement.release());
-      parameters.Add(field, kFieldReference);
-    } else if (HasTag(child, XML_ELE_CONSTANT)) {
-      std::unique_ptr<ScoreValue> value = ReadConstant(*this, child, function);
-      parameters.Add(std::string(kConstantPrefix) + KindOfConstant(*value), kConstantParameter);
-      SetLeafNodeStats({}, node, position++, true, value.release());
-    } else if (HasTag(child, XML_ELE_EXTENSION) && GetChildByTag(&child, XML_ELE_ARRAY) != nullptr) {
-      stats.AddArray(VerifyDoubleArray(GetArrayNode(&child), 0));
-      node->SetNodeStats(stats);
-    }
-  });
-
-  if (function == TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET) {
-    const auto& arrays = stats.GetArrays();
-    const bool isComplete = parameters.kinds == std::vector<int>{kFieldReference, kFieldReference} &&
-                            arrays.size() == 2 && arrays[0].size() == arrays[1].size();
-    if (!isComplete) Raise(MessageId::kProcessingError, {FunctionName(function)});
-  }
-  VerifyApplyFunction(parameters.names, parameters.kinds, dataDictionary, transformations, function,
-                      parameters.functions, derivedVar);
-  return parent != nullptr ? node : owned.release();
+  std::unique_ptr<FunctionTreeImp> owned;
+  ApplyReader reader(*this, derivedVar, dataDictionary, transformations);
+  FunctionTree* const node = reader.Read(*apply, known->second, NextNodeID(), parent, owned);
+  static_cast<void>(owned.release());
+  return node;
 }
 
 void PMMLTranslator::SetLeafNodeStats(const std::string& name, FunctionTree* parent, int position,
