@@ -30,7 +30,7 @@ class VEYRA_API IErrorFormater {
   virtual int GetParameterNumber(int id) = 0;
   // Takes `count` rows; the texts are not copied.  False, and nothing changes, when a text for the first
   // row's id is held already.
-  virtual bool LoadMessages(int count, const MessageItem* items) = 0;
+  virtual bool LoadMessages(int count, MessageItem* items) = 0;
 
  protected:
   ~IErrorFormater() = default;

@@ -33,7 +33,7 @@ class VEYRA_API VYException {
   explicit VYException(ScoreContext::IErrorFormater* formatter);
   VYException(int code, const std::string& detail, ScoreContext::IErrorFormater* formatter);
   VYException(const VYException& other);
-  VYException& operator=(const VYException& other) = delete;
+  VYException& operator=(const VYException& other);
   virtual ~VYException();
 
   // The id of the last recorded message, or the code given to the constructor.

@@ -7,6 +7,7 @@
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
+#include "error/ProcessState.h"
 #include "veyra/KxStatus.h"
 #include "veyra/ModelFactory.h"
 #include "veyra/ScoreCaseRecord.h"

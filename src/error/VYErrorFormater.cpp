@@ -6,11 +6,13 @@
 
 namespace ScoreContext {
 
-VYErrorFormater::VYErrorFormater(int count, const MessageItem* items) { LoadMessages(count, items); }
+VYErrorFormater::VYErrorFormater(int count, const MessageItem* items) { Load(count, items); }
 
 VYErrorFormater::~VYErrorFormater() = default;
 
-bool VYErrorFormater::LoadMessages(int count, const MessageItem* items) {
+bool VYErrorFormater::LoadMessages(int count, MessageItem* items) { return Load(count, items); }
+
+bool VYErrorFormater::Load(int count, const MessageItem* items) {
   if (count <= 0) return true;
   if (FindMessageContent(items[0].id) != nullptr) return false;
   for (int i = 0; i < count; ++i) fTexts[items[i].id] = items[i].text;

@@ -30,12 +30,14 @@ class VEYRA_API VYErrorFormater : public IErrorFormater {
   // missing stays.  Never throws for a bad pattern: the text comes back as it was loaded.
   std::string Format(int id, const std::vector<std::string>& args) override;
   int GetParameterNumber(int id) override;
-  bool LoadMessages(int count, const MessageItem* items) override;
+  bool LoadMessages(int count, MessageItem* items) override;
 
   // The text of `id` as it was loaded (lent); null for an unknown id.
   const char* FindMessageContent(int id) const;
 
  private:
+  bool Load(int count, const MessageItem* items);
+
   std::map<int, const char*> fTexts;
 };
 

@@ -13,6 +13,8 @@ VYException::VYException(int code, const std::string& detail, ScoreContext::IErr
 
 VYException::VYException(const VYException& other) = default;
 
+VYException& VYException::operator=(const VYException& other) = default;
+
 VYException::~VYException() = default;
 
 bool VYException::PutErrorMessage(int id, ...) {

@@ -58,14 +58,42 @@ TEST(Formatter, TakesVariableArguments) {
 }
 
 TEST(Formatter, LoadsATableOnce) {
-  EXPECT_FALSE(gErrorFormater.LoadMessages(kMessageCount, gVYMessages));
-  const ScoreContext::MessageItem kRows[] = {{7, "seven"}, {8, "bad {pattern"}};
+  ScoreContext::MessageItem first = gVYMessages[0];
+  EXPECT_FALSE(gErrorFormater.LoadMessages(1, &first));
+  ScoreContext::MessageItem kRows[] = {{7, "seven"}, {8, "bad {pattern"}};
   ScoreContext::VYErrorFormater formatter(0, nullptr);
   EXPECT_EQ(formatter.FindMessageContent(7), nullptr);
   EXPECT_TRUE(formatter.LoadMessages(2, kRows)) << "looking for an unknown id left an entry behind";
   EXPECT_EQ(formatter.FindMessageContent(7), kRows[0].text);
   EXPECT_EQ(formatter.GetParameterNumber(8), 0);
   EXPECT_EQ(formatter.Format(8, {"a"}), "bad {pattern");
+}
+
+// A host may bring a formatter of its own, written as the interface has it.
+class Shouting : public ScoreContext::IErrorFormater {
+ public:
+  std::string FormatV(int id, ...) override { return std::to_string(id) + "!"; }
+  std::string VFormatN(int id, int, va_list) override { return FormatV(id); }
+  std::string FormatN(int id, int, ...) override { return FormatV(id); }
+  std::string Format(int id, const std::vector<std::string>& args) override {
+    return FormatV(id) + (args.empty() ? "" : args[0] + "!");
+  }
+  int GetParameterNumber(int) override { return 1; }
+  bool LoadMessages(int count, ScoreContext::MessageItem* items) override {
+    for (int i = 0; i < count; ++i) items[i].text = "";
+    return true;
+  }
+};
+
+TEST(Exception, TakesAHostsFormatterAndIsAssigned) {
+  Shouting shouting;
+  VYException exception(&shouting);
+  exception.PutErrorMessage(5, "five");
+  VYException other(260101, "detail", &gErrorFormater);
+  EXPECT_EQ(other.GetErrorMessage(), "Unexpected error.detail");
+  other = exception;
+  EXPECT_EQ(other.GetErrorMessage(), "5!five!");
+  EXPECT_EQ(other.GetErrorCode(), 5);
 }
 
 TEST(Formatter, ServesSeveralThreads) {
