@@ -58,7 +58,8 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // A new UTF-16 text from one in the translator's encoding, which the caller releases with delete[]; null
   // without a transcoder.
   XMLCh* ToUTF16(const char* text) const;
-  // Whether the text equals a narrow one in the translator's encoding; false without a transcoder.
+  // Whether the text equals a narrow one in the translator's encoding; false without a transcoder, and for a
+  // narrow text of which not all can be converted.
   bool XStrEqualsUTF8Str(const XMLCh* text, const char* narrow) const;
 
   // --- Arrays ---------------------------------------------------------------------------------------------
