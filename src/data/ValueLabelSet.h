@@ -36,6 +36,10 @@ class VEYRA_API ValueLabelSet : public ScoreValueLabelSet {
   int FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const;
   // Whether some label holds this very object.
   bool HoldsObject(const ScoreValue* value) const;
+  // The same for any set, through the index of one of this very class.
+  static int Find(const ScoreValueLabelSet& set, const ScoreValue* value);
+  static int FindEqual(const ScoreValueLabelSet& set, const ScoreValue* value, bool noSpaceTrim,
+                       bool emptyStringOK);
   // Equal numbers stand for the same labels with the same values, whatever was done in between; 0 for labels
   // of which nothing can be said, because one was edited or is of a host's class.
   std::uint64_t GetContentId() const { return fLabels.GetContentId(); }

@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "translate/CategoryListsInternal.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
 
-PMMLTranslator::PMMLTranslator(const std::string& encoding) : fEncoding(encoding) {}
+PMMLTranslator::PMMLTranslator(const std::string& encoding)
+    : fEncoding(encoding), fCategories(std::make_unique<CategoryLists>()) {}
 PMMLTranslator::~PMMLTranslator() = default;
 
 ScoreModel* PMMLTranslator::ParseFromTree(xercesc::DOMDocument*, const std::string&) { return nullptr; }
