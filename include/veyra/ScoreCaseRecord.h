@@ -22,7 +22,9 @@ class VEYRA_API ScoreCaseRecord {
   virtual ~ScoreCaseRecord();
   // Takes the value (null makes an empty slot); a value it replaces is deleted.
   virtual void Add(const std::string& name, ScoreValue* value) = 0;
-  // False for an unknown name or index and for a slot that holds another kind.
+  // False for an unknown name or index and for a slot that holds another kind.  The text of a slot that holds
+  // one changes as by StringValue::SetString: the declared length, by which functions of derived fields go,
+  // stays; CaseRecord::SetText sets it too.
   virtual bool SetValue(const std::string& name, double value) = 0;
   virtual bool SetValue(int index, double value) = 0;
   virtual bool SetValue(const std::string& name, double value, ScoreDictVar::DateTimeType type) = 0;
@@ -32,7 +34,7 @@ class VEYRA_API ScoreCaseRecord {
   // A text becomes empty, which is a value; a number becomes system-missing.  False for an empty slot.
   virtual bool SetMissingValue(const std::string& name) = 0;
   virtual bool SetMissingValue(int index) = 0;
-  // Empties the slot; the name and its index stay.
+  // Deletes the value and leaves the slot empty; the name and its index stay.
   virtual void Remove(const std::string& name) = 0;
   virtual ScoreValue* Get(const std::string& name) const = 0;  // lent; null for an empty slot
   virtual ScoreValue* Get(int index) const = 0;

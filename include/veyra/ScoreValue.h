@@ -3,12 +3,17 @@
 // A value's type names its class: NumericValue, StringValue or DateTimeValue, or a class derived from it.
 // Nothing else implements this interface.
 //
+// What the library computes goes by the content that those classes store (NumericValue::GetNumber,
+// StringValue::GetText), not by what a derived class answers to GetDouble or GetString: comparisons of texts
+// and of the left operand, look-ups of categories, codes, the setters of case records, scoring.
+//
 // Threads: const operations may be called by several threads; a value that changes belongs to one.
 // Nothing here throws.
 
 #ifndef VEYRA_SCOREVALUE_H_
 #define VEYRA_SCOREVALUE_H_
 
+#include <concepts>
 #include <string>
 
 #include "veyra/Export.h"
@@ -46,6 +51,14 @@ class VEYRA_API ScoreValue {
   virtual std::string GetString() const = 0;
   virtual ValueType GetType() const = 0;
 };
+
+// Equality of two values of any classes, by the left operand's rule.  Between two derived classes the
+// compiler could not choose, else, between the member of one and the reversed member of the other.
+template <std::derived_from<ScoreValue> Left, std::derived_from<ScoreValue> Right>
+bool operator==(const Left& left, const Right& right) {
+  const ScoreValue& value = left;
+  return value.operator==(right);
+}
 
 }  // namespace KxVeyra_940
 

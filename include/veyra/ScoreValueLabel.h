@@ -27,7 +27,9 @@ class VEYRA_API ScoreValueLabel {
   virtual bool operator<=(const ScoreValueLabel& label) const = 0;
   virtual bool operator>=(const ScoreValueLabel& label) const = 0;
   virtual const std::string& GetLabel() const = 0;
-  virtual ScoreValue* GetValue() const = 0;  // lent
+  // Lent.  A set looks values up by what they were when it took the label, or by what SetValueLabel made of
+  // them: a value that is changed by its own setters, behind the label's back, is not seen.
+  virtual ScoreValue* GetValue() const = 0;
   virtual void Display(std::ostream& out) const = 0;
 };
 

@@ -26,7 +26,9 @@ class VEYRA_API ScoreValueProbability {
   virtual bool operator<=(const ScoreValueProbability& other) const = 0;
   virtual bool operator>=(const ScoreValueProbability& other) const = 0;
   virtual double GetProbability() const = 0;
-  virtual ScoreValue* GetValue() const = 0;  // lent
+  // Lent.  A set looks values up by what they were when it took the entry, or by what SetValueProbability
+  // made of them: a value that is changed by its own setters, behind the entry's back, is not seen.
+  virtual ScoreValue* GetValue() const = 0;
   virtual void Display(std::ostream& out) const = 0;
 };
 

@@ -21,10 +21,12 @@ class VEYRA_API ScoreValueRange {
   virtual void SetMax(ScoreValue* value) = 0;
   virtual bool IsInRange(const ScoreValue* value) const = 0;
   virtual bool IsInRange(double value) const = 0;
-  virtual ScoreValue* GetMin() const = 0;  // lent
-  virtual ScoreValue* GetMax() const = 0;  // lent
-  virtual bool GetHighEnd() const = 0;     // high end included
-  virtual bool GetLowEnd() const = 0;      // low end included
+  // Lent.  Ranges and their sets go by what SetMin and SetMax gave them: a bound that is changed by its own
+  // setters, behind the range's back, is not seen.
+  virtual ScoreValue* GetMin() const = 0;
+  virtual ScoreValue* GetMax() const = 0;
+  virtual bool GetHighEnd() const = 0;  // high end included
+  virtual bool GetLowEnd() const = 0;   // low end included
   virtual void Display(std::ostream& out) const = 0;
 };
 

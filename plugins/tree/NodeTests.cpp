@@ -66,9 +66,9 @@ std::optional<NodeTest> CompileNumber(const SimplePredicate& predicate, NodeTest
 // REQUIRES: every code of the split goes to the one child of what holds.
 NodeTest CompileCodes(const DiscreteSplit& split, bool isComplement, NodeTest test, FlatTree& tree) {
   std::vector<std::int32_t> codes;
-  for (const auto& [code, child] : split.GetSplitCodes()) {
+  split.ForEachCode([&codes](double code, int) {
     if (code >= 0) codes.push_back(static_cast<std::int32_t>(code));
-  }
+  });
   if (codes.size() == 1) {
     test.kind = isComplement ? TestKind::kOtherCode : TestKind::kCode;
     test.code = codes.front();

@@ -214,11 +214,11 @@ std::unique_ptr<ScorePredicate> PredicateReader::CorrectedSet(std::unique_ptr<Se
   if (!isNotIn && !IsNumericOrdinal(variable)) return predicate;
   const ScoreEncoder& encoder = *variable.GetEncoder();
   std::vector<bool> isHeld(static_cast<std::size_t>(encoder.GetNumberOfCategories()), false);
-  for (const auto& [number, child] : split.GetSplitCodes()) {
+  split.ForEachCode([&](double number, int) {
     const NumericValue value(number);
     const int code = IsNumericOrdinal(variable) ? encoder.EncodeConst(&value) : static_cast<int>(number);
     isHeld[static_cast<std::size_t>(code)] = true;
-  }
+  });
   auto named = std::make_unique<DiscreteSplit>(&variable);
   for (std::size_t code = 0; code < isHeld.size(); ++code) {
     if (isHeld[code] != isNotIn) named->PutSplit(static_cast<double>(code), 0);

@@ -7,7 +7,7 @@ namespace KxVeyra_940 {
 
 BaseDictionary::BaseDictionary(const BaseDictionary& other) : ScoreDictionary(other) {
   fEntries.reserve(other.fEntries.size());
-  for (const Entry& entry : other.fEntries) Take(entry.name, entry.var->Clone());
+  for (const Entry& entry : other.fEntries) TakeClone(entry.name, *entry.var);
 }
 
 BaseDictionary& BaseDictionary::operator=(const BaseDictionary& other) {
@@ -35,7 +35,7 @@ bool BaseDictionary::AddVar(const ScoreDictionary* dictionary) {
   for (const std::string& name : dictionary->GetVarNames()) {
     const ScoreDictVar* const var = dictionary->GetVar(name);
     if (var == nullptr || name.empty() || Find(name) != nullptr) continue;
-    Take(name, var->Clone());
+    TakeClone(name, *var);
   }
   return false;
 }
@@ -92,12 +92,21 @@ ScoreDictVar* BaseDictionary::Find(const std::string& name) const {
   return position == NameIndex::kNone ? nullptr : fEntries[position].var.get();
 }
 
+// Takes the variable when nothing is left that could fail: it stays the caller's when memory runs out.
 bool BaseDictionary::Take(const std::string& name, ScoreDictVar* var) {
   if (PositionOf(name) != NameIndex::kNone) return false;
-  fEntries.push_back({name, std::unique_ptr<ScoreDictVar>(var)});
-  fIndex.Append(name);
+  Entry entry{name, nullptr};
+  if (fEntries.size() == fEntries.capacity()) fEntries.reserve(2 * fEntries.size() + 1);
+  fIndex.Append(entry.name);
+  entry.var.reset(var);
+  fEntries.push_back(std::move(entry));
   fContentId = NextIdentity();
   return true;
+}
+
+void BaseDictionary::TakeClone(const std::string& name, const ScoreDictVar& var) {
+  std::unique_ptr<ScoreDictVar> clone(var.Clone());
+  if (Take(name, clone.get())) static_cast<void>(clone.release());
 }
 
 }  // namespace KxVeyra_940

@@ -57,6 +57,7 @@ class VEYRA_API BaseDictionary : public ScoreDictionary {
   ScoreDictVar* Find(const std::string& name) const;
   // Takes the variable, unless the name is held: false.
   bool Take(const std::string& name, ScoreDictVar* var);
+  void TakeClone(const std::string& name, const ScoreDictVar& var);
 
   std::vector<Entry> fEntries;  // in the order of addition
   NameIndex fIndex;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <typeinfo>
 
 #include "data/DateTimeValue.h"
 #include "data/Identity.h"
@@ -9,6 +10,16 @@
 #include "data/StringValue.h"
 
 namespace KxVeyra_940 {
+
+namespace {
+
+// Values of the library's own classes: nobody can tell one that is used again from a new one.
+bool IsReusable(const ScoreValue& value) {
+  const std::type_info& type = typeid(value);
+  return type == typeid(NumericValue) || type == typeid(StringValue) || type == typeid(DateTimeValue);
+}
+
+}  // namespace
 
 CaseRecord::CaseRecord(int capacity) { Reserve(static_cast<std::size_t>(std::max(capacity, 0))); }
 
@@ -77,10 +88,15 @@ bool CaseRecord::SetValue(int index, double value, ScoreDictVar::DateTimeType ty
 }
 
 bool CaseRecord::SetValue(const std::string& name, const std::string& text) {
-  return SetText(GetIndex(name), text);
+  return SetValue(GetIndex(name), text);
 }
 
-bool CaseRecord::SetValue(int index, const std::string& text) { return SetText(index, text); }
+bool CaseRecord::SetValue(int index, const std::string& text) {
+  const ScoreValue* const held = Get(index);
+  if (held == nullptr || held->GetType() != ScoreValue::kStringValueType) return SetText(index, text);
+  Slot<StringValue>(index, ScoreValue::kStringValueType)->SetString(text);
+  return true;
+}
 
 bool CaseRecord::SetText(int index, std::string_view text) {
   auto* const slot = Slot<StringValue>(index, ScoreValue::kStringValueType);
@@ -105,7 +121,12 @@ void CaseRecord::Remove(const std::string& name) { Clear(GetIndex(name)); }
 void CaseRecord::Clear(int index) {
   if (Get(index) == nullptr) return;
   const auto slot = static_cast<std::size_t>(index);
-  fParked.Replace(slot, fSlots.Release(slot));
+  ScoreValue* const content = fSlots.Release(slot);
+  if (IsReusable(*content)) {
+    fParked.Replace(slot, content);
+  } else {
+    delete content;
+  }
 }
 
 ScoreValue* CaseRecord::Get(const std::string& name) const { return Get(GetIndex(name)); }

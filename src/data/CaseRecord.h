@@ -5,10 +5,11 @@
 //   record.Add("name", nullptr);                // slot 1
 //   for each case: record.SetValue(0, 42.0); record.SetText(1, "Ann");
 //
-// Once every slot has held a value of its kind and texts have reached their length, no setter allocates;
-// Clear and Remove put the value aside for the next one of its kind.  Add deletes the value that it replaces,
-// keeps the one that the slot holds already, and clones one that another slot holds. Threads: a record
-// belongs to one scoring call at a time.  Nothing throws.
+// Once every slot has held a value of its kind and texts have reached their length, no setter allocates:
+// what Clear and Remove take out of a slot is used again for its next value of the kind.  A value of a class
+// that the host derived is deleted.  Add deletes the value that it replaces, keeps the one that the slot
+// holds already, and clones one that another slot holds.
+// Threads: a record belongs to one scoring call at a time.  Nothing throws.
 
 #ifndef VEYRA_DATA_CASERECORD_H_
 #define VEYRA_DATA_CASERECORD_H_
@@ -39,7 +40,7 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   bool SetValue(int index, double value) override;
   bool SetValue(const std::string& name, double value, ScoreDictVar::DateTimeType type) override;
   bool SetValue(int index, double value, ScoreDictVar::DateTimeType type) override;
-  // The declared length of the text becomes its number of bytes.
+  // A text in the slot keeps its declared length; that of a new one is its number of bytes.
   bool SetValue(const std::string& name, const std::string& text) override;
   bool SetValue(int index, const std::string& text) override;
   bool SetMissingValue(const std::string& name) override;
@@ -56,7 +57,7 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   const std::vector<ScoreValue*>& GetAllValues() const override;
   void Display(std::ostream& out) const override;
 
-  // As SetValue with a text, for a text that is no std::string.
+  // As SetValue with a text, and the declared length becomes its number of bytes, whatever it was.
   bool SetText(int index, std::string_view text);
   // Empties a slot; an index outside the slots is ignored.
   void Clear(int index);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 #include "data/Calendar.h"
@@ -261,7 +262,7 @@ double DateTimeValue::GetDouble() const {
 }
 
 std::string DateTimeValue::GetString() const {
-  if (GetNumber() <= gSysmisValue) return "Undefined";
+  if (GetNumber() <= gSysmisValue || !std::isfinite(GetNumber())) return "Undefined";
   if (fKind != kDateVal && fKind != kTimeVal && fKind != kDateTimeVal) return NumericValue::GetString();
   const auto [day, seconds] = SplitSeconds(GetNumber());
   std::string text;

@@ -28,17 +28,6 @@ bool IsCovered(const ScoreMissingValueSet& set, const ScoreValue* value) {
                      [value](const ScoreValueRange* range) { return range->IsInRange(value); });
 }
 
-// Whether some label's value is equal with the options of a string variable.
-bool ContainsEqual(const ScoreValueLabelSet& set, const ScoreValue* value, bool noSpaceTrim,
-                   bool emptyStringOK) {
-  if (const auto* own = AsOwn<ValueLabelSet>(set))
-    return own->FindEqual(value, noSpaceTrim, emptyStringOK) >= 0;
-  const std::vector<ScoreValueLabel*>& labels = set.GetAllValueLabels();
-  return std::any_of(labels.begin(), labels.end(), [=](const ScoreValueLabel* label) {
-    return label->GetValue() != nullptr && label->GetValue()->Equal(value, noSpaceTrim, emptyStringOK);
-  });
-}
-
 // Whether some label holds this very object.
 bool HoldsObject(const ScoreValueLabelSet& set, const ScoreValue* value) {
   if (const auto* own = AsOwn<ValueLabelSet>(set)) return own->HoldsObject(value);
@@ -84,7 +73,7 @@ bool DictVar::IsValidValue(const ScoreValue* value) const {
     return fVarType != kNUMERIC_VAR || value->GetType() == ScoreValue::kNumericValueType ||
            value->GetType() == ScoreValue::kDateTimeValueType;
   if (!IsCategorical()) return true;
-  return IsString() ? ContainsEqual(*fValueLabels, value, fNoSpaceTrim, fEmptyStringOK)
+  return IsString() ? ValueLabelSet::FindEqual(*fValueLabels, value, fNoSpaceTrim, fEmptyStringOK) >= 0
                     : fValueLabels->Contains(value);
 }
 

@@ -3,26 +3,60 @@
 #ifndef VEYRA_DATA_INDEXEDLIST_H_
 #define VEYRA_DATA_INDEXEDLIST_H_
 
+#include <cstdint>
+#include <typeinfo>
+#include <utility>
+
+#include "data/Identity.h"
 #include "data/Owned.h"
 #include "data/ValueIndex.h"
 #include "veyra/ScoreValue.h"
 
 namespace KxVeyra_940 {
 
-// `Entry` has GetValue() and Clone().  The value of an entry must not change while the list holds it.  An
-// entry without a value is never found.
-template <class Entry>
+// `Entry` has GetValue() and Clone(); `Own` is the library's class of it, a HeldPart.  Entries of that very
+// class are found through an index as long as none was edited; otherwise, and where a host's class is among
+// them, all are compared, so that the answer is always that of what is held.  Adding and removing bring the
+// index up to date, looking up never does: many threads may do that.  An entry without a value is never
+// found.
+template <class Entry, class Own>
 class IndexedList {
  public:
+  IndexedList() = default;
+  IndexedList(const IndexedList& other) : fEntries(other.fEntries) {
+    if (!other.fIsStale) fIndex = other.fIndex;
+    Watch();
+    if (other.fIsStale) Rebuild();
+  }
+  IndexedList& operator=(const IndexedList& other) {
+    if (this == &other) return *this;
+    fEntries = other.fEntries;
+    fContentId = NextIdentity();
+    Watch();
+    Rebuild();
+    return *this;
+  }
+  ~IndexedList() = default;
+
   const std::vector<Entry*>& All() const { return fEntries.All(); }
   int Size() const { return static_cast<int>(fEntries.Size()); }
   const Entry& At(int position) const { return *fEntries.At(static_cast<std::size_t>(position)); }
+
+  // Two lists, or one at two times, with equal numbers hold the same entries with the same values; 0 when
+  // nothing can be said because an entry was edited in place or may be unnoticed.
+  std::uint64_t GetContentId() const { return fIsStale ? 0 : fContentId; }
 
   // Takes the entry; false for null and for an entry held already.
   bool Add(Entry* entry) {
     if (entry == nullptr || Holds(entry)) return false;
     fEntries.Append(entry);
-    fIndex.Append(entry->GetValue());
+    fContentId = NextIdentity();
+    Watch(entry);
+    if (fIsStale) {
+      Rebuild();
+    } else {
+      fIndex.Append(entry->GetValue());
+    }
     return true;
   }
 
@@ -31,8 +65,8 @@ class IndexedList {
     const int position = Find(value);
     if (position < 0) return false;
     fEntries.Erase(static_cast<std::size_t>(position));
-    fIndex.Clear();
-    for (const Entry* entry : fEntries.All()) fIndex.Append(entry->GetValue());
+    fContentId = NextIdentity();
+    Rebuild();
     return true;
   }
 
@@ -45,17 +79,47 @@ class IndexedList {
   template <class Matches>
   int FindFirst(const ScoreValue* value, Matches matches) const {
     if (value == nullptr) return -1;
-    return fIndex.FindFirst(*value, [&](int position) { return matches(*At(position).GetValue()); });
+    const auto isMatch = [&](int position) { return matches(*At(position).GetValue()); };
+    if (!fIsStale) return fIndex.FindFirst(*value, isMatch);
+    for (int i = 0; i < Size(); ++i) {
+      if (At(i).GetValue() != nullptr && isMatch(i)) return i;
+    }
+    return -1;
   }
 
  private:
   bool Holds(const Entry* entry) const {
-    if (entry->GetValue() == nullptr) return fEntries.Holds(entry);
+    if (fIsStale || entry->GetValue() == nullptr) return fEntries.Holds(entry);
     return fIndex.FindFirst(*entry->GetValue(), [&](int position) { return &At(position) == entry; }) >= 0;
+  }
+
+  static bool IsOwn(const Entry& entry) { return typeid(entry) == typeid(Own); }
+
+  void Watch(Entry* entry) {
+    if (IsOwn(*entry)) {
+      static_cast<Own*>(entry)->SetHolder(&fIsStale);
+    } else {
+      fIsStale = true;
+    }
+  }
+  void Watch() {
+    for (Entry* entry : fEntries.All()) Watch(entry);
+  }
+
+  // A host's entry keeps the index stale: it may change at any time.
+  void Rebuild() {
+    fIndex.Clear();
+    fIsStale = false;
+    for (const Entry* entry : fEntries.All()) fIsStale = fIsStale || !IsOwn(*entry);
+    if (fIsStale) return;
+    fIndex.Reserve(fEntries.Size());
+    for (const Entry* entry : fEntries.All()) fIndex.Append(entry->GetValue());
   }
 
   OwnedList<Entry> fEntries;
   ValueIndex fIndex;
+  bool fIsStale = false;  // raised by the entries
+  std::uint64_t fContentId = NextIdentity();
 };
 
 }  // namespace KxVeyra_940

@@ -2,10 +2,23 @@
 
 #include <algorithm>
 #include <ostream>
+#include <typeinfo>
 
 #include "data/Range.h"
 
 namespace KxVeyra_940 {
+
+MissingValueSet::MissingValueSet(const MissingValueSet& other)
+    : ScoreMissingValueSet(other), fRanges(other.fRanges) {
+  Rebuild();
+}
+
+MissingValueSet& MissingValueSet::operator=(const MissingValueSet& other) {
+  if (this == &other) return *this;
+  fRanges = other.fRanges;
+  Rebuild();
+  return *this;
+}
 
 MissingValueSet::~MissingValueSet() = default;
 
@@ -14,7 +27,11 @@ ScoreMissingValueSet* MissingValueSet::Clone() const { return new MissingValueSe
 bool MissingValueSet::Add(ScoreValueRange* range) {
   if (range == nullptr || Find(range) >= 0) return false;
   fRanges.Append(range);
-  Index(Size() - 1);
+  if (fIsStale) {
+    Rebuild();
+  } else {
+    Index(Size() - 1);
+  }
   return true;
 }
 
@@ -22,9 +39,7 @@ bool MissingValueSet::Remove(const ScoreValueRange* range) {
   const int position = Find(range);
   if (position < 0) return false;
   fRanges.Erase(static_cast<std::size_t>(position));
-  fMinimums.Clear();
-  fIntervals.clear();
-  for (int i = 0; i < Size(); ++i) Index(i);
+  Rebuild();
   return true;
 }
 
@@ -42,6 +57,10 @@ void MissingValueSet::Display(std::ostream& out) const {
 
 bool MissingValueSet::Covers(const ScoreValue* value) const {
   if (value == nullptr) return false;
+  if (fIsStale) {
+    return std::any_of(fRanges.All().begin(), fRanges.All().end(),
+                       [value](const ScoreValueRange* range) { return range->IsInRange(value); });
+  }
   const auto holds = [&](int position) { return At(position).IsInRange(value); };
   return std::any_of(fIntervals.begin(), fIntervals.end(), holds) || fMinimums.FindFirst(*value, holds) >= 0;
 }
@@ -51,16 +70,33 @@ const ScoreValueRange& MissingValueSet::At(int position) const {
 }
 
 void MissingValueSet::Index(int position) {
-  fMinimums.Append(At(position).GetMin());
-  const auto* range = dynamic_cast<const Range*>(&At(position));
-  if (range == nullptr || !range->IsSingleValue()) fIntervals.push_back(position);
+  ScoreValueRange* const held = fRanges.At(static_cast<std::size_t>(position));
+  if (typeid(*held) != typeid(Range)) {
+    fIsStale = true;
+    return;
+  }
+  auto* const range = static_cast<Range*>(held);
+  range->SetHolder(&fIsStale);
+  fMinimums.Append(range->GetMin());
+  if (!range->IsSingleValue()) fIntervals.push_back(position);
+}
+
+void MissingValueSet::Rebuild() {
+  fMinimums.Clear();
+  fIntervals.clear();
+  fIsStale = false;
+  for (int i = 0; i < Size(); ++i) Index(i);
 }
 
 int MissingValueSet::Find(const ScoreValueRange* range) const {
   if (range == nullptr || range->GetMin() == nullptr) return -1;
   // The same object too: a range with NaN as a bound equals nothing, itself included.
   const auto isSame = [&](int position) { return &At(position) == range || At(position) == *range; };
-  return fMinimums.FindFirst(*range->GetMin(), isSame);
+  if (!fIsStale) return fMinimums.FindFirst(*range->GetMin(), isSame);
+  for (int i = 0; i < Size(); ++i) {
+    if (isSame(i)) return i;
+  }
+  return -1;
 }
 
 }  // namespace KxVeyra_940

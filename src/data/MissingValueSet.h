@@ -1,7 +1,8 @@
 // The ranges of values that count as missing for one variable.
 //
-// Single values are found through an index, so a set may hold many.  The bounds of a held range must not
-// change while the set holds it.
+// Single values are found through an index, so a set may hold many.  A held range may be edited through its
+// own setters: from then on, until a range is added or removed, look-ups go over the ranges one by one, as
+// they do where a host's class of range is among them.
 // Threads: const operations may be called by several threads.  Nothing throws.
 
 #ifndef VEYRA_DATA_MISSINGVALUESET_H_
@@ -17,8 +18,8 @@ namespace KxVeyra_940 {
 class VEYRA_API MissingValueSet : public ScoreMissingValueSet {
  public:
   MissingValueSet() = default;
-  MissingValueSet(const MissingValueSet& other) = default;
-  MissingValueSet& operator=(const MissingValueSet& other) = default;
+  MissingValueSet(const MissingValueSet& other);
+  MissingValueSet& operator=(const MissingValueSet& other);
   ~MissingValueSet() override;
 
   ScoreMissingValueSet* Clone() const override;
@@ -36,11 +37,13 @@ class VEYRA_API MissingValueSet : public ScoreMissingValueSet {
  private:
   const ScoreValueRange& At(int position) const;
   void Index(int position);
+  void Rebuild();
   int Find(const ScoreValueRange* range) const;  // the range or one equal to it; -1 when absent
 
   OwnedList<ScoreValueRange> fRanges;
   ValueIndex fMinimums;         // of all ranges
   std::vector<int> fIntervals;  // positions of the ranges that are no single values
+  bool fIsStale = false;        // what is indexed is not what is held; raised by the ranges
 };
 
 }  // namespace KxVeyra_940

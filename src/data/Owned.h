@@ -56,7 +56,8 @@ template <class T>
 class OwnedList {
  public:
   OwnedList() = default;
-  OwnedList(const OwnedList& other) {
+  // The object stands before its parts are cloned: when memory runs out, the destructor deletes those made.
+  OwnedList(const OwnedList& other) : OwnedList() {
     fParts.reserve(other.fParts.size());
     for (const T* part : other.fParts) Append(part == nullptr ? nullptr : part->Clone());
   }

@@ -81,6 +81,7 @@ void Range::SetMin(ScoreValue* value) {
   OpenMissingMinimum(*fMin);
   if (IsNumeric(*fMin)) fMinNumber = fMin->GetDouble();
   fSingleValue = *fMin == *fMax;
+  Edited();
 }
 
 void Range::SetMax(ScoreValue* value) {
@@ -88,6 +89,7 @@ void Range::SetMax(ScoreValue* value) {
   fMax.Replace(value == fMin.Get() ? value->Clone() : value);
   if (IsNumeric(*fMax)) fMaxNumber = fMax->GetDouble();
   fSingleValue = *fMin == *fMax;
+  Edited();
 }
 
 bool Range::IsInRange(const ScoreValue* value) const {

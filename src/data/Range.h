@@ -7,6 +7,7 @@
 #ifndef VEYRA_DATA_RANGE_H_
 #define VEYRA_DATA_RANGE_H_
 
+#include "data/HeldPart.h"
 #include "data/NumericValue.h"
 #include "data/Owned.h"
 #include "veyra/Export.h"
@@ -18,7 +19,7 @@ namespace KxVeyra_940 {
 // operator==.
 VEYRA_API bool EqualBounds(const ScoreValue& left, const ScoreValue& right);
 
-class VEYRA_API Range : public ScoreValueRange {
+class VEYRA_API Range : public ScoreValueRange, public HeldPart {
  public:
   // Takes both bounds.  Null, and a system-missing minimum, stand for the infinity of their side.  The same
   // object twice makes a single value.

@@ -1,35 +1,25 @@
 #include "data/ResultField.h"
 
-#include <algorithm>
-
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 
 namespace KxVeyra_940 {
 
-namespace {
-
-using Values = std::map<std::string, ScoreValue*>;
-
-bool Holds(const Values& values, const ScoreValue* value) {
-  return std::any_of(values.begin(), values.end(),
-                     [value](const Values::value_type& entry) { return entry.second == value; });
-}
-
-}  // namespace
-
 ResultField::~ResultField() {
-  for (const auto& entry : fValues) delete entry.second;
+  for (const ScoreValue* value : fOwned) delete value;
 }
 
 void ResultField::SetMapResultValue(const Values& values) {
-  Values replaced = values;
-  fValues.swap(replaced);
-  for (const auto& entry : replaced)
-    if (!Holds(fValues, entry.second)) delete entry.second;
+  Values entries = values;
+  std::unordered_set<const ScoreValue*> owned;
+  for (const auto& entry : entries) owned.insert(entry.second);
+  fValues.swap(entries);
+  fOwned.swap(owned);
+  for (const ScoreValue* value : owned)
+    if (!fOwned.contains(value)) delete value;
 }
 
-const Values& ResultField::GetMapResultValue() const { return fValues; }
+const ResultField::Values& ResultField::GetMapResultValue() const { return fValues; }
 
 ScoreValue* ResultField::GetResultValue(const std::string& name) const {
   const auto entry = fValues.find(name);
@@ -39,8 +29,7 @@ ScoreValue* ResultField::GetResultValue(const std::string& name) const {
 bool ResultField::SetResultValue(const std::string& name, double value) {
   ScoreValue* const held = GetResultValue(name);
   if (held == nullptr) {
-    fValues[name] = new NumericValue(value);
-    return true;
+    return Store(name, std::make_unique<NumericValue>(value));
   }
   if (held->GetType() != ScoreValue::kNumericValueType) return false;
   static_cast<NumericValue*>(held)->SetDoubleValue(value);
@@ -50,8 +39,7 @@ bool ResultField::SetResultValue(const std::string& name, double value) {
 bool ResultField::SetResultValue(const std::string& name, const std::string& text) {
   ScoreValue* const held = GetResultValue(name);
   if (held == nullptr) {
-    fValues[name] = new StringValue(text);
-    return true;
+    return Store(name, std::make_unique<StringValue>(text));
   }
   if (held->GetType() != ScoreValue::kStringValueType) return false;
   static_cast<StringValue*>(held)->SetString(text);
@@ -62,8 +50,7 @@ bool ResultField::SetResultValue(const std::string& name, const ScoreValue* valu
   if (value == nullptr) return false;
   ScoreValue* const held = GetResultValue(name);
   if (held == nullptr) {
-    fValues[name] = value->Clone();
-    return true;
+    return Store(name, std::unique_ptr<ScoreValue>(value->Clone()));
   }
   if (held->GetType() != value->GetType() || held->GetType() == ScoreValue::kDateTimeValueType) return false;
   held->SetValue(value);
@@ -73,7 +60,12 @@ bool ResultField::SetResultValue(const std::string& name, const ScoreValue* valu
 int ResultField::GetResultType(const std::string&) const { return 0; }
 
 void ResultField::AddResultField(const std::string& name, ScoreValue* value) {
-  if (value == nullptr || !Holds(fValues, value)) fValues.try_emplace(name, value);
+  if (value == nullptr) {
+    fValues.try_emplace(name, nullptr);
+  } else if (!fOwned.contains(value) && !fValues.contains(name)) {
+    fValues.emplace(name, nullptr).first->second = value;
+    fOwned.insert(value);
+  }
 }
 
 std::vector<std::string> ResultField::GetResultFields() const {
@@ -84,5 +76,12 @@ std::vector<std::string> ResultField::GetResultFields() const {
 }
 
 int ResultField::GetResultSize() const { return static_cast<int>(fValues.size()); }
+
+bool ResultField::Store(const std::string& name, std::unique_ptr<ScoreValue> value) {
+  ScoreValue*& entry = fValues[name];
+  fOwned.insert(value.get());
+  entry = value.release();
+  return true;
+}
 
 }  // namespace KxVeyra_940

@@ -7,7 +7,9 @@
 #define VEYRA_DATA_RESULTFIELD_H_
 
 #include <map>
+#include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "veyra/Export.h"
@@ -20,7 +22,7 @@ class VEYRA_API ResultField : public ScoreResultField {
   ResultField() = default;
   ResultField(const ResultField& other) = delete;
   ResultField& operator=(const ResultField& other) = delete;
-  ~ResultField() override;  // deletes every value
+  ~ResultField() override;  // deletes every value, once whatever the number of its names
 
   void SetMapResultValue(const std::map<std::string, ScoreValue*>& values) override;
   const std::map<std::string, ScoreValue*>& GetMapResultValue() const override;
@@ -36,7 +38,13 @@ class VEYRA_API ResultField : public ScoreResultField {
   int GetResultSize() const override;
 
  private:
-  std::map<std::string, ScoreValue*> fValues;
+  using Values = std::map<std::string, ScoreValue*>;
+
+  // Takes the value for a name that has none.
+  bool Store(const std::string& name, std::unique_ptr<ScoreValue> value);
+
+  Values fValues;
+  std::unordered_set<const ScoreValue*> fOwned;  // the values of all entries; null among them plays no part
 };
 
 }  // namespace KxVeyra_940

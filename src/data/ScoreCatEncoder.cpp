@@ -1,5 +1,7 @@
 #include "data/ScoreCatEncoder.h"
 
+#include <utility>
+
 namespace KxVeyra_940 {
 
 ScoreCatEncoder::ScoreCatEncoder(const ScoreCatEncoder& other) : ScoreEncoder(other) {}
@@ -12,9 +14,10 @@ void ScoreCatEncoder::SetValueLabels(const std::vector<std::string>& labels) { f
 
 void ScoreCatEncoder::SetValueLabel(int code, const std::string& label) {
   const int categories = GetNumberOfCategories();
+  std::string own(label);  // which may be one of the labels that growing frees
   if (fValueLabels.size() < static_cast<std::size_t>(categories))
     fValueLabels.resize(static_cast<std::size_t>(categories));
-  if (code >= 0 && code < categories) fValueLabels[static_cast<std::size_t>(code)] = label;
+  if (code >= 0 && code < categories) fValueLabels[static_cast<std::size_t>(code)] = std::move(own);
 }
 
 const std::vector<std::string>* ScoreCatEncoder::GetValueLabels() const { return &fValueLabels; }

@@ -11,8 +11,9 @@ ValueLbl::~ValueLbl() = default;
 
 bool ValueLbl::SetValueLabel(ScoreValue* value, const std::string& label) {
   if (value == nullptr || label.empty()) return false;
+  fLabel = label;  // first: it may be the text of the value that goes
   fValue.Replace(value);
-  fLabel = label;
+  Edited();
   return true;
 }
 

@@ -5,13 +5,14 @@
 
 #include <string>
 
+#include "data/HeldPart.h"
 #include "data/Owned.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueLabel.h"
 
 namespace KxVeyra_940 {
 
-class VEYRA_API ValueLbl : public ScoreValueLabel {
+class VEYRA_API ValueLbl : public ScoreValueLabel, public HeldPart {
  public:
   // Takes the value, which may be null: then the label cannot be compared.
   ValueLbl(ScoreValue* value, std::string label);
@@ -19,7 +20,7 @@ class VEYRA_API ValueLbl : public ScoreValueLabel {
   ValueLbl& operator=(const ValueLbl& other) = default;
   ~ValueLbl() override;
 
-  // Deletes the value that it replaces; the value held already stays.
+  // Deletes the value that it replaces; the value held already stays, whose content may be another by now.
   bool SetValueLabel(ScoreValue* value, const std::string& label) override;
   bool SetLabel(const std::string& label) override;
   ScoreValueLabel* Clone() const override;

@@ -18,6 +18,7 @@ ValueProbability::~ValueProbability() = default;
 bool ValueProbability::SetValueProbability(ScoreValue* value, double probability) {
   if (value == nullptr || !IsProbability(probability)) return false;
   fValue.Replace(value);
+  Edited();
   fProbability = probability;
   return true;
 }

@@ -3,13 +3,14 @@
 #ifndef VEYRA_DATA_VALUEPROBABILITY_H_
 #define VEYRA_DATA_VALUEPROBABILITY_H_
 
+#include "data/HeldPart.h"
 #include "data/Owned.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueProbability.h"
 
 namespace KxVeyra_940 {
 
-class VEYRA_API ValueProbability : public ScoreValueProbability {
+class VEYRA_API ValueProbability : public ScoreValueProbability, public HeldPart {
  public:
   // Takes the value, which may be null: then the entry cannot be compared.  The probability is not checked.
   ValueProbability(ScoreValue* value, double probability);
@@ -17,7 +18,7 @@ class VEYRA_API ValueProbability : public ScoreValueProbability {
   ValueProbability& operator=(const ValueProbability& other) = default;
   ~ValueProbability() override;
 
-  // Deletes the value that it replaces; the value held already stays.
+  // Deletes the value that it replaces; the value held already stays, whose content may be another by now.
   bool SetValueProbability(ScoreValue* value, double probability) override;
   bool SetProbability(double probability) override;
   ScoreValueProbability* Clone() const override;

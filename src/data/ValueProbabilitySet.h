@@ -1,12 +1,13 @@
 // The prior probabilities of a variable's categories, in order.
 //
-// The value of a held entry must not change while the set holds it; its probability may.
+// Look-ups go through an index, as those of labels do (ValueLabelSet.h).
 // Threads: const operations may be called by several threads.  Nothing throws.
 
 #ifndef VEYRA_DATA_VALUEPROBABILITYSET_H_
 #define VEYRA_DATA_VALUEPROBABILITYSET_H_
 
 #include "data/IndexedList.h"
+#include "data/ValueProbability.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueProbability.h"
 
@@ -32,7 +33,7 @@ class VEYRA_API ValueProbabilitySet : public ScoreValueProbabilitySet {
   int Find(const ScoreValue* value) const;
 
  private:
-  IndexedList<ScoreValueProbability> fEntries;
+  IndexedList<ScoreValueProbability, ValueProbability> fEntries;
 };
 
 }  // namespace KxVeyra_940

@@ -33,13 +33,13 @@ bool TakesProbabilities(int kind) {
 
 BaseModel::BaseModel() = default;
 
-BaseModel::BaseModel(const BaseModel& other)
-    : ScoreModel(other),
-      fRoles(other.fRoles),
-      fMissingValuePolicy(other.fMissingValuePolicy),
-      fTargetName(other.fTargetName),
-      fAlgorithmName(other.fAlgorithmName),
-      fMiningFunction(other.fMiningFunction) {
+// The object stands before its parts are cloned: when memory runs out, the destructor deletes those made.
+BaseModel::BaseModel(const BaseModel& other) : BaseModel() {
+  fRoles = other.fRoles;
+  fMissingValuePolicy = other.fMissingValuePolicy;
+  fTargetName = other.fTargetName;
+  fAlgorithmName = other.fAlgorithmName;
+  fMiningFunction = other.fMiningFunction;
   if (other.fDictionary != nullptr) fDictionary = other.fDictionary->Clone();
   if (other.fTransformationDictionary != nullptr) {
     fTransformationDictionary =
@@ -145,6 +145,7 @@ KxScore::KxStatus BaseModel::AnswerFromPriors(const ScoreDictVar& target, ScoreR
   const bool addProbabilities = TakesProbabilities(result.GetResultKind()) && !HasNoProbabilityOutput();
   const ScoreValueProbability* best = nullptr;
   for (const ScoreValueProbability* prior : priors->GetAllValueProbabilities()) {
+    if (prior->GetValue() == nullptr) continue;  // no category
     if (prior->GetProbability() > (best == nullptr ? 0.0 : best->GetProbability())) best = prior;
     if (addProbabilities) result.AddValueProbability(prior->GetValue()->Clone(), prior->GetProbability());
   }

@@ -85,11 +85,9 @@ const XMLCh* TextOf(const DOMNode& node, std::u16string& buffer) {
   if (const DOMNode* only = OnlyCharacterData(node)) return only->getNodeValue();
 
   buffer.clear();
-  const DOMNode* part = NextNodeBelow(node, node);
-  while (part != nullptr) {
+  for (const DOMNode* part = NextNodeBelow(node, node); part != nullptr; part = NextNodeBelow(node, *part)) {
+    if (part->getNodeType() == DOMNode::ELEMENT_NODE) break;
     if (IsCharacterData(*part)) buffer += part->getNodeValue();
-    const bool isElement = part->getNodeType() == DOMNode::ELEMENT_NODE;
-    part = isElement ? NextNodeBehind(node, part) : NextNodeBelow(node, *part);
   }
   return buffer.c_str();
 }
@@ -146,6 +144,12 @@ std::optional<int> OptionalInteger(const DOMElement& element, const char* name) 
   const XMLCh* text = Attribute(element, name);
   if (IsEmpty(text)) return std::nullopt;
   return BaseTranslator::VerifyInt(text);
+}
+
+std::optional<double> NumberIfPresent(const DOMElement& element, const char* name) {
+  const XMLCh* text = FindAttribute(element, name);
+  if (text == nullptr) return std::nullopt;
+  return BaseTranslator::VerifyDouble(text);
 }
 
 double RequiredNumber(const DOMElement& element, const char* name) {

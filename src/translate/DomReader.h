@@ -64,9 +64,9 @@ void ForEachElementBelow(const xercesc::DOMNode& root, const char* tag, Action&&
 
 VEYRA_API bool HasTag(const xercesc::DOMNode& node, const char* tag);
 
-// All text below `node`: what its text, CDATA and entity children give together; comments and processing
-// instructions are skipped.  The text of an only child is lent, a text of several parts is put together in
-// `buffer`.  Child elements add nothing.
+// The text that `node` begins with: what its text, CDATA and entity children give together, up to the first
+// child element; comments and processing instructions are skipped.  The text of an only child is lent, a text
+// of several parts is put together in `buffer`.
 VEYRA_API const XMLCh* TextOf(const xercesc::DOMNode& node, std::u16string& buffer);
 
 inline bool IsEmpty(const XMLCh* text) { return text == nullptr || *text == 0; }
@@ -91,6 +91,10 @@ VEYRA_API std::string RequiredText(const xercesc::DOMElement& element, const cha
 // "integer") when the text is no number.
 VEYRA_API std::optional<double> OptionalNumber(const xercesc::DOMElement& element, const char* name);
 VEYRA_API std::optional<int> OptionalInteger(const xercesc::DOMElement& element, const char* name);
+
+// The number of the attribute; nothing when it is absent.  Raises 260151 as OptionalNumber does, for an empty
+// text too.
+VEYRA_API std::optional<double> NumberIfPresent(const xercesc::DOMElement& element, const char* name);
 
 // The number of the attribute.  Raises 260120 (name, tag) when it is absent, 260151 as OptionalNumber does,
 // for an empty text too.

@@ -24,6 +24,7 @@
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/ValueSetsInternal.h"
+#include "translate/VariablesInternal.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
@@ -356,12 +357,11 @@ ScoreDictionary* PMMLTranslator::ParseDictionary(const DOMNode* node, bool setUp
             {ToUTF8(child.getTagName()), XML_ELE_DATADICTIONARY, XML_ELE_EXTENSION});
 
     const XMLCh* nameText = RequiredNonEmptyAttribute(child, XML_ATT_DATAFIELD_NAME);
-    const std::string name = BaseTranslator::ToString(nameText);
-    if (std::as_const(*dictionary).GetVar(name) != nullptr)
-      Raise(MessageId::kDuplicateVariableIn, {ToUTF8(nameText), XML_ELE_DATADICTIONARY});
-    std::unique_ptr<DictVar> variable = FieldReader(*this, child, nameText).Read();
-    if (setUpEncoders && variable->IsString()) SetupCatEncoder(variable.get());
-    if (dictionary->AddVar(name, variable.get())) static_cast<void>(variable.release());
+    AddVariable(*dictionary, *this, nameText, XML_ELE_DATADICTIONARY, [&] {
+      std::unique_ptr<DictVar> variable = FieldReader(*this, child, nameText).Read();
+      if (setUpEncoders && variable->IsString()) SetupCatEncoder(variable.get());
+      return variable;
+    });
     ++fieldCount;
   });
   VerifyFieldCount(*element, fieldCount);

@@ -1,14 +1,12 @@
 // Predicates of tree nodes: each becomes a predicate whose split sends what satisfies it to child 0.
 
-#include <algorithm>
-#include <charconv>
 #include <memory>
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "data/NumericValue.h"
 #include "data/Range.h"
 #include "data/StringValue.h"
-#include "data/ValueIndex.h"
+#include "data/ValueLabelSet.h"
 #include "error/Raise.h"
 #include "predicate/CompoundPredicate.h"
 #include "predicate/ConstantPredicates.h"
@@ -19,7 +17,7 @@
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "veyra/VYException.h"
+#include "translate/PredicatesInternal.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
@@ -30,28 +28,13 @@ using KxXML_940::EqualsAscii;
 using KxXML_940::ToUTF8;
 using xercesc::DOMElement;
 
-constexpr int kHolds = 0;  // the child of what satisfies a predicate
 constexpr double kInfinity = NumericValue::gInfinity;
 
-// Which bounds of a comparison its value gives, and whether the value itself is inside.
-struct ComparisonRow {
-  const char* text;
-  bool isLow;
-  bool isHigh;
-  bool isClosed;
-};
 constexpr ComparisonRow kComparisons[] = {
     {XML_VAL_OPERATOR_GREATERTHAN, true, false, false}, {XML_VAL_OPERATOR_GREATEROREQUAL, true, false, true},
     {XML_VAL_OPERATOR_LESSTHAN, false, true, false},    {XML_VAL_OPERATOR_LESSOREQUAL, false, true, true},
     {XML_VAL_OPERATOR_EQUAL, true, true, true},         {XML_VAL_OPERATOR_NOTEQUAL, true, true, false},
 };
-
-const ComparisonRow* FindComparison(const XMLCh* text) {
-  for (const ComparisonRow& row : kComparisons) {
-    if (EqualsAscii(text, row.text)) return &row;
-  }
-  return nullptr;
-}
 
 struct BooleanOperatorRow {
   const char* text;
@@ -73,145 +56,14 @@ ScorePredicate::CompoundBoolOperator ReadBooleanOperator(const DOMElement& eleme
         {ToUTF8(text), XML_ATT_BOOLEANOPERATOR, XML_ELE_COMPOUNDPREDICATE});
 }
 
-bool IsNumber(const std::string& text) {
-  try {
-    BaseTranslator::VerifyDouble(text);
-    return true;
-  } catch (const VYException&) {
-    return false;
-  }
-}
-
-bool IsString(const ScoreDictVar& variable) { return variable.GetVarType() == ScoreDictVar::STRING_VAR; }
-
-std::unique_ptr<ScoreValue> ValueOf(const ScoreDictVar& variable, const std::string& text) {
-  if (IsString(variable)) return std::make_unique<StringValue>(text);
-  return std::make_unique<NumericValue>(text);
-}
-
-// What is no number is no value of a field of numbers, although it would read as 0.
-bool IsValid(const ScoreDictVar& variable, const std::string& text, const ScoreValue& value) {
-  return (IsString(variable) || IsNumber(text)) && variable.IsValidValue(&value);
-}
-
-// Fields that the document gives no values learn them from their predicates.
-bool LearnsCategories(const ScoreDictVar& variable) {
-  return variable.IsEmptyCateValues() || variable.GetValueLabels() == nullptr;
-}
-
-// The value, or its code when the variable has an encoder.
-void Put(ScoreDictVar& variable, DiscreteSplit& split, const ScoreValue& value, int child) {
-  if (ScoreEncoder* encoder = variable.GetEncoder()) {
-    split.PutSplit(static_cast<double>(encoder->Encode(&value)), child);
-  } else {
-    split.PutSplit(value.Clone(), child);
-  }
-}
-
 bool HasEmptyCategory(const ScoreDictVar& variable) {
   if (!IsString(variable) || variable.GetValueLabels() == nullptr) return false;
-  const auto& labels = variable.GetValueLabels()->GetAllValueLabels();
-  return std::any_of(labels.begin(), labels.end(),
-                     [](const ScoreValueLabel* label) { return label->GetValue()->GetString().empty(); });
-}
-
-// What a "SimplePredicate" asks for.
-struct Question {
-  enum Kind { kMissing, kNotMissing, kComparison };
-  Kind kind;
-  const XMLCh* predicateOperator;
-  const XMLCh* value;  // null when it is absent
-};
-
-Question ReadQuestion(const DOMElement& element, const ScoreDictVar& variable) {
-  Question question{Question::kComparison, RequiredAttribute(element, XML_ATT_OPERATOR),
-                    FindAttribute(element, XML_ATT_VALUE)};
-  const bool isMissing = EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_ISMISSING);
-  const bool isNotMissing = EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_ISNOTMISSING);
-  if (isMissing || isNotMissing) {
-    if (question.value != nullptr) {
-      Raise(MessageId::kConflictingAttributes, {XML_ATT_VALUE, ToUTF8(question.predicateOperator)});
-    }
-    question.kind = isMissing ? Question::kMissing : Question::kNotMissing;
-  } else if (question.value != nullptr && IsEmpty(question.value) && !HasEmptyCategory(variable)) {
-    // The empty value is no value, unless the variable has it as a category.
-    if (!EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_EQUAL)) {
-      Raise(MessageId::kInvalidNullStringValue, {XML_ATT_OPERATOR, XML_VAL_OPERATOR_EQUAL});
-    }
-    question.kind = Question::kMissing;
-  }
-  return question;
-}
-
-// What the reader of either split reports; a question for a missing value is all in the split then.
-void TellQuestion(const BaseTranslator& translator, const Question& question, ScoreSplitVar& split,
-                  std::string& predicateOperator, bool& isMissing, std::string& value) {
-  predicateOperator = translator.ToString(question.predicateOperator);
-  value = translator.ToString(question.value);
-  isMissing = question.kind == Question::kMissing;
-  if (isMissing) split.SetMissvalMap(kHolds);
+  const StringValue empty("");
+  return ValueLabelSet::FindEqual(*variable.GetValueLabels(), &empty, true, true) >= 0;
 }
 
 void PutRange(ScaleSplit& split, double low, double high, bool closed) {
   split.PutSplit(new Range(low, high, closed && low != -kInfinity, closed && high != kInfinity), kHolds);
-}
-
-// The listed values that equal none of the given ones.
-std::vector<const ScoreValue*> Remaining(const ScoreDictVar& variable,
-                                         const std::vector<std::string>& texts) {
-  std::vector<std::unique_ptr<ScoreValue>> given;
-  ValueIndex index;
-  for (const std::string& text : texts) {
-    if (!IsString(variable) && !IsNumber(text)) continue;
-    index.Append(given.emplace_back(ValueOf(variable, text)).get());
-  }
-  std::vector<const ScoreValue*> remaining;
-  if (variable.GetValueLabels() == nullptr) return remaining;
-  for (const ScoreValueLabel* label : variable.GetValueLabels()->GetAllValueLabels()) {
-    const ScoreValue& value = *label->GetValue();
-    const int found = index.FindFirst(value, [&](int position) {
-      return value.Equal(given[static_cast<std::size_t>(position)].get(), variable.GetNoSpaceTrim(),
-                         variable.GetEmptyStringOK());
-    });
-    if (found < 0) remaining.push_back(&value);
-  }
-  return remaining;
-}
-
-// Six digits, as numbers are shown elsewhere, would not read back as the value.
-std::string ExactText(const ScoreValue& value) {
-  if (value.GetType() != ScoreValue::kNumericValueType) return value.GetString();
-  char text[32];
-  return std::string(text, std::to_chars(text, text + sizeof text, value.GetDouble()).ptr);
-}
-
-// Collects the values of a set predicate in its split.
-class SetReader {
- public:
-  SetReader(ScoreDictVar& variable, DiscreteSplit& split, std::vector<double>& codes)
-      : fVariable(variable), fSplit(split), fCodes(codes) {}
-
-  void Add(const ScoreValue& value) {
-    ScoreEncoder* encoder = fVariable.GetEncoder();
-    if (encoder == nullptr) {
-      fSplit.PutSplit(value.Clone(), kHolds);
-      return;
-    }
-    const bool isNumber = fVariable.GetMLevel() == ScoreDictVar::kOrdinal &&
-                          fVariable.GetVarType() == ScoreDictVar::kNUMERIC_VAR;
-    fCodes.push_back(isNumber ? value.GetDouble() : encoder->Encode(&value));
-    fSplit.PutSplit(fCodes.back(), kHolds);
-  }
-
- private:
-  ScoreDictVar& fVariable;
-  DiscreteSplit& fSplit;
-  std::vector<double>& fCodes;
-};
-
-bool IsArrayType(const std::string& type) {
-  return type == XML_VAL_ARRAY_TYPE_STRING || type == XML_VAL_ARRAY_TYPE_REAL ||
-         type == XML_VAL_ARRAY_TYPE_INT;
 }
 
 // The children of a compound predicate, read one after the other.
@@ -277,6 +129,41 @@ class CompoundReader {
 };
 
 }  // namespace
+
+const ComparisonRow* FindComparison(const XMLCh* text) {
+  for (const ComparisonRow& row : kComparisons) {
+    if (EqualsAscii(text, row.text)) return &row;
+  }
+  return nullptr;
+}
+
+Question ReadQuestion(const DOMElement& element, const ScoreDictVar& variable) {
+  Question question{Question::kComparison, RequiredAttribute(element, XML_ATT_OPERATOR),
+                    FindAttribute(element, XML_ATT_VALUE)};
+  const bool isMissing = EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_ISMISSING);
+  const bool isNotMissing = EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_ISNOTMISSING);
+  if (isMissing || isNotMissing) {
+    if (question.value != nullptr) {
+      Raise(MessageId::kConflictingAttributes, {XML_ATT_VALUE, ToUTF8(question.predicateOperator)});
+    }
+    question.kind = isMissing ? Question::kMissing : Question::kNotMissing;
+  } else if (question.value != nullptr && IsEmpty(question.value) && !HasEmptyCategory(variable)) {
+    // The empty value is no value, unless the variable has it as a category.
+    if (!EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_EQUAL)) {
+      Raise(MessageId::kInvalidNullStringValue, {XML_ATT_OPERATOR, XML_VAL_OPERATOR_EQUAL});
+    }
+    question.kind = Question::kMissing;
+  }
+  return question;
+}
+
+void TellQuestion(const BaseTranslator& translator, const Question& question, ScoreSplitVar& split,
+                  std::string& predicateOperator, bool& isMissing, std::string& value) {
+  predicateOperator = translator.ToString(question.predicateOperator);
+  value = translator.ToString(question.value);
+  isMissing = question.kind == Question::kMissing;
+  if (isMissing) split.SetMissvalMap(kHolds);
+}
 
 ScorePredicate* PMMLTranslator::ParseCompoundPredicate(const DOMElement* node, ScoreDictionary* dictionary,
                                                        ScoreDictionary* transformations,
@@ -353,141 +240,6 @@ void PMMLTranslator::GetScaleSplitValue(const XMLCh* value, const XMLCh* predica
   low = row->isLow ? number : -kInfinity;
   high = row->isHigh ? number : kInfinity;
   closed = row->isClosed;
-}
-
-DiscreteSplit* PMMLTranslator::HandleNodeDiscreteSplit(const DOMElement* node, ScoreDictVar* variable,
-                                                       std::string& predicateOperator, bool& isMissing,
-                                                       std::string& value) const {
-  auto split = std::make_unique<DiscreteSplit>(variable);
-  if (!HasTag(*node, XML_ELE_PREDICATE)) return split.release();
-  const Question question = ReadQuestion(*node, *variable);
-  TellQuestion(*this, question, *split, predicateOperator, isMissing, value);
-  if (isMissing) return split.release();
-  if (question.kind == Question::kNotMissing) {
-    if (const ScoreValueLabelSet* labels = variable->GetValueLabels()) {
-      for (const ScoreValueLabel* label : labels->GetAllValueLabels()) {
-        Put(*variable, *split, *label->GetValue(), kHolds);
-      }
-    }
-  } else if (variable->GetMLevel() == ScoreDictVar::kNominal) {
-    SetDiscreteSplitValue(variable, split.get(), question.value, kHolds);
-  } else {
-    int start = 0;
-    int end = 0;
-    HandleOrdinalVariable(node, variable, start, end);
-    const auto& labels = RequiredLabels(*variable);
-    for (int i = start; i <= end; ++i) {
-      Put(*variable, *split, *labels[static_cast<std::size_t>(i)]->GetValue(), kHolds);
-    }
-    split->SetStartAndEndIndex(start, end);
-  }
-  return split.release();
-}
-
-int PMMLTranslator::HandleOrdinalVariable(const DOMElement* element, const ScoreDictVar* variable, int& start,
-                                          int& end) const {
-  const XMLCh* value = RequiredAttribute(*element, XML_ATT_VALUE);
-  const XMLCh* predicateOperator = RequiredAttribute(*element, XML_ATT_OPERATOR);
-  const int position = GetIndexOfOrdinalValue(value, variable);
-  if (position < 0) {
-    Raise(MessageId::kInvalidAttributeValueIn,
-          {ToUTF8(value), XML_ATT_VALUE, ToUTF8Argument(variable->GetName())});
-  }
-  const ComparisonRow* row = FindComparison(predicateOperator);
-  if (row == nullptr) {
-    Raise(MessageId::kInvalidAttributeValueIn,
-          {ToUTF8(predicateOperator), XML_ATT_OPERATOR, ToUTF8Argument(variable->GetName())});
-  }
-  start = position;
-  end = position;
-  if (row->isLow && row->isHigh) return row->isClosed ? 0 : 2;
-  if (row->isLow) {
-    if (!row->isClosed) ++start;
-    end = variable->GetValueLabels()->Size() - 1;
-  } else {
-    start = 0;
-    if (!row->isClosed) --end;
-  }
-  return 1;
-}
-
-int PMMLTranslator::GetIndexOfOrdinalValue(const XMLCh* value, const ScoreDictVar* variable) const {
-  const auto& labels = RequiredLabels(*variable);
-  const std::string text = BaseTranslator::ToString(value);
-  const bool isString = IsString(*variable);
-  if (!isString && !IsNumber(text)) return -1;
-  const std::unique_ptr<ScoreValue> wanted = ValueOf(*variable, text);
-  for (std::size_t i = 0; i < labels.size(); ++i) {
-    const ScoreValue& listed = *labels[i]->GetValue();
-    if (isString ? listed.GetString() == text : listed == *wanted) return static_cast<int>(i);
-  }
-  return -1;
-}
-
-const std::vector<ScoreValueLabel*>& PMMLTranslator::RequiredLabels(const ScoreDictVar& variable) const {
-  const ScoreValueLabelSet* labels = variable.GetValueLabels();
-  if (labels == nullptr) Raise(MessageId::kValueListRequired, {ToUTF8Argument(variable.GetName())});
-  return labels->GetAllValueLabels();
-}
-
-void PMMLTranslator::SetDiscreteSplitValue(ScoreDictVar* variable, DiscreteSplit* split, const XMLCh* value,
-                                           int child) const {
-  if (value == nullptr) Raise(MessageId::kMissingAttribute, {XML_ATT_VALUE});
-  const std::string text = BaseTranslator::ToString(value);
-  const std::unique_ptr<ScoreValue> wanted = ValueOf(*variable, text);
-  if (!variable->IsEmptyCateValues()) RequiredLabels(*variable);
-  const bool isNew = variable->IsEmptyCateValues() && !text.empty() &&
-                     !(variable->GetValueLabels() != nullptr && IsValid(*variable, text, *wanted));
-  if (isNew) variable->AddScoreValueLabel(CarefullyMakeVarValue(variable, value), text);
-  if (!IsValid(*variable, text, *wanted)) {
-    Raise(MessageId::kNoValidValue, {ToUTF8Argument(variable->GetName())});
-  }
-  Put(*variable, *split, *wanted, child);
-}
-
-std::vector<std::string> PMMLTranslator::Remove(const ScoreDictVar* variable,
-                                                const std::vector<std::string>& values) const {
-  std::vector<std::string> texts;
-  for (const ScoreValue* value : Remaining(*variable, values)) texts.push_back(ExactText(*value));
-  return texts;
-}
-
-bool PMMLTranslator::IsValidScoreValue(const ScoreDictVar* variable, const std::string& value) {
-  return variable->GetValueLabels() != nullptr && IsValid(*variable, value, *ValueOf(*variable, value));
-}
-
-DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(const DOMElement* node, ScoreDictVar* variable,
-                                                        std::string& setOperator,
-                                                        std::vector<double>& arrayData) const {
-  auto split = std::make_unique<DiscreteSplit>(variable);
-  if (!HasTag(*node, XML_ELE_SETPREDICATE)) return split.release();
-  const XMLCh* operatorText = Attribute(*node, XML_ATT_BOOLEANOPERATOR);
-  const bool isIn = EqualsAscii(operatorText, XML_ZENT_TRANFUNC_ISIN);
-  if (!isIn && !EqualsAscii(operatorText, XML_ZENT_TRANFUNC_ISNOTIN)) {
-    Raise(MessageId::kInvalidAttributeValueIn,
-          {ToUTF8(operatorText), XML_ATT_OPERATOR, ToUTF8Argument(variable->GetName())});
-  }
-  setOperator = BaseTranslator::ToString(operatorText);
-  const DOMElement& array = *GetArrayNode(node);
-  const std::string type = OptionalText(array, XML_ATT_ARRAY_TYPE);
-  if (!IsArrayType(type)) Raise(MessageId::kAttributeProcessingError, {type, XML_ATT_ARRAY_TYPE});
-  const std::vector<std::string> items = GetArrayElements(&array, type, variable);
-  SetReader values(*variable, *split, arrayData);
-  const bool learns = isIn && LearnsCategories(*variable);
-  for (const std::string& item : items) {
-    if (learns && !IsValidScoreValue(variable, item) && !item.empty()) {
-      variable->AddScoreValueLabel(CarefullyMakeVarValue(variable, item), item);
-    }
-    if (!IsValidScoreValue(variable, item)) {
-      if (isIn) Raise(MessageId::kInvalidAttributeValue, {ToUTF8Argument(item), XML_ATT_VALUE});
-      Raise(MessageId::kValueOutsideRange, {ToUTF8Argument(item), ToUTF8Argument(variable->GetName())});
-    }
-    if (isIn) values.Add(*ValueOf(*variable, item));
-  }
-  if (!isIn) {
-    for (const ScoreValue* value : Remaining(*variable, items)) values.Add(*value);
-  }
-  return split.release();
 }
 
 }  // namespace KxVeyra_940

@@ -15,6 +15,7 @@
 #include "translate/DomReader.h"
 #include "translate/OptypesInternal.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/VariablesInternal.h"
 
 namespace KxVeyra_940 {
 namespace {
@@ -97,10 +98,10 @@ void TargetReader::VerifyLevel() const {
 // The last default wins.
 void TargetReader::ReadDefault() {
   ForEachTargetValue([this](const DOMElement& element) {
-    const std::optional<double> number = OptionalNumber(element, XML_ATT_DEFAULTVALUE);
+    const std::optional<double> number = NumberIfPresent(element, XML_ATT_DEFAULTVALUE);
     if (!number.has_value()) return;
-    const std::unique_ptr<ScoreValue> replaced(fVariable.GetDefValue());
-    fVariable.SetDefValue(new NumericValue(*number));
+    ReplacePart(fVariable, &ScoreDictVar::GetDefValue, &ScoreDictVar::SetDefValue,
+                std::make_unique<NumericValue>(*number));
   });
 }
 
@@ -111,8 +112,8 @@ void TargetReader::ReadCategories() {
       [&](const DOMElement& element) { ReadCategory(element, *fVariable.GetValueLabels(), *priors); });
   fTranslator.VerifyCategories(fVariable);
   if (priors->Size() == 0) return;
-  const std::unique_ptr<ScoreValueProbabilitySet> replaced(fVariable.GetValueProbabilities());
-  fVariable.SetValueProbabilities(priors.release());
+  ReplacePart(fVariable, &ScoreDictVar::GetValueProbabilities, &ScoreDictVar::SetValueProbabilities,
+              std::move(priors));
 }
 
 void TargetReader::VerifyValueText(const XMLCh* text) const {
@@ -132,7 +133,7 @@ void TargetReader::ReadCategory(const DOMElement& element, ScoreValueLabelSet& l
     labels.Add(new ValueLbl(value->Clone(),
                             fTranslator.BaseTranslator::ToString(IsEmpty(display) ? text : display)));
   }
-  const std::optional<double> prior = OptionalNumber(element, XML_ATT_PRIORPROBABILITY);
+  const std::optional<double> prior = NumberIfPresent(element, XML_ATT_PRIORPROBABILITY);
   if (prior.has_value()) priors.Add(new ValueProbability(value->Clone(), *prior));
 }
 
@@ -149,8 +150,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(const xercesc::DOMNode* n
   if (node == nullptr) return nullptr;
   if (fTranscoder == nullptr) CreateTranscoder(fEncoding);
   ForEachElementBelow(*node, XML_ELE_VAL_RESULTFIELD, [&](const DOMElement& element) {
-    const std::string name =
-        BaseTranslator::ToString(RequiredNonEmptyAttribute(element, XML_ATT_VAL_MINING_NAME));
+    const std::string name = NameOf(*this, RequiredNonEmptyAttribute(element, XML_ATT_VAL_MINING_NAME));
     auto variable = std::make_unique<ResultVar>(name, ScoreDictVar::kNUMERIC_VAR);
     const XMLCh* label = Attribute(element, XML_ATT_DATAFIELD_DISPLAYNAME);
     variable->SetLabel(IsEmpty(label) ? name : BaseTranslator::ToString(label));

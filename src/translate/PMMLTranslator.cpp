@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "translate/CategoryListsInternal.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
 
-PMMLTranslator::PMMLTranslator(const std::string& encoding) : fEncoding(encoding) {}
+PMMLTranslator::PMMLTranslator(const std::string& encoding)
+    : fEncoding(encoding), fCategories(std::make_unique<CategoryLists>()) {}
 PMMLTranslator::~PMMLTranslator() = default;
 
 ScoreModel* PMMLTranslator::ParseFromTree(xercesc::DOMDocument*, const std::string&) { return nullptr; }
@@ -24,7 +26,11 @@ XMLCh* PMMLTranslator::ToUTF16(const char* text) const {
 
 bool PMMLTranslator::XStrEqualsUTF8Str(const XMLCh* text, const char* narrow) const {
   const std::unique_ptr<XMLCh[]> converted(ToUTF16(narrow));
-  return converted != nullptr && KxXML_940::View(text) == converted.get();
+  if (converted == nullptr || KxXML_940::View(text) != converted.get()) return false;
+  // A conversion stops at what it cannot convert and does not tell.  One of a longer text stops there too.
+  const std::unique_ptr<XMLCh[]> longer(ToUTF16((std::string(narrow) + ' ').c_str()));
+  const std::u16string_view units = KxXML_940::View(longer.get());
+  return units.size() == KxXML_940::View(text).size() + 1 && units.starts_with(KxXML_940::View(text));
 }
 
 std::string PMMLTranslator::ToUTF8Argument(const std::string& narrow) const {

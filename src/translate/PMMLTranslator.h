@@ -32,6 +32,7 @@ XERCES_CPP_NAMESPACE_END
 
 namespace KxVeyra_940 {
 
+class CategoryLists;
 class DiscreteSplit;
 class FunctionTree;
 class ScaleSplit;
@@ -58,7 +59,8 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // A new UTF-16 text from one in the translator's encoding, which the caller releases with delete[]; null
   // without a transcoder.
   XMLCh* ToUTF16(const char* text) const;
-  // Whether the text equals a narrow one in the translator's encoding; false without a transcoder.
+  // Whether the text equals a narrow one in the translator's encoding; false without a transcoder, and for a
+  // narrow text of which not all can be converted.
   bool XStrEqualsUTF8Str(const XMLCh* text, const char* narrow) const;
 
   // --- Arrays ---------------------------------------------------------------------------------------------
@@ -242,7 +244,8 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
                                          std::string& predicateOperator, bool& isMissing,
                                          std::string& value) const;
   // The split of a "SimpleSetPredicate": the values for which it is true, and their codes when the variable
-  // has an encoder (of a numeric ordinal variable, the numbers).
+  // has an encoder (of a numeric ordinal variable, the numbers).  Like SetDiscreteSplitValue, it teaches its
+  // categories to a variable that is marked as one without listed values.
   DiscreteSplit* HandleArrayDiscreteSplit(const xercesc::DOMElement* node, ScoreDictVar* variable,
                                           std::string& setOperator, std::vector<double>& arrayData) const;
   // The bounds of a comparison with the value, infinite on the side that has none.
@@ -285,6 +288,16 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
 
  private:
   const std::vector<ScoreValueLabel*>& RequiredLabels(const ScoreDictVar& variable) const;  // error 260126
+  // The value of the category of that text; null when it is none.  A field marked as one without listed
+  // values learns it; any other needs a list (error 260126).  Errors of CarefullyMakeVarValue.
+  std::unique_ptr<ScoreValue> FindOrLearnCategory(ScoreDictVar& variable, const std::string& text) const;
+  void PutItems(ScoreDictVar& variable, const std::vector<std::string>& items, DiscreteSplit& split,
+                std::vector<double>& codes) const;
+  void PutOthers(ScoreDictVar& variable, const std::vector<std::string>& items, DiscreteSplit& split,
+                 std::vector<double>& codes) const;
+
+  const std::unique_ptr<CategoryLists>
+      fCategories;  // what splits share; translating a predicate may add to it
 };
 
 }  // namespace KxVeyra_940

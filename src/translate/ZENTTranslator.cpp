@@ -15,6 +15,7 @@
 #include "translate/DomReader.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/ValueSetsInternal.h"
+#include "translate/VariablesInternal.h"
 #include "translate/ZENTModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
@@ -44,7 +45,7 @@ ScoreDictVar::MeasureLevel ReadLevel(const DOMElement& element) {
   Raise(MessageId::kInvalidAttributeValue, {ToUTF8(text), XML_ATT_VR_MEASUREMENT_LEVEL});
 }
 
-// Reads one "variable" element into a variable.
+// Reads one "variable" element into a variable.  Of a part that is given twice the later one counts.
 class VariableReader {
  public:
   VariableReader(const ZENTTranslator& translator, const DOMElement& element, const XMLCh* name);
@@ -105,11 +106,15 @@ void VariableReader::ReadFormat(const DOMElement& format) {
 
 void VariableReader::ReadStatistics(const DOMElement& statistics) {
   const auto read = [&statistics](const std::string& name) {
-    const XMLCh* text = FindAttribute(statistics, name.c_str());
-    return text == nullptr ? NumericValue::gSysmisValue : BaseTranslator::VerifyDouble(text);
+    return NumberIfPresent(statistics, name.c_str()).value_or(NumericValue::gSysmisValue);
   };
-  fVariable->SetVarStats(
-      new VarStats(read(XML_ATT_VS_MIN), read(XML_ATT_VS_MAX), read(XML_ATT_VS_MEAN), read(XML_ATT_VS_SD)));
+  // One after the other: the first that is no number is the one that is told.
+  const double min = read(XML_ATT_VS_MIN);
+  const double max = read(XML_ATT_VS_MAX);
+  const double mean = read(XML_ATT_VS_MEAN);
+  const double deviation = read(XML_ATT_VS_SD);
+  ReplacePart(*fVariable, &ScoreDictVar::GetVarStats, &ScoreDictVar::SetVarStats,
+              std::make_unique<VarStats>(min, max, mean, deviation));
 }
 
 void VariableReader::ReadMissingValues(const DOMElement& missingValues) {
@@ -123,7 +128,7 @@ void VariableReader::ReadMissingValues(const DOMElement& missingValues) {
       Raise(MessageId::kInvalidTag, {ToUTF8(child.getTagName())});
     }
   });
-  fVariable->SetMissingValues(set.release());
+  ReplacePart(*fVariable, &ScoreDictVar::GetMissingValues, &ScoreDictVar::SetMissingValues, std::move(set));
 }
 
 // The ends of a range are its first two child elements, whatever their tags.
@@ -152,7 +157,7 @@ void VariableReader::ReadCategories(const DOMElement& categories) {
     const XMLCh* display = Attribute(child, XML_ATT_CA_DISPLAY_VALUE.c_str());
     AddLabel(*labels, MakeValue(text), fTranslator.ToString(IsEmpty(display) ? text : display));
   });
-  fVariable->SetValueLabels(labels.release());
+  ReplacePart(*fVariable, &ScoreDictVar::GetValueLabels, &ScoreDictVar::SetValueLabels, std::move(labels));
 }
 
 std::unique_ptr<ScoreValue> VariableReader::MakeValue(const XMLCh* text) const {
@@ -190,11 +195,7 @@ ScoreDictionary* ZENTTranslator::ParseDictionary(const DOMElement* element) {
             {ToUTF8(child.getTagName()), XML_ELE_VARIABLE, XML_ELE_DICTIONARY});
     const XMLCh* nameText = RequiredNonEmptyAttribute(child, XML_ATT_NAME.c_str());
     VariableReader reader(*this, child, nameText);
-    const std::string name = ToString(nameText);
-    if (std::as_const(*dictionary).GetVar(name) != nullptr)
-      Raise(MessageId::kDuplicateVariableIn, {ToUTF8(nameText), XML_ELE_DICTIONARY});
-    std::unique_ptr<DictVar> variable = reader.Read();
-    if (dictionary->AddVar(name, variable.get())) static_cast<void>(variable.release());
+    AddVariable(*dictionary, *this, nameText, XML_ELE_DICTIONARY.c_str(), [&] { return reader.Read(); });
     isEmpty = false;
   });
   if (isEmpty) Raise(MessageId::kNoChildElement, {XML_ELE_DICTIONARY});

@@ -60,10 +60,17 @@ TEST(CaseRecord, ASlotKeepsItsKind) {
     check(name);
     check(row.slot);
   }
+}
+
+TEST(CaseRecord, ATextKeepsItsDeclaredLengthUnlessSetText) {
   CaseRecord record = MakeRecord();
   const auto length = [&record] { return static_cast<StringValue*>(record.Get("t"))->GetLength(); };
-  EXPECT_TRUE(record.SetValue("t", "longer") && length() == 6);
+  EXPECT_TRUE(record.SetValue("t", "longer") && length() == 3);
+  EXPECT_TRUE(record.SetValue(1, "longest") && length() == 3);
+  EXPECT_TRUE(record.SetText(1, "longer") && length() == 6);
   EXPECT_TRUE(record.SetMissingValue("t") && length() == 0);
+  record.Remove("t");
+  EXPECT_TRUE(record.SetValue("t", "new") && length() == 3);
 }
 
 TEST(CaseRecord, NamesAndSlots) {
@@ -116,8 +123,12 @@ TEST(CaseRecord, OwnsItsValues) {
   copy.Clear(0);
   copy.Clear(0);
   copy.Clear(7);
+  EXPECT_EQ(CountedValue::gLiving, 1) << "a host's value is not kept for the next one";
   EXPECT_TRUE(copy.SetValue("a", "another kind"));
-  EXPECT_EQ(record.Get("a")->GetDouble(), 2);
+  record.Remove("a");
+  EXPECT_EQ(CountedValue::gLiving, 0);
+  EXPECT_TRUE(record.SetValue("a", 5.0));
+  EXPECT_EQ(dynamic_cast<const CountedValue*>(record.Get("a")), nullptr);
 }
 
 TEST(CaseRecord, AllocatesNothingOnceWarm) {

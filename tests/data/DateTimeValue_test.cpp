@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -140,6 +141,9 @@ TEST(DateTimeValue, ExtremesAreCalculatedWithoutOverflow) {
   EXPECT_EQ(DateTimeValue(-43200.0, kDateTimeVal).GetString(), "1969-12-31T12:0:0");
   EXPECT_EQ(DateTimeValue(-0.5, kTimeVal).GetString(), "0:0:0");
   EXPECT_EQ(DateTimeValue(7.5, static_cast<DateTimeValue::DateTimeValType>(9)).GetString(), "7.5");
+  for (const double seconds : {HUGE_VAL, -HUGE_VAL, std::nan("")})
+    for (const auto kind : {kDateVal, kTimeVal, kDateTimeVal})
+      EXPECT_EQ(DateTimeValue(seconds, kind).GetString(), "Undefined") << seconds;
 }
 
 TEST(DateTimeValue, PartsAndDurations) {

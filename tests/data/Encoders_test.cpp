@@ -137,6 +137,13 @@ TEST(ScoreCatEncoder, LabelsGrowToTheCategories) {
   encoder.SetValueLabel(2, "seven");
   encoder.SetValueLabel(-1, "outside");
   EXPECT_EQ(*encoder.GetValueLabels(), (Texts{"five", "", "seven"}));
+
+  // A label of the encoder's own, too long for the small buffer, was freed when the labels grew.
+  const std::string label(100, 'x');
+  ScoreCatStringEncoder texts(Texts{"a", "b", "c"});
+  texts.SetValueLabels({label});
+  texts.SetValueLabel(2, texts.GetValueLabels()->front());
+  EXPECT_EQ(*texts.GetValueLabels(), (Texts{label, "", label}));
 }
 
 }  // namespace

@@ -137,6 +137,13 @@ TEST(MissingValueSet, RefusesDuplicatesAndKeepsWhatItTook) {
   EXPECT_EQ(copy.Size(), 2);
 }
 
+// A host's range, of which no set is told when it changes.
+class HostRange : public Range {
+ public:
+  using Range::Range;
+  ScoreValueRange* Clone() const override { return new HostRange(*this); }
+};
+
 TEST(MissingValueSet, CoversWhatAScanOfAllRangesWould) {
   MissingValueSet set;
   for (int i = 0; i < 50; ++i) {
@@ -146,18 +153,41 @@ TEST(MissingValueSet, CoversWhatAScanOfAllRangesWould) {
   set.Add(new Range(100.0, 200.0, true, false));
   const Range seven(7.0, 7.0, true, true);
   ASSERT_TRUE(set.Remove(&seven));
-  const MissingValueSet copy(set);
-  const auto expectScan = [&copy](const ScoreValue& value) {
-    bool scanned = false;
-    for (const ScoreValueRange* range : copy.GetMissingValues()) scanned |= range->IsInRange(&value);
-    EXPECT_EQ(copy.Covers(&value), scanned) << value.GetString();
+  const auto expectScans = [](const MissingValueSet& tested) {
+    const auto expectScan = [&tested](const ScoreValue& value) {
+      bool scanned = false;
+      for (const ScoreValueRange* range : tested.GetMissingValues()) scanned |= range->IsInRange(&value);
+      EXPECT_EQ(tested.Covers(&value), scanned) << value.GetString();
+      const Range single(value.Clone());
+      scanned = false;
+      for (const ScoreValueRange* range : tested.GetMissingValues()) scanned |= *range == single;
+      EXPECT_EQ(tested.Contains(&single), scanned) << value.GetString();
+    };
+    for (int i = -5; i < 250; ++i) {
+      expectScan(NumericValue(i));
+      expectScan(NumericValue(i * (1 + 1e-14)));
+      expectScan(NumericValue(i * (1 - 1e-13)));
+      expectScan(StringValue(std::to_string(i) + "  "));
+    }
   };
-  for (int i = -5; i < 250; ++i) {
-    expectScan(NumericValue(i));
-    expectScan(NumericValue(i * (1 + 1e-14)));
-    expectScan(NumericValue(i * (1 - 1e-13)));
-    expectScan(StringValue(std::to_string(i) + "  "));
-  }
+  expectScans(set);
+  expectScans(MissingValueSet(set));
+  // Edited through what the set lends, and looked up before and after ranges come and go.
+  ScoreValueRange* const nine = set.GetMissingValues()[18];
+  nine->SetMin(new NumericValue(211.0));
+  expectScans(set);
+  expectScans(MissingValueSet(set));
+  nine->SetMax(new NumericValue(211.0));
+  static_cast<Range&>(*set.GetMissingValues()[0]) = Range(201.0, 209.0, true, true);
+  expectScans(set);
+  ASSERT_TRUE(set.Add(new Range(new NumericValue(220.0))));
+  expectScans(set);
+  ASSERT_TRUE(set.Add(new HostRange(new NumericValue(230.0))));
+  set.GetMissingValues().back()->SetMax(new NumericValue(240.0));
+  expectScans(set);
+  MissingValueSet assigned;
+  assigned = set;
+  expectScans(assigned);
 }
 
 TEST(MissingValueSet, Displays) {

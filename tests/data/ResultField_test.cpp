@@ -57,6 +57,24 @@ TEST(ResultField, OwnsItsValues) {
   EXPECT_EQ(field.GetResultValue("x"), first);
   EXPECT_EQ(field.GetResultValue("a"), nullptr);
   EXPECT_EQ(field.GetResultSize(), 2);
+  // A value under two names is still one; a name without a value keeps its place.
+  field.SetMapResultValue({{"x", first}, {"z", first}, {"null", nullptr}});
+  EXPECT_EQ(CountedValue::gLiving, 2);
+  field.AddResultField("null", &mine);
+  EXPECT_EQ(field.GetResultValue("null"), nullptr);
+  EXPECT_TRUE(field.SetResultValue("null", &mine));
+  EXPECT_EQ(CountedValue::gLiving, 3);
+}
+
+// Comparing each with all would take minutes.
+TEST(ResultField, TakesManyValues) {
+  constexpr int kCount = 200000;
+  const NoneSurvives check;
+  ResultField field;
+  for (int i = 0; i < kCount; ++i) field.AddResultField("f" + std::to_string(i), new CountedValue(i));
+  field.SetMapResultValue(field.GetMapResultValue());
+  EXPECT_EQ(CountedValue::gLiving, kCount);
+  field.SetMapResultValue({});
 }
 
 }  // namespace

@@ -31,6 +31,11 @@ TEST(ValueLbl, SettersReplaceOrRefuse) {
   EXPECT_TRUE(label.SetValueLabel(label.GetValue(), "uno"));
   EXPECT_TRUE(label.SetValueLabel(new CountedValue(3), "three"));
   EXPECT_EQ(CountedValue::gLiving, 2);
+  // The label may be the text of the value that goes.
+  ValueLbl text(new StringValue(std::string(100, 'x')), "x");
+  EXPECT_TRUE(
+      text.SetValueLabel(new StringValue("y"), static_cast<StringValue*>(text.GetValue())->GetText()));
+  EXPECT_EQ(text.GetLabel(), std::string(100, 'x'));
 
   ValueLbl copy(label);
   copy = label;
@@ -79,16 +84,22 @@ TEST(ValueLabelSet, FirstMatchDecides) {
   EXPECT_FALSE(set.Contains(nullptr));
 
   const ValueLabelSet copy(set);
+  const std::uint64_t contentId = set.GetContentId();
+  EXPECT_NE(copy.GetContentId(), contentId);
   const ValueLbl like(new StringValue("a"), "label plays no part");
   const ValueLbl unlike(new StringValue("b"), "first");
   EXPECT_FALSE(set.Remove(&unlike));
   EXPECT_FALSE(set.Remove(nullptr));
   EXPECT_FALSE(set.Remove(empty));
   EXPECT_TRUE(set.Remove(&like));
+  EXPECT_NE(set.GetContentId(), contentId);
   EXPECT_EQ(set.GetLabelOfValue(&a), "second");
   EXPECT_EQ(set.GetLabelOfValue(&five), "five");
   EXPECT_EQ(set.Size(), 3);
   EXPECT_EQ(copy.GetLabelOfValue(&a), "first");
+  EXPECT_TRUE(set.GetAllValueLabels().front()->SetLabel("second") && set.GetContentId() != 0);
+  EXPECT_TRUE(set.GetAllValueLabels().front()->SetValueLabel(new StringValue("a"), "second"));
+  EXPECT_EQ(set.GetContentId(), 0U);
 
   EXPECT_EQ(Shown(set),
             "Start ScoreValueLabelSet Display:\nValue: a;  Label: second\nValue: NULL;  Label: no value\n"
@@ -107,6 +118,11 @@ TEST(ValueProbabilitySet, FirstMatchDecides) {
   EXPECT_TRUE(set.Remove(set.GetAllValueProbabilities()[0]));
   EXPECT_EQ(set.GetProbabilityOfValue(&one), 0.5);
   EXPECT_EQ(copy->Size(), 2);
+  // Edited through what the set lends.
+  const std::unique_ptr<ScoreValueProbabilitySet> edited(copy->Clone());
+  edited->GetAllValueProbabilities()[0]->SetValueProbability(new NumericValue(2.0), 0.75);
+  EXPECT_EQ(edited->GetProbabilityOfValue(&two), 0.75);
+  EXPECT_EQ(edited->GetProbabilityOfValue(&one), 0.5);
   EXPECT_EQ(Shown(set),
             "Start ScoreValueProbabilitySet Display:\nValue: 1;  Probability: 0.5\n"
             "End of ScoreValueProbabilitySet Display.\n\n");
@@ -134,12 +150,41 @@ ScoreValue* RandomValue(std::mt19937& random) {
   }
 }
 
-TEST(ValueLabelSet, TheIndexFindsWhatAScanFinds) {
+// A host's label, whose value no set is told of.
+class HostLabel : public ValueLbl {
+ public:
+  using ValueLbl::ValueLbl;
+  ScoreValueLabel* Clone() const override { return new HostLabel(*this); }
+};
+
+// Some labels are edited in place, through the objects that the set lends, by each way that there is; now and
+// then labels go and come afterwards, and one is of a host's class.
+void EditSome(ValueLabelSet& set, std::mt19937& random) {
+  if (random() % 8 == 0) set.Add(new HostLabel(RandomValue(random), "host"));
+  for (unsigned long n = random() % 4; n > 0 && set.Size() > 0; --n) {
+    const auto& labels = set.GetAllValueLabels();
+    ScoreValueLabel* const label = labels[random() % labels.size()];
+    if (random() % 2 == 0) {
+      label->SetValueLabel(RandomValue(random), "edited");
+    } else {
+      static_cast<ValueLbl&>(*label) = ValueLbl(RandomValue(random), "assigned");
+    }
+  }
+  if (random() % 4 == 0) set.Add(new ValueLbl(RandomValue(random), "later"));
+  if (random() % 4 == 0 && set.Size() > 0) set.Remove(set.GetAllValueLabels().front());
+}
+
+TEST(ValueLabelSet, FindsWhatAScanFinds) {
   constexpr unsigned kSeed = 4711;
   std::mt19937 random(kSeed);
-  for (int round = 0; round < 200; ++round) {
-    ValueLabelSet set;
-    for (unsigned long n = random() % 120; n > 0; --n) set.Add(new ValueLbl(RandomValue(random), "label"));
+  for (int round = 0; round < 400; ++round) {
+    ValueLabelSet built;
+    for (unsigned long n = random() % 120; n > 0; --n) built.Add(new ValueLbl(RandomValue(random), "label"));
+    if (round % 2 != 0) EditSome(built, random);
+    const ValueLabelSet copy(built);
+    ValueLabelSet assigned;
+    assigned = built;
+    const ValueLabelSet& set = round % 3 == 0 ? copy : round % 3 == 1 ? assigned : built;
     const auto scan = [&](auto matches) {
       const auto& labels = set.GetAllValueLabels();
       for (std::size_t i = 0; i < labels.size(); ++i)

@@ -93,6 +93,17 @@ TEST(Values, ComparisonsWithinAndAcrossKinds) {
   }
 }
 
+// The concrete types compare, too, by the left operand's rule; no base class is asked for.
+TEST(Values, ConcreteTypesCompare) {
+  const Number five(5.0);
+  const Text text("5");
+  const DateTimeValue moment = Moment(5);
+  EXPECT_FALSE(text == five || five == text || moment == five || five == moment || text == moment);
+  EXPECT_TRUE(text == Text("5 ") && five == Number(5.0) && moment == Moment(5) && text != five);
+  const ScoreValue& value = five;
+  EXPECT_TRUE(value == five && five == value && moment != value);
+}
+
 TEST(Values, EqualOfTextsHasTwoOptions) {
   // want: for (noSpaceTrim, emptyStringOK) = (0, 0), (0, 1), (1, 0), (1, 1)
   const struct {

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <optional>
 #include <vector>
 
 #include "data/BaseDictionary.h"
+#include "data/CountedValue.h"
 #include "data/DictVar.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
@@ -84,7 +86,7 @@ std::unique_ptr<Model> ModelOf(ScoreDictVar::MeasureLevel level, const std::opti
   if (priors) {
     auto* const set = new ValueProbabilitySet;
     for (const auto& [text, probability] : *priors) {
-      set->Add(new ValueProbability(new StringValue(text), probability));
+      set->Add(new ValueProbability(text == nullptr ? nullptr : new StringValue(text), probability));
     }
     target->SetValueProbabilities(set);
   }
@@ -112,6 +114,8 @@ TEST(FallbackAnswer, ComesFromPriorsOrTheDefault) {
       {"ordinal like nominal; a default plays no part", ModelOf(ScoreDictVar::kOrdinal, one, 3), 0, ofOne},
       {"all zero: nothing is predicted", ModelOf(kNominal, zeros), 0, "p(a 0) p(b 0) "},
       {"an empty set", ModelOf(kNominal, Priors{}), 0, ""},
+      {"an entry without a value is no category", ModelOf(kNominal, Priors{{nullptr, 0.9}, {"a", 1}}), 0,
+       ofOne},
       {"no priors", ModelOf(kNominal, {}, 3), 90027, "value null "},
       {"continuous with a default; priors play no part", ModelOf(kContinuous, ties, 3), 0, "value 3 "},
       {"continuous without a default", ModelOf(kContinuous, ties), 90027, ""},
@@ -262,6 +266,29 @@ TEST(Clone, SharesNothing) {
   const std::unique_ptr<Model> copy(lender.Clone());
   EXPECT_NE(copy->GetDictionary(), &lent);
   EXPECT_NE(copy->GetDictionary(), nullptr);
+}
+
+// Cannot be copied for lack of memory.
+class TooLarge final : public BaseDictionary {
+ public:
+  ScoreDictionary* Clone() const override { throw std::bad_alloc(); }
+};
+class TooLargeVar final : public DictVar {
+ public:
+  TooLargeVar() : DictVar("z", kNUMERIC_VAR) {}
+  ScoreDictVar* Clone() const override { throw std::bad_alloc(); }
+};
+
+TEST(Clone, LeaksNothingWhenMemoryRunsOut) {
+  const NoneSurvives check;
+  const std::unique_ptr<Model> model = ModelOf(ScoreDictVar::kContinuous, {});
+  model->GetTargetVar()->SetDefValue(new CountedValue(1));
+  model->SetResultScoreDictionary(new TooLarge);
+  EXPECT_THROW(static_cast<void>(model->Clone()), std::bad_alloc);
+  EXPECT_EQ(CountedValue::gLiving, 1) << "the dictionary that was copied before";
+  model->GetDictionary()->AddVar("z", new TooLargeVar);
+  EXPECT_THROW(static_cast<void>(model->Clone()), std::bad_alloc);
+  EXPECT_EQ(CountedValue::gLiving, 1) << "the variable that was copied before";
 }
 
 TEST(MiningFunction, ByNameAndWithATargetForARegression) {

@@ -2,15 +2,22 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <map>
 #include <memory>
+#include <sstream>
+#include <thread>
 
+#include "data/CategoryList.h"
 #include "data/DictVar.h"
 #include "data/MissingValueSet.h"
 #include "data/NumericValue.h"
 #include "data/Range.h"
 #include "data/Shown.h"
 #include "data/StringValue.h"
+#include "data/ValueLabelSet.h"
+#include "data/ValueLbl.h"
 #include "predicate/DiscreteSplit.h"
 #include "predicate/ScaleSplit.h"
 
@@ -121,6 +128,98 @@ TEST(DiscreteSplit, LooksCodesUp) {
   EXPECT_EQ(split.GetSplitChildIndex(-1.0), 4);
   const NumericValue value(3);
   EXPECT_EQ(split.GetSplitChildIndex(&value), -1) << "codes are no values";
+}
+
+// What a split answers and lists, as text.
+std::string Answers(const DiscreteSplit& split, int categories) {
+  std::ostringstream text;
+  for (int i = -1; i <= categories; ++i) {
+    const StringValue value("c" + std::to_string(i) + (i % 2 == 0 ? "" : "  "));
+    text << split.GetSplitChildIndex(&value) << ' ' << split.GetSplitChildIndex(static_cast<double>(i))
+         << ' ';
+  }
+  std::map<double, int> codes;
+  split.ForEachCode([&codes](double code, int child) { codes.emplace(code, child); });
+  for (const auto& [code, child] : codes) text << code << ':' << child << ' ';
+  for (const ScoreValue* value : split.GetSplitValues()) text << value->GetString() << ' ';
+  text << split.GetSplitValuesFirst().size() << ' ' << split.GetSplitValuesForIndex(3).size() << '\n';
+  split.Display(text);
+  return text.str();
+}
+
+// Positions of a shared list answer and list what values and codes that were put one by one do.
+TEST(DiscreteSplit, SharesAListOfCategories) {
+  constexpr int kCategories = 30;
+  DictVar color("color", ScoreDictVar::STRING_VAR);
+  ValueLabelSet labels;
+  std::vector<double> codes;
+  for (int i = 0; i < kCategories; ++i) {
+    // Two are the same to the variable and share a code; one has no value and no code.
+    const int number = i == 12 ? 11 : i;
+    labels.Add(new ValueLbl(i == 20 ? nullptr : new StringValue("c" + std::to_string(number)), "label"));
+    codes.push_back(i == 20 ? std::numeric_limits<double>::quiet_NaN() : number);
+  }
+  const auto byValue =
+      std::make_shared<const CategoryList>(labels.GetAllValueLabels(), std::vector<double>());
+  const auto byCode = std::make_shared<const CategoryList>(labels.GetAllValueLabels(), codes);
+  const struct {
+    const char* what;
+    int start, end;
+    std::vector<int> leftOut;
+  } rows[] = {
+      {"none", 5, 4, {}},
+      {"few", 5, 6, {}},
+      {"all", 0, kCategories - 1, {}},
+      {"a range with the pair and the hole", 11, 24, {}},
+      {"a range that divides the pair", 12, 24, {}},
+      {"all but one of the pair and others", 0, kCategories - 1, {0, 12, 29}},
+      {"a range with positions left out that lie outside too", 3, 17, {1, 11, 12, 17, 28}},
+  };
+  for (const auto& row : rows) {
+    for (const bool isByCode : {false, true}) {
+      SCOPED_TRACE(std::string(row.what) + (isByCode ? ", codes" : ", values"));
+      DiscreteSplit want(&color);
+      for (int i = row.start; i <= row.end; ++i) {
+        if (i == 20 || std::ranges::find(row.leftOut, i) != row.leftOut.end()) continue;
+        if (isByCode) {
+          want.PutSplit(codes[static_cast<std::size_t>(i)], 3);
+        } else {
+          want.PutSplit(byValue->ValueAt(i)->Clone(), 3);
+        }
+      }
+      DiscreteSplit split(&color);
+      split.PutCategories(isByCode ? byCode : byValue, row.start, row.end, row.leftOut, 3);
+      const DiscreteSplit copy(split);
+      EXPECT_EQ(Answers(split, kCategories), Answers(want, kCategories));
+      DiscreteSplit assigned(&color);
+      assigned = split;
+      EXPECT_EQ(Answers(copy, kCategories), Answers(want, kCategories));
+      // What is put later comes behind them.
+      for (DiscreteSplit* more : {&assigned, &want}) {
+        more->PutSplit(new StringValue("c-1"), 4);
+        more->PutSplit(new StringValue("c13"), 5);
+        more->PutSplit(13.0, 6);
+        more->PutSplit(-1.0, 7);
+      }
+      EXPECT_EQ(Answers(assigned, kCategories), Answers(want, kCategories));
+    }
+  }
+}
+
+// The lists are made once, whoever asks first.
+TEST(DiscreteSplit, ListsInSeveralThreads) {
+  DictVar color("color", ScoreDictVar::STRING_VAR);
+  ValueLabelSet labels;
+  for (int i = 0; i < 100; ++i) labels.Add(new ValueLbl(new StringValue("c" + std::to_string(i)), "label"));
+  DiscreteSplit split(&color);
+  split.PutCategories(std::make_shared<const CategoryList>(labels.GetAllValueLabels(), std::vector<double>()),
+                      0, 99, {}, 0);
+  std::vector<std::vector<ScoreValue*>> lists(4);
+  std::vector<std::thread> threads;
+  for (auto& list : lists) threads.emplace_back([&] { list = split.GetSplitValues(); });
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(lists.front().size(), 100U);
+  for (const auto& list : lists) EXPECT_EQ(list, lists.front());
 }
 
 TEST(Splits, Show) {

@@ -116,6 +116,10 @@ TEST(BaseTranslator, TextsGoThroughTheEncodingAndNamesDoNot) {
   EXPECT_EQ(base.ToString(nullptr), "");
   EXPECT_TRUE(translator.XStrEqualsUTF8Str(u"\u00E4", "\xE4"));
   EXPECT_FALSE(translator.XStrEqualsUTF8Str(u"\u00E4", "\xE5"));
+  PlainTranslator utf8;
+  utf8.CreateTranscoder("UTF-8");
+  EXPECT_TRUE(utf8.XStrEqualsUTF8Str(u"ab", "ab") && utf8.XStrEqualsUTF8Str(u"", ""));
+  for (const char* cut : {"ab\xFF", "ab\xC3", "ab\xFF."}) EXPECT_FALSE(utf8.XStrEqualsUTF8Str(u"ab", cut));
   EXPECT_TRUE(BaseTranslator::IsEqual(u"\u00E4", "\xC3\xA4"));
   EXPECT_FALSE(BaseTranslator::IsEqual(u"ab", "abc"));
   EXPECT_TRUE(BaseTranslator::IsEqual(translator.GetTranscoder(), u"\u00E4", "\xE4"));

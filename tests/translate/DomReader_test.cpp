@@ -17,7 +17,8 @@ TEST(DomReader, TextComesFromEverythingThatIsText) {
       {"<!-- only this -->", ""},
       {"a&word;b", "awordb"},
       {"a&outer;b", "a[word]b"},
-      {"a<b>not <c>this</c></b>d", "ad"},
+      {"a<!-- -->b<b>not <c>this</c></b>nor this", "ab"},
+      {"<b/>nor this", ""},
   };
   for (const auto& [content, want] : kRows) {
     SCOPED_TRACE(content);

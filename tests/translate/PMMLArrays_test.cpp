@@ -34,6 +34,8 @@ TEST(PMMLArrays, NumericArraysMustHoldAsManyItemsAsStated) {
       {"<Array>\n\t1\r\n -2e1 </Array>", "<1><-20>"},
       {"<Array n=''>1 2</Array>", "<1><2>"},
       {"<Array>1<!-- 2 --> <![CDATA[3]]></Array>", "<1><3>"},
+      {"<Array>1<b/>2</Array>", "<1>"},
+      {"<Array><b/>2</Array>", "260284 Value|Array"},
       {"<x-BasisRow n='7'>1 2 3</x-BasisRow>", "<1><2><3>"},
       {"<X-BasisRow>1 2 3</X-BasisRow>", "<1><2><3>"},
       {"<X-BasisRow>1 2</X-BasisRow>", "260241 3|n|2"},

@@ -256,6 +256,20 @@ TEST(PMMLDataDictionary, TextsAreInTheTranslatorsEncodingAndMessagesInUtf8) {
   EXPECT_EQ(Labels(*dictionary->GetVar("\xE4")), "\xFC=\xFC");
   EXPECT_EQ(Refusal([&] { ParseDictionary(start + field + value + value + end, false, "ISO-8859-1"); }),
             "260203 value|\xC3\xBC|DataDictionary");
+  const auto named = [&](const std::string& name) {
+    return "<DataField name='" + name + "' optype='continuous'/>";
+  };
+  const std::string foreign = "\xE6\x97\xA5";
+  const std::pair<std::string, std::string> kNames[] = {
+      {named(foreign), "260303 " + foreign + "|name"},
+      {named("a") + named("a" + foreign), "260202 a" + foreign + "|DataDictionary"},
+      {named("a" + foreign) + named("b"), "nothing"},
+  };
+  for (const auto& [fields, want] : kNames) {
+    const std::string xml = "<DataDictionary numberOfFields='" + std::to_string(want == "nothing" ? 2 : 1) +
+                            "'>" + fields + "</DataDictionary>";
+    EXPECT_EQ(Refusal([&] { ParseDictionary(xml, false, "ISO-8859-1"); }), want);
+  }
 }
 
 // Both would take minutes if anything compared all pairs.

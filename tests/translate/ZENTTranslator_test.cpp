@@ -96,6 +96,24 @@ TEST(ZENTTranslator, TextsAreInTheTranslatorsEncoding) {
   EXPECT_EQ(Labels(*variable), "\xE4=\xE4");
   const StringValue category("\xE4");
   EXPECT_EQ(variable->GetEncoder()->EncodeConst(&category), 0);
+  const auto named = [](const std::string& name) {
+    return Variable("name='" + name + "' storage-type='NUMERIC' measurement-level='CONTINUOUS'");
+  };
+  const std::string foreign = "\xE6\x97\xA5";
+  EXPECT_EQ(Refusal([&] { Parse(named(foreign), "ISO-8859-1"); }), "260303 " + foreign + "|name");
+  EXPECT_EQ(Refusal([&] { Parse(named("a") + named("a" + foreign), "ISO-8859-1"); }),
+            "260202 a" + foreign + "|dictionary");
+}
+
+// The parts that go are released, which the leak check sees.
+TEST(ZENTTranslator, OfAPartGivenTwiceTheLaterCounts) {
+  const One x(kCode,
+              "<missing-values><category value='8'/></missing-values><missing-values><category "
+              "value='9'/></missing-values><categories><category value='1'/></categories><categories>"
+              "<category value='2'/></categories><var-stats mean='1'/><var-stats mean='2'/>");
+  EXPECT_EQ(MissingRanges(*x), "[9, 9]");
+  EXPECT_EQ(Labels(*x), "2=2");
+  EXPECT_EQ(x->GetVarStats()->GetMean(), 2);
 }
 
 TEST(ZENTTranslator, RefusesWhatTheGrammarDoesNotHave) {
@@ -126,6 +144,8 @@ TEST(ZENTTranslator, RefusesWhatTheGrammarDoesNotHave) {
       {Variable(kAge, "<format-spec decimals='2' width='99999999999'/>"), "260151 99999999999|integer"},
       {Variable(kAge, "<var-stats mean='LOWEST'/>"), "260151 LOWEST|double"},
       {Variable(kAge, "<var-stats mean=''/>"), "260151 |double"},
+      {Variable(kAge, "<var-stats standard-deviation='d' mean='c' maximum='b' minimum='a'/>"),
+       "260151 a|double"},
       {in("missing-values", "<category/>"), "260120 value|category"},
       {in("missing-values", "<category value=''/>"), "260120 value|category"},
       {in("missing-values", "<category value='a'/>"), "260151 a|double"},

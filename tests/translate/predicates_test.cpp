@@ -2,7 +2,9 @@
 
 #include "data/CaseRecord.h"
 #include "data/DictVar.h"
+#include "data/NumericValue.h"
 #include "data/Shown.h"
+#include "data/StringValue.h"
 #include "predicate/CompoundPredicate.h"
 #include "predicate/DiscreteSplit.h"
 #include "predicate/SetPredicate.h"
@@ -53,8 +55,9 @@ std::string Compound(const std::string& op, const std::string& content) {
 // A dictionary and what was translated with it.
 class Translated {
  public:
-  explicit Translated(const std::string& predicates, bool encoders = false, bool ordinalAsScale = false)
-      : fDocument("<PMML>" + std::string(kFields) + predicates + "</PMML>") {
+  explicit Translated(const std::string& predicates, bool encoders = false, bool ordinalAsScale = false,
+                      const std::string& fields = kFields)
+      : fDocument("<PMML>" + fields + predicates + "</PMML>") {
     fDictionary.reset(fTranslator.ParseDictionary(BaseTranslator::GetFirstChildElt(fDocument.Root()), false));
     if (encoders) {
       for (ScoreDictVar* var : fDictionary->GetScoreDictVars()) PMMLTranslator::SetupCatEncoder(var);
@@ -168,6 +171,11 @@ TEST(Predicates, AddCategoriesToOpenFields) {
   EXPECT_EQ(Labels(*Translated(all).Dictionary().GetVar("free")), "p=p q=q later=later");
   EXPECT_EQ(Translated(both + Set("free", "isNotIn", "q")).Answers("free", {"p", "q", "-"}), "TFU");
   EXPECT_EQ(Labels(*Translated(Set("count", "isIn", "7 8", "int")).Dictionary().GetVar("count")), "7=7 8=8");
+  // In later predicates as in the first, and by both kinds; the complement is that of the moment.
+  const std::string later = both + Set("free", "isNotIn", "q") + Set("free", "isIn", "r p s") +
+                            Simple("free", "equal", "t") + Set("free", "isNotIn", "q");
+  EXPECT_EQ(Translated(later).Answers("free", {"p", "q", "r", "s", "t", "-"}), "TFTTTU");
+  EXPECT_EQ(Translated(later, true).Answers("free", {"p", "q", "r", "s", "t", "-"}), "TFTTTU");
 }
 
 TEST(Predicates, KeepWhatTheElementSays) {
@@ -284,6 +292,17 @@ TEST(Predicates, Refusals) {
   DiscreteSplit split(&bare);
   const PlainTranslator translator;
   EXPECT_EQ(Refusal([&] { translator.SetDiscreteSplitValue(&bare, &split, u"a", 0); }), "260126 bare");
+  const Document set(Set("bare", "isIn", "a b"));
+  std::string setOperator;
+  std::vector<double> codes;
+  const auto handle = [&] {
+    const std::unique_ptr<DiscreteSplit> made(
+        translator.HandleArrayDiscreteSplit(set.Root(), &bare, setOperator, codes));
+  };
+  EXPECT_EQ(Refusal(handle), "260126 bare");
+  EXPECT_EQ(bare.GetValueLabels(), nullptr);
+  bare.AddScoreValueLabel(new StringValue("a"), "a");
+  EXPECT_EQ(Refusal(handle), "260152 b|value");
 }
 
 TEST(Predicates, LookUpDerivedVariablesSecond) {
@@ -307,6 +326,57 @@ TEST(Predicates, RemoveComparesValues) {
   EXPECT_TRUE(PMMLTranslator::IsValidScoreValue(dictionary->GetVar("n"), "0.0"));
   EXPECT_FALSE(PMMLTranslator::IsValidScoreValue(dictionary->GetVar("n"), "none"));
   EXPECT_FALSE(PMMLTranslator::IsValidScoreValue(dictionary->GetVar("x"), "1"));
+  dictionary->GetVar("x")->AddScoreValueLabel(new NumericValue(2.0), "two");
+  EXPECT_FALSE(PMMLTranslator::IsValidScoreValue(dictionary->GetVar("x"), "1")) << "no labelled value";
+  EXPECT_TRUE(PMMLTranslator::IsValidScoreValue(dictionary->GetVar("x"), "2.0"));
+}
+
+// Fields of many categories, whose splits share a list of them.
+TEST(Predicates, HoldForManyCategories) {
+  constexpr int kCount = 40;
+  std::string fields = "<DataDictionary numberOfFields='3'>";
+  for (const char* const field :
+       {"name='s' optype='ordinal' dataType='string'", "name='i' optype='ordinal' dataType='integer'",
+        "name='c' optype='categorical' dataType='string'"}) {
+    fields += std::string("<DataField ") + field + ">";
+    for (int i = 0; i < kCount; ++i) fields += "<Value value='" + std::to_string(kCount - i) + "'/>";
+    fields += "</DataField>";
+  }
+  fields += "</DataDictionary>";
+  const struct {
+    std::string predicate;
+    const char* field;
+    bool (*holds)(int);
+  } rows[] = {
+      {Simple("s", "lessThan", "20"), "s", [](int i) { return i > 20; }},
+      {Simple("s", "greaterOrEqual", "20"), "s", [](int i) { return i <= 20; }},
+      {Simple("i", "lessOrEqual", "20.0"), "i", [](int i) { return i >= 20; }},
+      {Simple("c", "isNotMissing"), "c", [](int) { return true; }},
+      {Set("s", "isNotIn", "7 40 1"), "s", [](int i) { return i != 7 && i != 40 && i != 1; }},
+      {Set("i", "isNotIn", "7 40 1", "int"), "i", [](int i) { return i != 7 && i != 40 && i != 1; }},
+      {Set("c", "isNotIn", "7"), "c", [](int i) { return i != 7; }},
+  };
+  std::vector<std::string> values = {"-"};
+  for (int i = 1; i <= kCount; ++i) values.push_back(std::to_string(i));
+  for (const auto& row : rows) {
+    std::string want = "U";
+    std::vector<double> array;
+    for (int i = 1; i <= kCount; ++i) want += row.holds(i) ? 'T' : 'F';
+    for (int i = kCount; i >= 1; --i)
+      if (row.holds(i)) array.push_back(*row.field == 'i' ? i : kCount - i);
+    for (const bool encoders : {false, true}) {
+      SCOPED_TRACE(row.predicate);
+      // Sets of an ordinal field of numbers hold the numbers, and are asked for codes.
+      if (encoders && *row.field == 'i' && row.predicate.starts_with("<SimpleSet")) continue;
+      const Translated made(row.predicate, encoders, false, fields);
+      EXPECT_EQ(made.Answers(row.field, values), want);
+    }
+    const Translated encoded(row.predicate, true, false, fields);
+    const auto* const set = dynamic_cast<const SetPredicate*>(encoded.Last());
+    if (set != nullptr) {
+      EXPECT_EQ(set->GetArrayData(), array) << row.predicate;
+    }
+  }
 }
 
 }  // namespace

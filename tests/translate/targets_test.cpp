@@ -93,7 +93,9 @@ TEST(Targets, Refusals) {
       {Target("c", "categorical", "<TargetValue value='b' priorProbability='half'/>"), "260151 half|double"},
       {Target("c", "categorical", value("x")), "260294 x|c"},
       {Target("f", "categorical", value("1") + value("2") + value("3")), "260271 categorical|flag"},
+      {Target("c", "categorical", "<TargetValue value='b' priorProbability=''/>"), "260151 |double"},
       {Target("y", "continuous", "<TargetValue defaultValue='none'/>"), "260151 none|double"},
+      {Target("y", "continuous", "<TargetValue defaultValue=''/>"), "260151 |double"},
   };
   for (const auto& [targets, want] : rows)
     EXPECT_EQ(Refusal([text = targets] { Handle(text); }), want) << targets;
