@@ -4,6 +4,7 @@
 #include <limits>
 #include <numeric>
 
+#include "common/FieldNumber.h"
 #include "common/Keywords.h"
 #include "data/DateTimeValue.h"
 #include "data/StringValue.h"
@@ -31,12 +32,6 @@ constexpr const char* kAuxiliaryPath = "auxiliary path";
 constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
 constexpr Keyword<bool> kBooleans[] = {{"false", false}, {"true", true}, {"0", false}, {"1", true}};
-
-double NumberOf(const ScoreDictVar& var, const ScoreValue& value) {
-  if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR)
-    return static_cast<const DateTimeValue&>(value).GetDoubleValue(var.GetDateTimeType());
-  return static_cast<const NumericValue&>(value).GetNumber();
-}
 
 // A calendar text, or the number of the field's representation.
 double ReadDate(const ScoreDictVar& var, const std::string& text) {

@@ -175,6 +175,7 @@ RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, Plugi
       ReadNumericPredictor(child, model, table);
     } else if (HasTag(child, Tags::XML_ELE_CATEGORICAL_PREDICTOR)) {
       const int input = FindInput(child, Tags::XML_ATT_PRED_NAME);
+      model.GetInputs().AcceptMissingCategory(input);
       const std::unique_ptr<ScoreValue> value(CarefullyMakeVarValue(
           &model.GetInputs().GetVar(input), RequiredAttribute(child, Tags::XML_ATT_VALUE)));
       categoryTerms.Add(input, model.GetInputs().UseAsCategory(input).Add(*value),

@@ -107,6 +107,9 @@ TEST(Regression, Equations) {
       {"a category of a field that lists none", OfNumber(freeQ), "free=q", "4"},
       {"a category that no predictor names adds nothing", OfNumber(freeQ), "free=other", "3"},
       {"one field as number and as numeric category", OfNumber(grades), "grade=2", "27"},
+      {"a missing category adds nothing", OfNumber(freeQ), "free=", "3"},
+      {"nor does one declared missing", OfNumber(colors), "color=n/a", "0"},
+      {"but a field that is also read as a number is missing", OfNumber(grades), "grade=", "missing"},
       {"a table without terms", OfNumber(Table("intercept='4'")), "x=1", "4"},
   });
 }
