@@ -135,6 +135,8 @@ TEST(Tree, PredicatesAreTheStandards) {
       {"c", Compound("and", Simple("c", "notEqual", "a") + Simple("c", "isNotMissing")), "a b m -", "",
        "0100"},
       {"c", Compound("surrogate", Set("c", "isNotIn", "a") + Simple("c", "isMissing")), "a b -", "", "011"},
+      {"x", Compound("xor", "<False/>"), "4 -", "", "00"},
+      {"x", Compound("and", "<True/>" + Compound("xor", "<False/>")), "4 -", "", "00"},
       {"x", "<True/>", "4 -", "", "11"},
       {"x", "<False/>", "4 -", "", "00"},
   };
@@ -146,6 +148,67 @@ TEST(Tree, PredicatesAreTheStandards) {
                          row.values, row.rules),
               row.want);
   }
+}
+
+// The answers to days of a date field, "1" where the predicate holds.  The fields have an interval from day 0
+// to day 10 and the attributes `rules`.
+std::string AnswersToDays(const std::string& predicate, const std::string& type, const std::string& rules,
+                          const std::vector<double>& days) {
+  const std::string document =
+      "<PMML version='4.4'><DataDictionary numberOfFields='2'><DataField name='d' optype='continuous' "
+      "dataType='" +
+      type +
+      "'><Interval closure='closedClosed' leftMargin='0' rightMargin='10'/></DataField>"
+      "<DataField name='y' optype='continuous' dataType='double'/></DataDictionary>"
+      "<TreeModel functionName='regression' noTrueChildStrategy='returnLastPrediction'><MiningSchema>"
+      "<MiningField name='d' " +
+      rules + "/><MiningField name='y' usageType='target'/></MiningSchema>" +
+      Node("score='0'", "<True/>" + Node("score='1'", predicate)) + "</TreeModel></PMML>";
+  const std::unique_ptr<ScoreModel> model = MakeModel(document, "TreeModel");
+  CaseRecord record(1);
+  record.Add("d", nullptr);
+  model->PrepareForCases(record);
+  const std::unique_ptr<ScoreResult> result(model->NewResult());
+  std::string answers;
+  for (const double day : days) {
+    record.Clear(0);
+    if (day >= 0) record.SetValue(0, day, KxVeyra_940::ScoreDictVar::kDateDaysSince1970);
+    model->Score(record, *result);
+    answers += Answer(*result).substr(0, 1);
+  }
+  return answers;
+}
+
+// The array counted seconds of a date where its interval counted days.
+TEST(Tree, DatesAreComparedInDays) {
+  const std::vector<double> days = {0, 1, 9, 10, -1, 11};
+  const struct {
+    std::string predicate;
+    const char *rules, *want;
+  } rows[] = {
+      {Simple("d", "lessOrEqual", "9"), "", "11100m"},
+      {Simple("d", "equal", "777600"), "", "00000m"},
+      {Simple("d", "equal", "9"), "", "00100m"},
+      {Simple("d", "lessThan", "1970-01-10"), "", "11000m"},
+      {Simple("d", "notEqual", "1970-1-2"), "", "10110m"},
+      {Simple("d", "greaterOrEqual", "1970-01-10"), "", "00110m"},
+      {Simple("d", "equal", "9"), "missingValueReplacement='1970-01-10'", "00101m"},
+      {Simple("d", "equal", "9"), "missingValueReplacement='9'", "00101m"},
+      {Simple("d", "equal", "9"), "outliers='asExtremeValues' highValue='9'", "00110m"},
+      {Simple("d", "isMissing"), "outliers='asMissingValues' lowValue='1'", "10001m"},
+      {Simple("d", "equal", "8"), "invalidValueTreatment='asValue' invalidValueReplacement='1970-01-09'",
+       "000001"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.predicate + row.rules);
+    EXPECT_EQ(AnswersToDays(row.predicate, "date", row.rules, days), row.want);
+    // A compound hides the predicate from the array.
+    EXPECT_EQ(AnswersToDays(Compound("or", row.predicate + Compound("xor", "<False/><False/>")), "date",
+                            row.rules, days),
+              row.want);
+  }
+  // Other types count in days since their own epoch: 3653 is the day 0 of 1970.
+  EXPECT_EQ(AnswersToDays(Simple("d", "lessOrEqual", "3662"), "dateDaysSince[1960]", "", days), "11100m");
 }
 
 TEST(Tree, InfiniteNumbersAreNumbers) {
@@ -162,6 +225,10 @@ TEST(Tree, InfiniteNumbersAreNumbers) {
     model->Score(record, *result);
     EXPECT_EQ(Answer(*result), sign < 0 ? "1" : "2");
   }
+  const Document replaced = {
+      .content = Node("score='0'", "<True/>" + Node("score='1'", Simple("x", "greaterThan", "5"))),
+      .rules = "missingValueReplacement='1e999'"};
+  EXPECT_EQ(Answer(*Scored(*MakeModel(replaced.Text(), "TreeModel"), "x=")), "1");
 }
 
 // The standard's own example of missing values: records and shares of three classes in five nodes.
