@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "data/DictVar.h"
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
@@ -40,11 +39,6 @@ bool IsText(const ScoreDictVar* target) {
   return target == nullptr || target->GetVarType() == ScoreDictVar::STRING_VAR;
 }
 
-std::unique_ptr<CategoryTable> CategoriesOf(const ScoreDictVar* target) {
-  if (target != nullptr) return std::make_unique<CategoryTable>(*target);
-  return std::make_unique<CategoryTable>(DictVar(std::string(), ScoreDictVar::STRING_VAR));
-}
-
 }  // namespace
 
 NodeReader::NodeReader(const PMMLTranslator& translator, PredicateReader& predicateReader,
@@ -57,7 +51,7 @@ NodeReader::NodeReader(const PMMLTranslator& translator, PredicateReader& predic
       fIsClassification(isClassification),
       fIsBinary(isBinary),
       fTarget(target),
-      fCategories(CategoriesOf(target)) {}
+      fCategories(MakeTargetTable(target)) {}
 
 bool NodeReader::AnswersTogether() const {
   return fTree.strategy == MissingStrategy::kWeightedConfidence ||
