@@ -1,5 +1,7 @@
 #include "common/PluginModel.h"
 
+#include <cmath>
+
 #include "transform/TransformationDictionary.h"
 
 namespace KxVeyra_940::Plugin {
@@ -133,30 +135,44 @@ CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& a
   return ScoreCase(fValues, answer);
 }
 
-void PluginModel::ApplyRules(PluginResult& answer) const {
-  for (std::size_t i = 0; i < fTargets.size(); ++i) {
-    PluginResult& of = answer.OfTarget(static_cast<int>(i));
-    if (!of.HasPredictedNumber()) continue;
-    of.SetPredictedNumber(fTargets[i].rules.Apply(of.GetPredictedNumber()));
-    of.SetStandardError(fTargets[i].rules.ApplyToError(of.GetStandardError()));
+bool PluginModel::ApplyRules(PluginResult& answer) const {
+  const bool hasAnswer = ApplyRules(fTargets.front().rules, answer);
+  for (std::size_t i = 1; i < fTargets.size(); ++i)
+    ApplyRules(fTargets[i].rules, answer.OfTarget(static_cast<int>(i)));
+  return hasAnswer;
+}
+
+// Bounds would make a plausible number of an infinite one: it is dropped before them.
+bool PluginModel::ApplyRules(const TargetRules& rules, PluginResult& answer) {
+  if (!answer.HasPredictedNumber()) return true;
+  const double number = answer.GetPredictedNumber();
+  const double ruled = std::isfinite(number) ? rules.Apply(number) : number;
+  if (!std::isfinite(ruled)) {
+    answer.DropPrediction();
+    return false;
   }
+  answer.SetPredictedNumber(ruled);
+  answer.SetStandardError(rules.ApplyToError(answer.GetStandardError()));
+  return true;
+}
+
+KxStatus PluginModel::Answer(const ScoreCaseRecord& input, PluginResult& answer) {
+  switch (OutcomeOf(input, answer)) {
+    case CaseOutcome::kAnswered:
+      if (ApplyRules(answer)) return {};
+      break;
+    case CaseOutcome::kMissing:
+      return HandleMissingValue(&answer);
+    case CaseOutcome::kUndefined:
+      break;
+  }
+  return {kNoAnswer, false};
 }
 
 KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
   auto& answer = static_cast<PluginResult&>(result);
   answer.Reset();
-  KxStatus status;
-  switch (OutcomeOf(input, answer)) {
-    case CaseOutcome::kAnswered:
-      ApplyRules(answer);
-      break;
-    case CaseOutcome::kMissing:
-      status = HandleMissingValue(&answer);
-      break;
-    case CaseOutcome::kUndefined:
-      status = KxStatus(kNoAnswer, false);
-      break;
-  }
+  const KxStatus status = Answer(input, answer);
   fOutputs.Fill(input, answer);
   return status;
 }

@@ -232,6 +232,27 @@ TEST(Regression, Targets) {
   });
 }
 
+// Bounds made a plausible number of an infinite one.
+TEST(Regression, AnswersThatAreNotFiniteAreMissing) {
+  const auto squared = [](const std::string& target, const std::string& normalization = "") {
+    const std::string outputs =
+        "<Output><OutputField name='v'/><OutputField name='t' feature='transformedValue'><NormContinuous "
+        "field='v'><LinearNorm orig='0' norm='0'/><LinearNorm orig='1' norm='1e308'/></NormContinuous>"
+        "</OutputField><OutputField name='r' feature='residual'/></Output>";
+    return OfNumber("<Targets><Target field='y' optype='continuous' " + target + "/></Targets>" + outputs +
+                        Equation(Numeric("x", "1", "exponent='2'")),
+                    normalization);
+  };
+  ExpectAnswers({
+      {"as it is", squared(""), "x=1e200", "missing|v=missing|t=missing|r=missing"},
+      {"before bounds", squared("min='-1' max='5'"), "x=1e200", "missing|v=missing|t=missing|r=missing"},
+      {"made by a rule", squared("rescaleFactor='1e200'"), "x=1e70", "missing|v=missing|t=missing|r=missing"},
+      {"a residual", squared("rescaleFactor='-1'"), "x=1e154, y=1e308",
+       "-1e+308|v=-1e+308|t=missing|r=missing"},
+      {"finite", squared("max='5'"), "x=1e100, y=6", "5|v=5|t=missing|r=1"},
+  });
+}
+
 // Values of the functions to 16 digits, from a table of 40 digits.
 TEST(Regression, NormalizationOfANumber) {
   const struct {
