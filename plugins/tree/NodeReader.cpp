@@ -7,6 +7,7 @@
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
 #include "tree/NodeTests.h"
+#include "tree/TestPredicates.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {
@@ -59,7 +60,7 @@ bool NodeReader::AnswersTogether() const {
 }
 
 void NodeReader::Read(const DOMElement& root) {
-  fPending.push_back({&root, fTree.AddNodes(1), 0});
+  fPending.push_back({&root, fTree.AddNodes(1), -1});
   while (!fPending.empty()) {
     const Pending pending = fPending.back();
     fPending.pop_back();
@@ -80,6 +81,8 @@ void NodeReader::ReadNode(const Pending& pending) {
   SortContent(*pending.element);
   ReadTest(pending.node);
   ReadAnswer(*pending.element, pending.node);
+  NodeAnswer& answer = fTree.Answer(pending.node);
+  answer.lastScored = answer.hasScore ? pending.node : pending.lastScored;
   ReadChildren(pending);
 }
 
@@ -117,7 +120,7 @@ void NodeReader::ReadTest(std::int32_t node) {
     }
   }
   NodeTest test;
-  test.kind = TestKind::kPredicate;
+  test.kind = HasSurrogates(*predicate) ? TestKind::kSurrogatePredicate : TestKind::kPredicate;
   test.predicate = static_cast<std::uint32_t>(fPredicates.size());
   fPredicates.push_back(std::move(predicate));
   fTree.SetTest(node, test);
@@ -208,9 +211,9 @@ void NodeReader::ReadChildren(const Pending& pending) {
   const std::int32_t first = fTree.AddNodes(count);
   fTree.SetChildren(pending.node, first, static_cast<std::int32_t>(count));
   fTree.Answer(pending.node).defaultChild = FindDefaultChild(*pending.element, first);
-  fTree.deepest = std::max(fTree.deepest, pending.depth + 1);
+  const std::int32_t lastScored = fTree.Answer(pending.node).lastScored;
   for (std::size_t i = count; i-- > 0;) {  // the first child comes next
-    fPending.push_back({fContent.children[i], first + static_cast<std::int32_t>(i), pending.depth + 1});
+    fPending.push_back({fContent.children[i], first + static_cast<std::int32_t>(i), lastScored});
   }
 }
 

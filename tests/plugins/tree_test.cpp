@@ -314,6 +314,115 @@ TEST(Tree, NumbersOfSeveralNodes) {
   }
 }
 
+// Parts of a tree that come to no answer, by what is left of it.
+TEST(Tree, BranchesWithoutAnAnswer) {
+  const std::string ofX = Simple("x", "lessThan", "5");
+  const std::string deadEnd = Node("score='9' recordCount='1'", "<False/>");
+  const auto branch = [&](const char* attributes, const std::string& content = "") {
+    return Node(attributes, ofX + content);
+  };
+  const std::string a = branch("recordCount='1'", branch("id='A1' score='0' recordCount='1'") +
+                                                      branch("id='A2' recordCount='1'", deadEnd));
+  const std::string b = branch("id='B' score='10' recordCount='1'");
+  const std::string scored =
+      branch("id='S' score='4' recordCount='3'", Node("recordCount='1'", "<True/>" + deadEnd));
+  const struct {
+    const char* what;
+    std::string children;
+    const char* attributes;
+    const char *weighted, *aggregated;
+  } rows[] = {
+      // A and B have a record each, whatever becomes of A's parts.
+      {"left out inside a branch", a + b, "", "5|id=missing", "5|id=missing"},
+      {"left out with all of its branch", branch("recordCount='7'", deadEnd) + a + b, "", "5|id=missing",
+       "5|id=missing"},
+      {"a single child is left", branch("recordCount='7'", deadEnd) + b, "", "10|id=B", "10|id=B"},
+      {"even without records", branch("id='Z' score='3' recordCount='0'") + deadEnd, "", "3|id=Z", "3|id=Z"},
+      {"a single child of a child", a, "", "0|id=A1", "0|id=A1"},
+      {"nothing is left", branch("recordCount='7'", deadEnd), "", "missing|id=missing", "missing|id=missing"},
+      // The last prediction inside a branch is the nearest one; S weighs 3 records, B 1.
+      {"no true child", scored + b, "noTrueChildStrategy='returnLastPrediction'", "5.5|id=missing",
+       "5.5|id=missing"},
+      {"no prediction inside the branch", branch("recordCount='3'", deadEnd) + b,
+       "noTrueChildStrategy='returnLastPrediction'", "10|id=B", "10|id=B"},
+  };
+  for (const auto& row : rows) {
+    for (const bool isAggregate : {false, true}) {
+      SCOPED_TRACE(row.what);
+      const std::string strategy = isAggregate ? "aggregateNodes" : "weightedConfidence";
+      const Document document =
+          OfNumber("<Output><OutputField name='id' feature='entityId'/></Output>" +
+                       Node("id='R' score='7' recordCount='9'", "<True/>" + row.children),
+                   std::string(row.attributes) + " missingValueStrategy='" + strategy + "'");
+      const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "TreeModel");
+      EXPECT_EQ(Answer(*Scored(*model, "x=")), isAggregate ? row.aggregated : row.weighted);
+    }
+  }
+}
+
+TEST(Tree, TheLastPredictionIsTheNearestOneWithAScore) {
+  const auto nodes = [](const std::string& root, const std::string& inner) {
+    return "<Output><OutputField name='id' feature='entityId'/></Output>" +
+           Node(root + " id='R'",
+                "<True/>" + Node(inner + " id='I'",
+                                 "<True/>" + Node("id='U'", "<True/>" + Node("score='1'",
+                                                                             Simple("x", "lessThan", "5")))));
+  };
+  const struct {
+    std::string content;
+    const char* want;
+  } rows[] = {{nodes("score='7'", "score='8'"), "8|id=I"},
+              {nodes("score='7'", ""), "7|id=R"},
+              {nodes("", ""), "missing|id=missing"}};
+  for (const auto& row : rows) {
+    for (const auto& [attributes, data] : {std::pair("missingValueStrategy='lastPrediction'", "x="),
+                                           std::pair("noTrueChildStrategy='returnLastPrediction'", "x=9")}) {
+      const Document document = OfNumber(row.content, attributes);
+      EXPECT_EQ(Answer(*Scored(*MakeModel(document.Text(), "TreeModel"), data)), row.want);
+    }
+  }
+}
+
+// Each surrogate that had a part in the answer, wherever it stands, halves the confidence.
+TEST(Tree, PenaltiesOfSurrogates) {
+  const std::string unknown = Simple("c", "equal", "a");
+  const std::string yes = Simple("x", "lessThan", "5");
+  const std::string no = Simple("x", "greaterThan", "5");
+  const auto surrogate = [&](const std::string& second) { return Compound("surrogate", unknown + second); };
+  const std::string unused = Compound("surrogate", yes + no);
+  const struct {
+    std::string predicate;
+    const char* want;
+  } rows[] = {
+      {yes, "1"},
+      {unused, "1"},
+      {surrogate(yes), "0.5"},
+      {Compound("surrogate", unknown + unknown + yes), "0.5"},
+      {Compound("surrogate", unknown + surrogate(yes)), "0.25"},
+      {Compound("surrogate", surrogate(yes) + no), "0.5"},
+      {Compound("and", yes + surrogate(yes)), "0.5"},
+      {Compound("and", surrogate(yes) + surrogate(yes)), "0.25"},
+      {Compound("or", no + surrogate(yes)), "0.5"},
+      {Compound("or", surrogate(no) + yes), "1"},
+      {Compound("or", surrogate(yes) + surrogate(yes)), "0.5"},
+      {Compound("xor", surrogate(no) + surrogate(yes)), "0.25"},
+      {Compound("xor", yes + Compound("and", surrogate(yes) + surrogate(no))), "0.5"},
+      {Compound("and", unused + Compound("or", no + Compound("and", yes + surrogate(yes)))), "0.5"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.predicate);
+    for (const char* strategy : {"none", "weightedConfidence"}) {
+      const std::string shares = "<ScoreDistribution value='yes' recordCount='2'/>";
+      const Document document = OfClass(
+          "<Output><OutputField name='conf' feature='confidence'/></Output>" +
+              Node("recordCount='2'", "<True/>" + shares + Node("recordCount='2'", row.predicate + shares)),
+          "missingValuePenalty='0.5' missingValueStrategy='" + std::string(strategy) + "'");
+      const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "TreeModel");
+      EXPECT_EQ(Answer(*Scored(*model, "x=1, c=")), std::string("yes|conf=") + row.want) << strategy;
+    }
+  }
+}
+
 TEST(Tree, Answers) {
   const std::string shares =
       "<ScoreDistribution value='no' recordCount='3'/><ScoreDistribution value='yes' recordCount='3'/>";
