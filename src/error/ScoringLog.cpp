@@ -84,8 +84,10 @@ ScoringLog* ScoringLog::MakeInstance() {
 }
 
 void ScoringLog::Initialize() {
-  fLevel = ConfiguredLevel();
-  if (fLevel > 0) fLogDirectory = MakeLogDir();
+  const int level = ConfiguredLevel();
+  if (level == 0) return;  // what was configured before stays
+  fLevel = level;
+  fLogDirectory = MakeLogDir();
 }
 
 std::string ScoringLog::TrimWhitespace(const std::string& text) {

@@ -38,7 +38,8 @@ class VEYRA_API ScoringLog {
   // level is at least `level`.  While the trace is off no file is touched.
   void Trace(const std::string& text, int level, bool perThread, const char* baseName);
 
-  // Reads the configuration; called once, by the constructor.
+  // Reads the configuration; called by the constructor.  A configuration without a level, or none, changes
+  // nothing.
   void Initialize();
 
   // `text` without the spaces, tabs and form feeds around it.

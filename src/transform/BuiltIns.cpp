@@ -1,8 +1,7 @@
 // The built-in functions as hosts call them.
 
-#include <unicode/regex.h>
-#include <unicode/unistr.h>
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -79,8 +78,13 @@ std::string_view TextOf(const StringValue* value) {
 
 int LengthOf(const StringValue* value) { return value == nullptr ? 0 : value->GetLength(); }
 
-icu::UnicodeString Units(std::string_view text) {
-  return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int>(text.size())));
+constexpr std::int64_t kNoLimit = INT64_MAX;
+
+std::int64_t SizeOf(const std::string& text) { return static_cast<std::int64_t>(text.size()); }
+
+// A length as the functions for hosts give it.
+int DeclaredLength(std::int64_t length) {
+  return static_cast<int>(std::clamp<std::int64_t>(length, INT_MIN, INT_MAX));
 }
 
 }  // namespace
@@ -302,51 +306,51 @@ double Functions::isNotIn(Values& values, ScoreValue* value) { return 1.0 - isIn
 
 std::string Functions::Ltrim(const StringValue* value, int& length) {
   std::string out;
-  length = TrimLeading(TextOf(value), LengthOf(value), out);
+  length = DeclaredLength(TrimLeading(TextOf(value), LengthOf(value), out));
   return out;
 }
 
 std::string Functions::Rtrim(const StringValue* value, int& length) {
   std::string out;
-  length = TrimTrailing(TextOf(value), out);
+  length = DeclaredLength(TrimTrailing(TextOf(value), out));
   return out;
 }
 
 std::string Functions::ToLowerCase(const StringValue* value, int& length) {
   std::string out;
-  length = LowerCase(TextOf(value), LengthOf(value), out);
+  length = DeclaredLength(LowerCase(TextOf(value), LengthOf(value), out));
   return out;
 }
 
 std::string Functions::ToUpperCase(const StringValue* value, int& length) {
   std::string out;
-  length = UpperCase(TextOf(value), LengthOf(value), out);
+  length = DeclaredLength(UpperCase(TextOf(value), LengthOf(value), out));
   return out;
 }
 
 std::string Functions::Substring(const StringValue* value, int start, int& length) {
   std::string out;
-  length = TextFrom(TextOf(value), start, out);
+  length = DeclaredLength(TextFrom(TextOf(value), start, out));
   return out;
 }
 
 std::string Functions::Substring(const StringValue* value, int start, int count, int& length) {
   std::string out;
-  length = BytesFrom(TextOf(value), start, count, out);
+  length = DeclaredLength(BytesFrom(TextOf(value), start, count, out));
   return out;
 }
 
 std::string Functions::Substring_unicode(const StringValue* value, int start, int count, int& length) {
   std::string out;
-  length = UnitsFrom(TextOf(value), start, count, out);
+  length = DeclaredLength(UnitsFrom(TextOf(value), start, count, out));
   return out;
 }
 
 std::string Functions::Replace(const std::vector<std::string>& texts, int& length) {
   std::string out = texts.empty() ? std::string() : texts[0];
   RegularExpression expression;
-  if (texts.size() == 3) ReplaceMatches(expression, texts[0], texts[1], texts[2], out);
-  length = static_cast<int>(out.size());
+  if (texts.size() == 3) ReplaceMatches(expression, texts[0], texts[1], texts[2], kNoLimit, out);
+  length = DeclaredLength(SizeOf(out));
   return out;
 }
 
@@ -354,8 +358,8 @@ std::string Functions::Concat(const std::vector<std::string>& texts, const std::
                               int& length) {
   std::string out;
   for (std::size_t i = 0; i < texts.size(); ++i)
-    AppendFitted(texts[i], i < lengths.size() ? lengths[i] : static_cast<int>(texts[i].size()), out);
-  length = static_cast<int>(out.size());
+    AppendFitted(texts[i], i < lengths.size() ? lengths[i] : DeclaredLength(SizeOf(texts[i])), out);
+  length = DeclaredLength(SizeOf(out));
   return out;
 }
 
@@ -386,42 +390,11 @@ ScoreValue* Functions::ImputeCatFieldMissingAgainstConTargetHandle(
 }
 
 double MedianOf(Numbers& values) {
-  if (values.empty()) return kMissing;
+  const auto isNaN = [](double x) { return std::isnan(x); };
+  if (values.empty() || std::ranges::any_of(values, isNaN)) return kMissing;
   std::ranges::sort(values);
   const std::size_t middle = values.size() / 2;
   return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
-icu::RegexMatcher* RegularExpression::Matcher(std::string_view pattern, const icu::UnicodeString& text) {
-  if (!fIsKnown || fPattern != pattern) {
-    UErrorCode status = U_ZERO_ERROR;
-    fMatcher = std::make_unique<icu::RegexMatcher>(Units(pattern), 0, status);
-    if (U_FAILURE(status)) fMatcher.reset();
-    fPattern = pattern;
-    fIsKnown = true;
-  }
-  if (fMatcher != nullptr) fMatcher->reset(text);
-  return fMatcher.get();
-}
-
-bool FindsMatch(RegularExpression& expression, std::string_view text, std::string_view pattern) {
-  const icu::UnicodeString units = Units(text);
-  icu::RegexMatcher* const matcher = expression.Matcher(pattern, units);
-  UErrorCode status = U_ZERO_ERROR;
-  return matcher != nullptr && matcher->find(status) && U_SUCCESS(status);
-}
-
-void ReplaceMatches(RegularExpression& expression, std::string_view text, std::string_view pattern,
-                    std::string_view replacement, std::string& out) {
-  const icu::UnicodeString units = Units(text);
-  icu::RegexMatcher* const matcher = expression.Matcher(pattern, units);
-  out.assign(text);
-  if (matcher == nullptr) return;
-  UErrorCode status = U_ZERO_ERROR;
-  const icu::UnicodeString replaced = matcher->replaceAll(Units(replacement), status);
-  if (U_FAILURE(status)) return;
-  out.clear();
-  replaced.toUTF8String(out);
 }
 
 }  // namespace KxVeyra_940

@@ -3,6 +3,7 @@
 #include <typeinfo>
 
 #include "data/CaseRecord.h"
+#include "data/Identity.h"
 #include "transform/TransformVar.h"
 
 namespace KxVeyra_940 {
@@ -21,11 +22,6 @@ std::uint64_t ContentOf(const ScoreDictionary* dictionary) {
   return own == nullptr ? 0 : own->GetContentId();
 }
 
-const TransformationDictionary* WithValues(const ScoreDictionary* dictionary) {
-  const auto* const own = As<TransformationDictionary>(dictionary);
-  return own != nullptr && own->IsSetUp() ? own : nullptr;
-}
-
 const std::vector<ScoreValue*>& ValuesOf(const ScoreCaseRecord* record) {
   static const std::vector<ScoreValue*> none;
   return record == nullptr ? none : record->GetAllValues();
@@ -41,14 +37,21 @@ const ScoreDictVar* FindField(const std::string& name, const ScoreDictionary* da
 }
 
 CaseContext::CaseContext(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
-                         const ScoreDictionary* transformations)
-    : fInput(input), fValues(&ValuesOf(input)), fDerivedValues(WithValues(transformations)) {
+                         const ScoreDictionary* transformations, std::uint64_t ask)
+    : fInput(input), fValues(&ValuesOf(input)), fAsk(ask == 0 ? NextIdentity() : ask) {
   if (const auto* const own = As<CaseRecord>(input)) fBinding.layout = own->GetLayoutId();
   fBinding.data = dataDictionary;
   fBinding.derived = transformations;
   fBinding.dataContent = ContentOf(dataDictionary);
-  fBinding.derivedContent =
-      fDerivedValues == nullptr ? ContentOf(transformations) : fDerivedValues->GetContentId();
+  fBinding.derivedContent = ContentOf(transformations);
+  if (const auto* const own = As<TransformationDictionary>(transformations)) {
+    fCase = own->GetCase();
+    if (own->IsSetUp()) fDerivedValues = own;
+  }
+}
+
+bool CaseContext::FindStored(const TransformVar& var, const ScoreValue*& value) const {
+  return fDerivedValues != nullptr && fDerivedValues->FindStored(var, value);
 }
 
 const ScoreDictVar* CaseContext::FindVariable(const std::string& name) const {
@@ -70,9 +73,9 @@ const ScoreValue* FieldSource::FindValueIn(const CaseContext& context) const {
     const ScoreValue* const value = context.InputAt(isKept ? fSlot : input->GetIndex(fName));
     if (fDerived == nullptr || value != nullptr) return value;
   }
-  const TransformationDictionary* const derived = context.GetDerivedValues();
-  return derived != nullptr && derived->Holds(*fDerived) ? derived->ValueOf(*fDerived, context)
-                                                         : fDerived->ValueIn(context);
+  const ScoreValue* stored = nullptr;
+  if (fPreference == kStoredFirst && context.FindStored(*fDerived, stored)) return stored;
+  return fDerived->ValueIn(context);
 }
 
 }  // namespace KxVeyra_940

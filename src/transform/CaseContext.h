@@ -3,8 +3,9 @@
 //   CaseContext context(&record, dataDictionary, transformations);   // lives as long as the case is
 //   evaluated
 //
-// Names are resolved once: what an expression found stays found as long as the binding is the same.
-// Threads: a context belongs to one evaluation.
+// Names are resolved once: what an expression found stays found as long as the binding is the same.  A
+// context stands for one ask: what a derived field has computed for it is not computed again. Threads: a
+// context belongs to one evaluation.
 
 #ifndef VEYRA_TRANSFORM_CASECONTEXT_H_
 #define VEYRA_TRANSFORM_CASECONTEXT_H_
@@ -40,9 +41,9 @@ class VEYRA_API CaseContext {
     bool operator==(const Binding&) const = default;
   };
 
-  // Each may be null.
+  // Each may be null.  `ask` is a number that no other ask of these variables has; 0 for a new one.
   CaseContext(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
-              const ScoreDictionary* transformations);
+              const ScoreDictionary* transformations, std::uint64_t ask = 0);
 
   const Binding& GetBinding() const { return fBinding; }
   // A number that stands for the binding wherever it is not 0; who keeps values knows whether it is the same
@@ -52,8 +53,12 @@ class VEYRA_API CaseContext {
   const ScoreCaseRecord* GetInput() const { return fInput; }
   const ScoreDictionary* GetDataDictionary() const { return fBinding.data; }
   const ScoreDictionary* GetTransformations() const { return fBinding.derived; }
-  // The transformations when they keep the values of the case, else null.
-  const TransformationDictionary* GetDerivedValues() const { return fDerivedValues; }
+  std::uint64_t GetAsk() const { return fAsk; }
+  // The case that the transformations have opened; 0 when they have opened none.
+  std::uint64_t GetCase() const { return fCase; }
+  // Whether the transformations keep the variable's value for their case; it becomes `value`, null for a text
+  // without value.
+  bool FindStored(const TransformVar& var, const ScoreValue*& value) const;
   // The variable in the data dictionary, else in the transformations; null when it is in neither.
   const ScoreDictVar* FindVariable(const std::string& name) const;
   // Slots found stay valid for every record of the binding.
@@ -67,18 +72,22 @@ class VEYRA_API CaseContext {
 
  private:
   const ScoreCaseRecord* fInput;
-  const std::vector<ScoreValue*>* fValues;  // never null
-  const TransformationDictionary* fDerivedValues;
+  const std::vector<ScoreValue*>* fValues;                   // never null
+  const TransformationDictionary* fDerivedValues = nullptr;  // the transformations when they keep values
   Binding fBinding;
   std::uint64_t fBindingId = 0;
+  std::uint64_t fAsk;
+  std::uint64_t fCase = 0;
 };
 
 // A field that an expression reads, by name.  REQUIRES of ValueIn: bound to the binding of that context.
 class VEYRA_API FieldSource {
  public:
+  // When a derived field is asked for its value.
   enum Preference : unsigned char {
-    kDerivedFirst,  // a derived field is asked for its value
-    kInputFirst,    // only when the record has none of that name
+    kComputed,     // always
+    kStoredFirst,  // unless the transformations keep it for their case
+    kInputFirst,   // unless the record has a value of that name
   };
 
   FieldSource() = default;
@@ -99,7 +108,7 @@ class VEYRA_API FieldSource {
   const ScoreValue* FindValueIn(const CaseContext& context) const;
 
   std::string fName;
-  Preference fPreference = kDerivedFirst;
+  Preference fPreference = kComputed;
   const ScoreDictVar* fVariable = nullptr;
   const TransformVar* fDerived = nullptr;  // the variable when it is derived
   int fSlot = -1;

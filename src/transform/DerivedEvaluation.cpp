@@ -6,6 +6,7 @@
 #include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
+#include "transform/ReadsFirst.h"
 #include "transform/SortedSearch.h"
 #include "transform/TransformVarInternal.h"
 
@@ -27,39 +28,65 @@ bool HasNumber(const ScoreValue& value) { return value.GetType() != ScoreValue::
 const ScoreValue* TransformVar::GetTransformedValue(const ScoreCaseRecord* input,
                                                     const ScoreDictionary* dataDictionary,
                                                     const ScoreDictionary* transformations) const {
-  const CaseContext context(input, dataDictionary, transformations);
-  const TransformationDictionary* const derived = context.GetDerivedValues();
-  if (derived == nullptr || !derived->Holds(*this)) return Evaluate(context);
-  if (derived->IsVarValueComputed(this)) return derived->GetVarValue(GetName());
-  derived->ComputeReads(*this, context);
-  return Evaluate(context);
+  return Evaluate(CaseContext(input, dataDictionary, transformations));
 }
 
 const ScoreValue* TransformVar::ValueIn(const CaseContext& context) const {
-  if (fState->isBeingEvaluated) return nullptr;
-  const ScoreValue* const value = Evaluate(context);
-  return fState->isTextMissing ? nullptr : value;
+  const State& state = *fState;
+  if (state.computedIn != context.GetAsk()) {
+    // Who is entered and not computed waits for the one that asks.
+    if (state.enteredIn == context.GetAsk()) return nullptr;
+    Evaluate(context);
+  }
+  return state.isTextMissing ? nullptr : state.result;
 }
 
 bool TransformVar::IsTextMissing() const { return fState->isTextMissing; }
 
-const ScoreValue* TransformVar::Evaluate(const CaseContext& context, ScoreValue* place) const {
-  State& state = *fState;
-  if (state.isConstantSet) return state.own.get();
-  state.result = nullptr;
-  if (fExpression == TransformationDictionary::TE_CONSTANT) {
-    SetConstant();
-    return state.own.get();
+const ScoreValue* TransformVar::Evaluate(const CaseContext& context) const {
+  BindTo(context);
+  if (!fState->reads.empty()) {
+    const auto readsOf = [](const TransformVar* var) -> auto& { return var->fState->reads; };
+    const auto enter = [&context](const TransformVar* var, const TransformVar* reader) {
+      const ScoreValue* stored = nullptr;
+      const bool isExpression = reader->fExpression == TransformationDictionary::TE_APPLY;
+      if (var->fState->enteredIn == context.GetAsk()) return false;
+      if (var != reader && isExpression && context.FindStored(*var, stored)) return false;
+      var->BindTo(context);
+      var->fState->enteredIn = context.GetAsk();
+      return true;
+    };
+    VisitReadsFirst(this, readsOf, enter, [&context](const TransformVar* var) { var->Compute(context); });
   }
-  if (place != nullptr && place->GetType() == TypeOf(DictVar::GetVarType())) state.result = place;
+  return Compute(context);
+}
+
+const ScoreValue* TransformVar::Compute(const CaseContext& context, ScoreValue* place) const {
+  State& state = *fState;
+  if (state.computedIn == context.GetAsk()) return state.result;
+  state.enteredIn = context.GetAsk();
+  if (fExpression == TransformationDictionary::TE_CONSTANT) {
+    if (!state.isConstantSet) SetConstant();
+  } else {
+    BindTo(context);
+    if (fExpression == TransformationDictionary::TE_LAG) {
+      ComputeLag(context);
+    } else {
+      const bool isOfType = place != nullptr && place->GetType() == TypeOf(DictVar::GetVarType());
+      state.result = isOfType ? place : nullptr;
+      ComputeInto(state.work, context);
+    }
+  }
+  state.computedIn = context.GetAsk();
+  return state.result;
+}
+
+void TransformVar::BindTo(const CaseContext& context) const {
+  State& state = *fState;
   const std::uint64_t id = context.GetBindingId();
   const bool isSame = state.isBound && id != 0 && id == state.bindingId;
   if (!isSame && (!state.isBound || state.binding != context.GetBinding())) Bind(context);
   state.bindingId = id;
-  state.isBeingEvaluated = true;
-  ComputeInto(state.work, context);
-  state.isBeingEvaluated = false;
-  return state.result;
 }
 
 void TransformVar::Bind(const CaseContext& context) const {
@@ -69,8 +96,7 @@ void TransformVar::Bind(const CaseContext& context) const {
     state.source = FieldSource(fExpression == TransformationDictionary::TE_APPLY ? std::string() : fFieldName,
                                preference);
     state.blockSources.clear();
-    for (const std::string& name : fBlockNames)
-      state.blockSources.emplace_back(name, FieldSource::kDerivedFirst);
+    for (const std::string& name : fBlockNames) state.blockSources.emplace_back(name, FieldSource::kComputed);
     if (fRoot && state.program == nullptr) state.program = std::make_unique<Program>(*fRoot);
     std::vector<const ScoreValueRange*> ranges;
     for (const Bin& bin : fBins) ranges.push_back(bin.range.Get());
@@ -80,6 +106,10 @@ void TransformVar::Bind(const CaseContext& context) const {
   for (std::size_t i = 0; i < state.blockSources.size(); ++i)
     state.blockSources[i].Bind(context, fBlockVariables[i]);
   if (state.program != nullptr) state.program->Bind(context);
+  state.reads.clear();
+  for (const std::string& name : GetReads())
+    if (const auto* const read = dynamic_cast<const TransformVar*>(context.FindVariable(name)))
+      state.reads.push_back(read);
   state.binding = context.GetBinding();
   state.isBound = true;
 }
@@ -107,8 +137,6 @@ void TransformVar::ComputeInto(Operand& out, const CaseContext& context) const {
     case TransformationDictionary::TE_MAPVALUES:
       GetMappedValue(context, value, out);
       break;
-    case TransformationDictionary::TE_LAG:
-      return GetLagValue(context, value, out);
     default:
       break;
   }
@@ -119,12 +147,12 @@ void TransformVar::ComputeInto(Operand& out, const CaseContext& context) const {
 // ------------------------------------------------------------------------
 
 void TransformVar::SetConstant() const {
+  fState->result = nullptr;
   Operand constant;
-  const auto length = static_cast<int>(fConstString.size());
   if (GetVarType() == kNUMERIC_VAR) {
     constant.SetNumber(NumericValue(fConstString).GetNumber());
   } else {
-    constant.LendText(fConstString, length);
+    constant.LendText(fConstString, static_cast<std::int64_t>(fConstString.size()));
   }
   StoreResult(constant);
   fState->isConstantSet = true;
@@ -198,7 +226,8 @@ void TransformVar::NormContinuous(const ScoreDictVar* source, const ScoreValue* 
   if (DictVar::GetVarType() != kNUMERIC_VAR) return;
   const bool isMissing = value == nullptr || (source != nullptr && source->IsMissingValue(value));
   if (isMissing) return LendRecoded(fRecodeMissValueTo.Get(), out);
-  out.SetNumber(GetNormValue(value->GetDouble()));
+  const double number = GetNormValue(value->GetDouble());
+  if (std::isfinite(number)) out.SetNumber(number);
 }
 
 void TransformVar::LendRecoded(const ScoreValue* recoded, Operand& out) const {
@@ -306,9 +335,18 @@ void TransformVar::GetMappedValue(const CaseContext& context, const ScoreValue* 
   if (fMapValues) out.Lend(fMapValues->getValue(context));
 }
 
-// Absent values are kept too, so that every case moves the history by one.  Stores the result itself: the
-// oldest value makes room for the newest.
-void TransformVar::GetLagValue(const CaseContext& context, const ScoreValue* value, Operand& out) const {
+// The answer stays in the variable's own value: whoever asks again in the same case gets it once more.
+void TransformVar::ComputeLag(const CaseContext& context) const {
+  State& state = *fState;
+  const bool isAnswered = context.GetCase() != 0 && state.lagCase == context.GetCase();
+  state.result = isAnswered ? state.own.get() : nullptr;
+  if (isAnswered) return;
+  state.lagCase = context.GetCase();
+  MoveLag(context, state.source.ValueIn(context));
+}
+
+// Absent values are kept too, so that every case moves the history by one.
+void TransformVar::MoveLag(const CaseContext& context, const ScoreValue* value) const {
   State& state = *fState;
   bool isSameBlock = true;
   for (std::size_t i = 0; i < state.blockSources.size(); ++i) {
@@ -321,8 +359,10 @@ void TransformVar::GetLagValue(const CaseContext& context, const ScoreValue* val
     }
     history.Push(current);
   }
-  if (state.history.IsFull() && isSameBlock) out.Lend(state.history.Oldest());
-  StoreResult(out);
+  state.work.SetMissingNumber();
+  if (state.history.IsFull() && isSameBlock) state.work.Lend(state.history.Oldest());
+  // Stored before the oldest value makes room for the newest.
+  StoreResult(state.work);
   state.history.Push(value);
 }
 

@@ -1,10 +1,12 @@
 #include <algorithm>
+#include <utility>
 
 #include "data/DateTimeValue.h"
 #include "data/Identity.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 #include "transform/DerivedValuesInternal.h"
+#include "transform/ReadsFirst.h"
 
 namespace KxVeyra_940 {
 
@@ -40,7 +42,6 @@ DerivedValues::DerivedValues(TransformationDictionary& dictionary, const std::ve
   const auto count = static_cast<std::size_t>(fRecord.Size());
   fFields.resize(count);
   fIsComputed.resize(count);
-  fIsBeingComputed.resize(count);
   fIsTextMissing.resize(count);
 }
 
@@ -50,7 +51,7 @@ void DerivedValues::Refresh(const TransformationDictionary& dictionary) {
   const std::vector<std::string> names = fRecord.GetVarNames(true);
   for (std::size_t slot = 0; slot < fFields.size(); ++slot) {
     const auto* const var = dynamic_cast<const TransformVar*>(dictionary.GetVar(names[slot]));
-    fFields[slot].var = const_cast<TransformVar*>(var);
+    fFields[slot].var = var;
     fFields[slot].reads.clear();
     if (var == nullptr) continue;
     for (const std::string& name : var->GetReads())
@@ -60,47 +61,14 @@ void DerivedValues::Refresh(const TransformationDictionary& dictionary) {
   OrderFields();
 }
 
-// The field, after everything that it reads and that is not done; a stack of our own, for chains are long.
-template <class IsDone>
-void DerivedValues::ReadsFirst(std::size_t slot, IsDone isDone, std::vector<std::size_t>& order) const {
-  struct Visit {
-    std::size_t slot;
-    std::size_t next;
-  };
-  std::vector<Visit> open;
-  std::vector<unsigned char> isSeen(fFields.size());
-  const auto enter = [&](std::size_t entered) {
-    if (isSeen[entered] != 0 || isDone(entered)) return;
-    isSeen[entered] = 1;
-    open.push_back({entered, 0});
-  };
-  enter(slot);
-  while (!open.empty()) {
-    Visit& visit = open.back();
-    const std::vector<std::size_t>& reads = fFields[visit.slot].reads;
-    if (visit.next < reads.size()) {
-      enter(reads[visit.next++]);
-      continue;
-    }
-    order.push_back(visit.slot);
-    open.pop_back();
-  }
-}
-
 void DerivedValues::OrderFields() {
   fOrder.clear();
-  std::vector<unsigned char> isOrdered(fFields.size());
-  const auto isDone = [&](std::size_t slot) { return isOrdered[slot] != 0; };
-  for (std::size_t slot = 0; slot < fFields.size(); ++slot) {
-    const std::size_t from = fOrder.size();
-    // In most documents a field reads only earlier ones.
-    if (std::ranges::all_of(fFields[slot].reads, isDone)) {
-      if (!isDone(slot)) fOrder.push_back(slot);
-    } else if (!isDone(slot)) {
-      ReadsFirst(slot, isDone, fOrder);
-    }
-    for (std::size_t i = from; i < fOrder.size(); ++i) isOrdered[fOrder[i]] = 1;
-  }
+  std::vector<unsigned char> isEntered(fFields.size());
+  const auto enter = [&](std::size_t slot, std::size_t) { return std::exchange(isEntered[slot], 1) == 0; };
+  for (std::size_t slot = 0; slot < fFields.size(); ++slot)
+    VisitReadsFirst(
+        slot, [this](std::size_t read) -> auto& { return fFields[read].reads; }, enter,
+        [this](std::size_t done) { fOrder.push_back(done); });
 }
 
 void DerivedValues::ForgetAll() { std::ranges::fill(fIsComputed, static_cast<unsigned char>(0)); }
@@ -117,45 +85,26 @@ void DerivedValues::ComputeAll(CaseContext& context) {
     fBindingId = NextIdentity();
   }
   context.SetBindingId(fBindingId);
-  for (const std::size_t slot : fOrder)
-    if (fIsComputed[slot] == 0) Compute(slot, context);
-}
-
-void DerivedValues::ComputeReads(std::size_t slot, const CaseContext& context) {
-  const std::vector<std::size_t>& reads = fFields[slot].reads;
-  const auto isDone = [this](std::size_t read) {
-    return fIsComputed[read] != 0 || fIsBeingComputed[read] != 0;
-  };
-  if (std::ranges::all_of(reads, isDone)) return;
-  std::vector<std::size_t> order;
-  fIsBeingComputed[slot] = 1;
-  for (const std::size_t read : reads) {
-    order.clear();
-    ReadsFirst(read, isDone, order);
-    for (const std::size_t needed : order) Compute(needed, context);
-  }
-  fIsBeingComputed[slot] = 0;
-}
-
-const ScoreValue* DerivedValues::ValueAt(std::size_t slot, const CaseContext& context) {
-  if (fIsComputed[slot] == 0) {
-    if (fIsBeingComputed[slot] != 0) return nullptr;
-    ComputeReads(slot, context);
-    Compute(slot, context);
-  }
-  return fIsTextMissing[slot] != 0 ? nullptr : fRecord.GetAllValues()[slot];
+  for (const std::size_t slot : fOrder) Compute(slot, context);
 }
 
 void DerivedValues::Compute(std::size_t slot, const CaseContext& context) {
   const TransformVar* const var = fFields[slot].var;
-  if (var == nullptr || fIsBeingComputed[slot] != 0) return;
+  if (var == nullptr) return;
   ScoreValue* const place = fRecord.GetAllValues()[slot];
-  fIsBeingComputed[slot] = 1;
-  const ScoreValue* const value = var->Evaluate(context, place);
-  fIsBeingComputed[slot] = 0;
+  const ScoreValue* const value = var->Compute(context, place);
   if (value != place) Store(slot, *var, *value);
   fIsComputed[slot] = 1;
   fIsTextMissing[slot] = var->IsTextMissing() ? 1 : 0;
+}
+
+bool DerivedValues::FindStored(const TransformVar& var, const ScoreValue*& value) const {
+  const int index = var.GetValueIndex();
+  if (!IsComputed(index)) return false;
+  const auto slot = static_cast<std::size_t>(index);
+  if (fFields[slot].var != &var) return false;
+  value = fIsTextMissing[slot] != 0 ? nullptr : fRecord.GetAllValues()[slot];
+  return true;
 }
 
 void DerivedValues::Store(std::size_t slot, const TransformVar& var, const ScoreValue& value) {

@@ -25,27 +25,22 @@ class DerivedValues {
   void Refresh(const TransformationDictionary& dictionary);
   void ForgetAll();
 
-  bool Holds(const ScoreDictVar& var) const {
-    const int slot = var.GetValueIndex();
-    return IsSlot(slot) && fFields[static_cast<std::size_t>(slot)].var == &var;
-  }
   bool IsComputed(int slot) const { return IsSlot(slot) && fIsComputed[static_cast<std::size_t>(slot)] != 0; }
   void SetComputed(int slot);
+  // Computes every field and keeps its value.
   void ComputeAll(CaseContext& context);
-  void ComputeReads(std::size_t slot, const CaseContext& context);
-  // Computed now when it is not yet; null for a text without value and while it is being computed.
-  const ScoreValue* ValueAt(std::size_t slot, const CaseContext& context);
+  // Whether the field of this very variable is computed; `value` becomes what is kept, null for a text
+  // without value.
+  bool FindStored(const TransformVar& var, const ScoreValue*& value) const;
 
  private:
   struct Field {
-    TransformVar* var = nullptr;     // null for a name without a derived variable
-    std::vector<std::size_t> reads;  // slots
+    const TransformVar* var = nullptr;  // null for a name without a derived variable
+    std::vector<std::size_t> reads;     // slots
   };
 
   bool IsSlot(int slot) const { return slot >= 0 && static_cast<std::size_t>(slot) < fFields.size(); }
   void OrderFields();
-  template <class IsDone>
-  void ReadsFirst(std::size_t slot, IsDone isDone, std::vector<std::size_t>& order) const;
   void Compute(std::size_t slot, const CaseContext& context);
   void Store(std::size_t slot, const TransformVar& var, const ScoreValue& value);
 
@@ -57,7 +52,6 @@ class DerivedValues {
   CaseContext::Binding fBinding;    // of the last case, and the number that stands for it
   std::uint64_t fBindingId = 0;
   std::vector<unsigned char> fIsComputed;
-  std::vector<unsigned char> fIsBeingComputed;
   std::vector<unsigned char> fIsTextMissing;
 };
 

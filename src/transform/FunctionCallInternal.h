@@ -4,6 +4,7 @@
 #define VEYRA_TRANSFORM_FUNCTIONCALLINTERNAL_H_
 
 #include <unicode/regex.h>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -16,6 +17,9 @@
 namespace KxVeyra_940 {
 
 // The last regular expression of a call, compiled: in most documents it never changes.
+//
+// A search takes a limited number of steps and a limited stack, both counted and not timed, so that no
+// pattern and no text can hold a case up: an expression that would take more is one that fails.
 class RegularExpression {
  public:
   // Null for a pattern that does not compile.  `text` lives as long as the matcher is used.
@@ -28,11 +32,12 @@ class RegularExpression {
 };
 
 bool FindsMatch(RegularExpression& expression, std::string_view text, std::string_view pattern);
-// Replaces `out`: every match replaced, or the text itself when the expression or the replacement is none.
-void ReplaceMatches(RegularExpression& expression, std::string_view text, std::string_view pattern,
-                    std::string_view replacement, std::string& out);
+// Replaces `out`: every match replaced, or the text itself when the expression or the replacement fails.
+// False, with `out` left as it is, for a result of more than `maxSize` bytes.
+bool ReplaceMatches(RegularExpression& expression, std::string_view text, std::string_view pattern,
+                    std::string_view replacement, std::int64_t maxSize, std::string& out);
 
-// The median of values none of which is missing, which it sorts; system-missing without any.
+// The median of values none of which is missing, which it sorts; system-missing without any and with a NaN.
 double MedianOf(std::vector<double>& values);
 
 // Which numbers make a condition take its first branch.

@@ -1,5 +1,6 @@
 #include "transform/FunctionTable.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -84,8 +85,7 @@ using Part = double (DateTimeValue::*)() const;
 // First minus second, both in stored seconds.
 template <Duration duration>
 Outcome Difference(Call& call) {
-  if (call.Count() != 2 || call[0].kind != Operand::kDateTime || call[1].kind == Operand::kText)
-    return Outcome::kNoResult;
+  if (call.Count() != 2 || call[0].kind != Operand::kDateTime) return Outcome::kNoResult;
   const DateTimeValue first(call[0].number, call[0].dateTimeKind);
   const DateTimeValue second(call[1].number, DateTimeValue::kDateTimeVal);
   return Answer(call, (first.*duration)(second));
@@ -251,9 +251,9 @@ constexpr FunctionBody Unchanged{TakeOver, [](double x, double, double) { return
 // --- Texts
 // ----------------------------------------------------------------------------------------------------
 
-using TextMap = int (*)(std::string_view, int, std::string&);
+using TextMap = std::int64_t (*)(std::string_view, std::int64_t, std::string&);
 
-Outcome AnswerText(Call& call, int length) {
+Outcome AnswerText(Call& call, std::int64_t length) {
   call.result.SetBufferAsText(length);
   return Outcome::kDone;
 }
@@ -264,20 +264,39 @@ Outcome MapText(Call& call) {
   return AnswerText(call, map(call[0].text, call[0].length, call.result.buffer));
 }
 
-int TrimEnd(std::string_view text, int, std::string& out) { return TrimTrailing(text, out); }
+std::int64_t TrimEnd(std::string_view text, std::int64_t, std::string& out) {
+  return TrimTrailing(text, out);
+}
+
+std::int64_t SizeOf(std::string_view text) { return static_cast<std::int64_t>(text.size()); }
+
+// How long a text may become: no function makes one longer than this out of shorter ones.
+std::int64_t MaxSize(const Call& call) {
+  constexpr std::int64_t kMaxMadeText = std::int64_t{16} << 20;
+  std::int64_t size = kMaxMadeText;
+  for (const Operand* operand : call.operands) size = std::max(size, SizeOf(operand->text));
+  return size;
+}
 
 Outcome Concat(Call& call) {
+  const std::int64_t maxSize = MaxSize(call);
+  std::int64_t size = 0;
+  for (const Operand* operand : call.operands) {
+    size += std::max<std::int64_t>(operand->length, 0);
+    if (size > maxSize) return Outcome::kNoResult;
+  }
   std::string& out = call.result.buffer;
   out.clear();
   for (const Operand* operand : call.operands) AppendFitted(operand->text, operand->length, out);
-  return AnswerText(call, static_cast<int>(out.size()));
+  return AnswerText(call, size);
 }
 
 Outcome Replace(Call& call) {
   if (call.Count() != 3) return Outcome::kNoResult;
   std::string& out = call.result.buffer;
-  ReplaceMatches(call.memory.expression, call[0].text, call[1].text, call[2].text, out);
-  return AnswerText(call, static_cast<int>(out.size()));
+  const bool isDone =
+      ReplaceMatches(call.memory.expression, call[0].text, call[1].text, call[2].text, MaxSize(call), out);
+  return isDone ? AnswerText(call, SizeOf(out)) : Outcome::kNoResult;
 }
 
 Outcome Matches(Call& call) {
@@ -295,7 +314,9 @@ Outcome Substring(Call& call) {
   return AnswerText(call, UnitsFrom(call[0].text, call[1].number, call[2].number, call.result.buffer));
 }
 
-Outcome Length(Call& call) { return call.Count() == 1 ? Answer(call, call[0].length) : Outcome::kNoResult; }
+Outcome Length(Call& call) {
+  return call.Count() == 1 ? Answer(call, static_cast<double>(call[0].length)) : Outcome::kNoResult;
+}
 
 // --- Recodings
 // --------------------------------------------------------------------------------------------------
@@ -317,7 +338,8 @@ Outcome Impute(Call& call) {
   }
   const Operand& target = call[1 - memory.categoricalOperand];
   const ScoreValueLabelSet* const labels = memory.categorical->GetValueLabels();
-  if (target.isMissing || labels == nullptr) return Outcome::kNoResult;
+  if (target.isMissing) return Outcome::kMissingOperand;
+  if (labels == nullptr) return Outcome::kNoResult;
   const ScoreValue* const nearest = T::ImputeCatFieldMissingAgainstConTargetHandle(
       target.number, labels->GetAllValueLabels(), *memory.means, *memory.variances);
   if (nearest == nullptr) return Outcome::kNoResult;
@@ -378,15 +400,15 @@ constexpr FunctionRow kFunctions[] = {
     {TF_CDFNORM, "cdfnorm", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::CdfNorm>},
     {TF_IDF_NORMAL, "idf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
     {TF_PDF_NORMAL, "pdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
-    {TF_DATE_YEARS_DIFFERENCE, "date_years_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationYears>}},
-    {TF_DATE_MONTHS_DIFFERENCE, "date_months_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMonths>}},
-    {TF_DATE_DAYS_DIFFERENCE, "date_days_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationDays>}},
+    {TF_DATE_YEARS_DIFFERENCE, "date_years_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationYears>}},
+    {TF_DATE_MONTHS_DIFFERENCE, "date_months_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMonths>}},
+    {TF_DATE_DAYS_DIFFERENCE, "date_days_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationDays>}},
     {TF_YEAR_FROM_DATE, "year-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractYear>}},
     {TF_MONTH_FROM_DATE, "month-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMonth>}},
     {TF_DAY_FROM_DATE, "day-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractDay>}},
-    {TF_TIME_HOURS_DIFFERENCE, "time_hours_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationHours>}},
-    {TF_TIME_MINUTES_DIFFERENCE, "time_minutes_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMinutes>}},
-    {TF_TIME_SECONDS_DIFFERENCE, "time_seconds_difference", nullptr, kD, 2, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationSeconds>}},
+    {TF_TIME_HOURS_DIFFERENCE, "time_hours_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationHours>}},
+    {TF_TIME_MINUTES_DIFFERENCE, "time_minutes_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMinutes>}},
+    {TF_TIME_SECONDS_DIFFERENCE, "time_seconds_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationSeconds>}},
     {TF_HOUR_FROM_TIME, "hour-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractHour>}},
     {TF_MINUTE_FROM_TIME, "minute-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMinute>}},
     {TF_SECOND_FROM_TIME, "second-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractSecond>}},

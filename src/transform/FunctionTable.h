@@ -39,7 +39,14 @@ enum FunctionClass : unsigned {
 enum class ParameterRule : unsigned char { kAnything, kNumbers, kTexts, kTextThenNumbers };
 
 // How the evaluation looks at operands: a text in the place of a number counts as the number it writes.
-enum class OperandRule : unsigned char { kAsTheyAre, kNumbers, kTexts, kTextThenNumbers, kFirstIsNumber };
+enum class OperandRule : unsigned char {
+  kAsTheyAre,
+  kNumbers,
+  kTexts,
+  kTextThenNumbers,
+  kFirstIsNumber,
+  kThenNumbers,  // the first one as it is
+};
 
 // When a missing operand decides the result, before the function is called.
 enum class MissingRule : unsigned char {
@@ -55,7 +62,12 @@ enum class MissingRule : unsigned char {
 enum class ResultRule : unsigned char { kNumber, kText, kOfTheOperand };
 
 // What the function did.
-enum class Outcome : unsigned char { kDone, kNoResult, kDomainError };
+enum class Outcome : unsigned char {
+  kDone,
+  kNoResult,
+  kDomainError,
+  kMissingOperand,  // one that it needed, of a function that settles nothing before
+};
 
 // A function of numbers that are there; it looks at the first one, two or three.
 using NumberFunction = double (*)(double, double, double);

@@ -41,7 +41,7 @@ InlineTable::~InlineTable() {
 
 void InlineTable::AppendInputField(const ScoreDictVar* variable) {
   fInputFields.push_back(variable);
-  fSources.emplace_back(variable->GetName(), FieldSource::kDerivedFirst);
+  fSources.emplace_back(variable->GetName(), FieldSource::kComputed);
   fIsBound = false;
 }
 
@@ -50,7 +50,7 @@ void InlineTable::AppendReads(std::vector<std::string>& names) const {
 }
 
 // A missing number, or NaN, is in no order with any other and would be taken for every key.
-bool InlineTable::IsUsable(const std::vector<ScoreValue*>& key) {
+bool InlineTable::IsUsable(Key key) {
   return std::ranges::all_of(key, [](const ScoreValue* value) {
     if (value == nullptr) return false;
     if (value->GetType() == ScoreValue::kStringValueType) return true;
@@ -72,8 +72,7 @@ const ScoreValue* InlineTable::getValue(const ScoreCaseRecord* input, const Scor
 }
 
 const ScoreValue* InlineTable::getValue(const CaseContext& context) {
-  fKey.clear();
-  CollectKey(context, fKey);
+  CollectKey(context);
   if (fInfoCode != kFound) return nullptr;
   const ScoreValue* const output = Find(fKey);
   if (output == nullptr) fInfoCode = kNoRow;
@@ -83,10 +82,13 @@ const ScoreValue* InlineTable::getValue(const CaseContext& context) {
 void InlineTable::GetInputValuesFromRecord(const ScoreCaseRecord* input, std::vector<ScoreValue*>& values,
                                            const ScoreDictionary* dataDictionary,
                                            const ScoreDictionary* transformations) {
-  CollectKey(CaseContext(input, dataDictionary, transformations), values);
+  CollectKey(CaseContext(input, dataDictionary, transformations));
+  // Lent through pointers that would allow changes; whoever asks does not make them.
+  for (const ScoreValue* value : fKey) values.push_back(const_cast<ScoreValue*>(value));
 }
 
-void InlineTable::CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values) {
+void InlineTable::CollectKey(const CaseContext& context) {
+  fKey.clear();
   if (!fIsBound || fBinding != context.GetBinding()) {
     for (std::size_t i = 0; i < fSources.size(); ++i) fSources[i].Bind(context, fInputFields[i]);
     fBinding = context.GetBinding();
@@ -96,7 +98,7 @@ void InlineTable::CollectKey(const CaseContext& context, std::vector<ScoreValue*
   for (const FieldSource& source : fSources) {
     const ScoreValue* const value = source.ValueIn(context);
     if (value == nullptr || source.GetVariable()->IsMissingValue(value)) return;
-    values.push_back(const_cast<ScoreValue*>(value));
+    fKey.push_back(value);
   }
   fInfoCode = kFound;
 }
@@ -122,6 +124,8 @@ void InlineTable::BuildIndex() {
     for (const ScoreValue* value : key) fCells.push_back(CellOf(value));
     fOutputs.push_back(output);
   }
+  const auto isDateTime = [](const Cell& cell) { return cell.type == ScoreValue::kDateTimeValueType; };
+  fHoldsDateTimes = std::ranges::any_of(fCells, isDateTime);
   BuildTextIndex();
   fIsIndexed = true;
 }
@@ -160,11 +164,26 @@ const ScoreValue* InlineTable::FindText(const ScoreValue& key) const {
   return row == NameIndex::kNone ? nullptr : fTextRows[row].output;
 }
 
-const ScoreValue* InlineTable::Find(const std::vector<ScoreValue*>& key) {
+// A date-time passes, whatever stands opposite; all else is equal to values of its own kind.
+bool InlineTable::IsEqual(const Cell& left, const Cell& right) {
+  if (left.type == right.type) return Order(left, right) == 0;
+  return left.type == ScoreValue::kDateTimeValueType || right.type == ScoreValue::kDateTimeValueType;
+}
+
+bool InlineTable::IsRow(std::size_t row, Key key) const {
+  for (std::size_t i = 0; i < key.size(); ++i)
+    if (!IsEqual(fCells[row * key.size() + i], CellOf(key[i]))) return false;
+  return true;
+}
+
+const ScoreValue* InlineTable::Find(Key key) {
   if (!fIsIndexed) BuildIndex();
   const std::size_t rows = fOutputs.size();
   const std::size_t width = rows == 0 ? 0 : fCells.size() / rows;
   if (rows == 0 || key.size() != width || !IsUsable(key)) return nullptr;
+  constexpr auto kDateTime = ScoreValue::kDateTimeValueType;
+  const auto isDateTime = [](const ScoreValue* value) { return value->GetType() == kDateTime; };
+  if (fHoldsDateTimes || std::ranges::any_of(key, isDateTime)) return FindPassing(key);
   if (!fTextRows.empty()) return FindText(*key[0]);
   // One key column is what nearly every table has.
   const Cell first = width == 0 ? Cell{0, {}, ScoreValue::kNumericValueType} : CellOf(key[0]);
@@ -181,15 +200,14 @@ const ScoreValue* InlineTable::Find(const std::vector<ScoreValue*>& key) {
     low += isBefore ? half + 1 : 0;
     size = isBefore ? size - half - 1 : half;
   }
-  if (low == rows || orderOfRow(low) != 0) return nullptr;
-  // A number where the rows have a text, or the other way round, is no match; date-times are not looked at.
-  for (std::size_t i = 0; i < width; ++i) {
-    const ScoreValue::ValueType row = fCells[low * width + i].type;
-    const ScoreValue::ValueType given = key[i]->GetType();
-    constexpr auto kPassed = ScoreValue::kDateTimeValueType;
-    if (row != given && row != kPassed && given != kPassed) return nullptr;
-  }
-  return fOutputs[low];
+  return low < rows && IsRow(low, key) ? fOutputs[low] : nullptr;
+}
+
+// With positions that pass, the rows that match do not stand side by side.
+const ScoreValue* InlineTable::FindPassing(Key key) const {
+  for (std::size_t row = 0; row < fOutputs.size(); ++row)
+    if (IsRow(row, key)) return fOutputs[row];
+  return nullptr;
 }
 
 }  // namespace KxVeyra_940

@@ -1,7 +1,8 @@
 // The rows of a value map: from a tuple of input values to an output value.
 //
 // Look-ups go through an index that is built on first use, hashed for one column of texts and sorted for all
-// else: logarithmic at most, and nothing is allocated.
+// else: logarithmic at most, and nothing is allocated.  A key with a date-time, which matches whatever stands
+// opposite, is compared with the rows in their order: the first one that matches is found.
 // Ownership: the table owns keys and outputs.
 // Threads: the info code and the index make a table usable by one thread at a time.  Nothing throws.
 
@@ -10,6 +11,7 @@
 
 #include <cstdint>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +37,8 @@ struct VEYRA_API compare {
 
 class VEYRA_API InlineTable {
  public:
+  using Key = std::span<const ScoreValue* const>;
+
   enum InfoCode : int { kFound = 0, kInputMissing = 1, kNoRow = 2 };
 
   InlineTable();
@@ -64,7 +68,7 @@ class VEYRA_API InlineTable {
   // The names of the input fields.
   void AppendReads(std::vector<std::string>& names) const;
   // The output of the row whose key it is, lent; null when there is none.
-  const ScoreValue* Find(const std::vector<ScoreValue*>& key);
+  const ScoreValue* Find(Key key);
 
  private:
   // One position of a key.
@@ -77,11 +81,14 @@ class VEYRA_API InlineTable {
   static Cell CellOf(const ScoreValue* value);
   // Negative, 0 or positive; cells of different kinds and date-times pass as equal.
   static int Order(const Cell& left, const Cell& right);
-  static bool IsUsable(const std::vector<ScoreValue*>& key);
-  void CollectKey(const CaseContext& context, std::vector<ScoreValue*>& values);
+  static bool IsEqual(const Cell& left, const Cell& right);
+  static bool IsUsable(Key key);
+  void CollectKey(const CaseContext& context);
   void BuildIndex();
   void BuildTextIndex();
+  bool IsRow(std::size_t row, Key key) const;
   const ScoreValue* FindText(const ScoreValue& key) const;
+  const ScoreValue* FindPassing(Key key) const;
 
   std::vector<const ScoreDictVar*> fInputFields;
   std::map<std::vector<ScoreValue*>, ScoreValue*, compare> fRows;  // all owned
@@ -107,8 +114,9 @@ class VEYRA_API InlineTable {
   NameIndex fTexts;  // of a table with one column of texts
   std::vector<TextRow> fTextRows;
   std::string fLongTexts;
+  bool fHoldsDateTimes = false;
   bool fIsIndexed = false;
-  std::vector<ScoreValue*> fKey;  // of the case
+  std::vector<const ScoreValue*> fKey;  // of the case
 };
 
 }  // namespace KxVeyra_940

@@ -12,7 +12,7 @@ void MapValues::AddFieldColumnPair(const std::string& field, const std::string& 
 
 void MapValues::AddRefVar(const ScoreDictVar* variable) {
   fRefVars.push_back(variable);
-  fSources.emplace_back(variable->GetName(), FieldSource::kDerivedFirst);
+  fSources.emplace_back(variable->GetName(), FieldSource::kComputed);
 }
 
 void MapValues::AppendReads(std::vector<std::string>& names) const {

@@ -6,6 +6,7 @@
 #ifndef VEYRA_TRANSFORM_OPERAND_H_
 #define VEYRA_TRANSFORM_OPERAND_H_
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -26,7 +27,7 @@ struct VEYRA_API Operand {
   double number = NumericValue::gSysmisValue;  // seconds since 1970 (since midnight) for a date-time
   std::string_view text;                       // lent by a field or a constant, or in `buffer`
   std::string buffer;
-  int length = 0;  // the declared length of a text
+  std::int64_t length = 0;  // the declared length of a text
   Kind kind = kNumber;
   DateTimeValue::DateTimeValType dateTimeKind = DateTimeValue::kDateTimeVal;
   bool isMissing = true;         // no value: an absent field, the system-missing number, a text without value
@@ -44,14 +45,14 @@ struct VEYRA_API Operand {
     dateTimeKind = type;
   }
   // `lent` outlives the use of the operand.
-  void LendText(std::string_view lent, int declaredLength) {
+  void LendText(std::string_view lent, std::int64_t declaredLength) {
     text = lent;
     length = declaredLength;
     kind = kText;
     isMissing = isCountedMissing = false;
   }
   // The text is what `buffer` holds.
-  void SetBufferAsText(int declaredLength) { LendText(buffer, declaredLength); }
+  void SetBufferAsText(std::int64_t declaredLength) { LendText(buffer, declaredLength); }
   void SetMissingNumber() { SetNumber(NumericValue::gSysmisValue); }
   void SetMissingText() {
     LendText(std::string_view(), 0);

@@ -39,9 +39,30 @@ bool InvalidIsMissing(const FunctionTree* node) {
   return node != nullptr && node->GetNodeStats().GetInvalidValueTreatment() == ApplyNodeStats::kAsMissing;
 }
 
-// A replacement that is there and is a value.
-const ScoreValue* Usable(const ScoreValue* replacement) {
-  return replacement == nullptr || replacement->IsSystemMissingValue() ? nullptr : replacement;
+// A value as text, as it is shown.
+std::string ShownText(const Operand& value) {
+  return value.kind == Operand::kNumber ? NumericValue(value.number).GetString()
+                                        : DateTimeValue(value.number, value.dateTimeKind).GetString();
+}
+
+// A replacement of the field's type as an operand of another function has it: of the kind that the functions
+// of its node give.  Null when it is no such value.
+std::unique_ptr<ScoreValue> AsOperand(const ScoreValue* replacement, ResultRule result) {
+  Operand value;
+  value.Lend(replacement);
+  if (value.isMissing) return nullptr;
+  const bool isText = value.kind == Operand::kText;
+  if (result == ResultRule::kNumber && value.kind != Operand::kNumber)
+    value.SetNumber(isText ? NumberOfText(value.text) : value.number);
+  if (value.isMissing) return nullptr;
+  if (result == ResultRule::kText && !isText) return std::make_unique<StringValue>(ShownText(value));
+  if (result == ResultRule::kNumber) return std::make_unique<NumericValue>(value.number);
+  return std::unique_ptr<ScoreValue>(replacement->Clone());
+}
+
+// The field's value as it stands.
+std::unique_ptr<ScoreValue> AsResult(const ScoreValue* replacement) {
+  return std::unique_ptr<ScoreValue>(replacement == nullptr ? nullptr : replacement->Clone());
 }
 
 bool NeedsNumber(OperandRule rule, std::size_t i) {
@@ -49,6 +70,7 @@ bool NeedsNumber(OperandRule rule, std::size_t i) {
     case OperandRule::kNumbers:
       return true;
     case OperandRule::kTextThenNumbers:
+    case OperandRule::kThenNumbers:
       return i > 0;
     case OperandRule::kFirstIsNumber:
       return i == 0;
@@ -88,7 +110,7 @@ void Program::Flatten(FunctionTree& root) {
     const std::vector<Operand*> operands(waiting.end() - static_cast<std::ptrdiff_t>(count), waiting.end());
     waiting.resize(waiting.size() - count);
     if (IsFunction(node)) {
-      AddStep(node, operands, fOperands[i]);
+      AddStep(node, &node == &root, operands, fOperands[i]);
     } else {
       AddLeaf(node, &node == &root ? nullptr : node.GetParent(), fOperands[i]);
     }
@@ -100,19 +122,24 @@ void Program::AddLeaf(FunctionTree& node, const FunctionTree* parent, Operand& o
   const ApplyNodeStats& stats = node.GetNodeStats();
   if (stats.IsConstNode()) return operand.Lend(stats.GetValue());
   if (stats.GetParameterName().empty()) return;
-  fLoads.push_back({&node, FieldSource(stats.GetParameterName(), FieldSource::kDerivedFirst), &operand,
+  fLoads.push_back({&node, FieldSource(stats.GetParameterName(), FieldSource::kStoredFirst), &operand,
                     stats.GetFieldrefRecodeMissValueRep(), AsksAccount(parent), InvalidIsMissing(parent)});
 }
 
-void Program::AddStep(FunctionTree& node, const std::vector<Operand*>& operands, Operand& result) {
+void Program::AddStep(FunctionTree& node, bool isRoot, const std::vector<Operand*>& operands,
+                      Operand& result) {
   const ApplyNodeStats& stats = node.GetNodeStats();
   Step step;
   step.function = FindFunction(stats.GetTransformFunction());
   step.given.assign(operands.begin(), operands.end());
   step.seen = step.given;
   step.result = &result;
-  step.replacement = Usable(stats.GetRecodeMissValueRep());
-  step.fallback = stats.GetDefaultValue();
+  const ScoreValue* const replacement = stats.GetRecodeMissValueRep();
+  const ScoreValue* const fallback = stats.GetDefaultValue();
+  const ResultRule rule = step.function->result;
+  step.replacement = isRoot ? AsResult(replacement) : AsOperand(replacement, rule);
+  if (step.replacement != nullptr && step.replacement->IsSystemMissingValue()) step.replacement.reset();
+  step.fallback = isRoot ? AsResult(fallback) : AsOperand(fallback, rule);
   step.invalidIsMissing = InvalidIsMissing(&node);
   const std::vector<std::vector<double>>& arrays = stats.GetArrays();
   if (arrays.size() == 2) {
@@ -218,6 +245,7 @@ void Program::Step::Execute(std::vector<double>& numbers) {
       outcome = Outcome::kDomainError;
     }
   }
+  if (outcome == Outcome::kMissingOperand) return AnswerMissing();
   if (outcome == Outcome::kNoResult) return AnswerDefault();
   if (outcome == Outcome::kDomainError) return invalidIsMissing ? AnswerDefault() : AnswerNothing();
   result->isCountedMissing = result->isMissing;
@@ -231,8 +259,7 @@ const Operand* Program::Step::Converted(std::size_t i) {
   if (from.kind == Operand::kText) {
     to.SetNumber(from.isMissing ? NumericValue::gSysmisValue : NumberOfText(from.text));
   } else {
-    to.buffer = from.kind == Operand::kNumber ? NumericValue(from.number).GetString()
-                                              : DateTimeValue(from.number, from.dateTimeKind).GetString();
+    to.buffer = ShownText(from);
     to.SetBufferAsText(static_cast<int>(to.buffer.size()));
   }
   to.isInvalid = from.isInvalid;

@@ -61,8 +61,9 @@ class Program {
     std::vector<const Operand*> seen;      // what the function sees: texts as numbers where those are due
     std::unique_ptr<Operand[]> converted;  // made on first need
     Operand* result;
-    const ScoreValue* replacement;  // null for none
-    const ScoreValue* fallback;     // null for none
+    // Null for none.  Of the field's type at the root, elsewhere of the kind that the function gives.
+    std::unique_ptr<const ScoreValue> replacement;
+    std::unique_ptr<const ScoreValue> fallback;
     bool invalidIsMissing;
     FunctionMemory memory;
 
@@ -78,7 +79,7 @@ class Program {
 
   void Flatten(FunctionTree& root);
   void AddLeaf(FunctionTree& node, const FunctionTree* parent, Operand& operand);
-  void AddStep(FunctionTree& node, const std::vector<Operand*>& operands, Operand& result);
+  void AddStep(FunctionTree& node, bool isRoot, const std::vector<Operand*>& operands, Operand& result);
   NumberSteps MakeNumberSteps() const;
   bool RunOverNumbers(const CaseContext& context);
   void BindImputation(Step& step);

@@ -82,6 +82,9 @@ TransformVar::TransformVar(const TransformVar& other)
   if (fMapValues) fMapValues->SetDerivedVar(this);
   fState->history = other.fState->history;
   fState->blockHistories = other.fState->blockHistories;
+  fState->lagCase = other.fState->lagCase;
+  if (other.fState->own != nullptr) fState->own.reset(other.fState->own->Clone());
+  fState->isTextMissing = other.fState->isTextMissing;
 }
 
 TransformVar::~TransformVar() = default;

@@ -8,8 +8,8 @@
 // A translator builds the variable; once it has been evaluated, its description no longer changes.
 // Ownership: what the setters take is owned; variables that it refers to are not, and are looked up again by
 // name in the dictionaries of each call (the pointers serve where no dictionary has the name).
-// Threads: a variable holds the values of the current case and the history of a lag: one thread at a time.
-// Nothing throws.
+// Threads: a variable holds the values of the current case and the history of a lag: one thread at a time,
+// also through const operations. Nothing throws.
 
 #ifndef VEYRA_TRANSFORM_TRANSFORMVAR_H_
 #define VEYRA_TRANSFORM_TRANSFORMVAR_H_
@@ -57,8 +57,9 @@ class VEYRA_API TransformVar : public DictVar {
   void Display(std::ostream& out) const override;
   bool IsDerivedVariable() const override;
 
-  // The value for the case, lent until the next call: the dictionary's when `transformations` is set up and
-  // has computed it for this case already.  Without a value: the system-missing number or the empty text.
+  // The value for the case, computed from `input` and lent until the next call; a lag's history moves once
+  // per case that `transformations` has opened (see there).  Expressions take from `transformations` what is
+  // computed for its case.  Without a value: the system-missing number or the empty text.
   const ScoreValue* GetTransformedValue(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
                                         const ScoreDictionary* transformations) const;
 
@@ -119,17 +120,23 @@ class VEYRA_API TransformVar : public DictVar {
 
   // The names of the fields that the value depends on.
   std::vector<std::string> GetReads() const;
-  // Computes the value for the case, whatever a dictionary holds; lent until the next call.  It is written to
-  // `place` when that is a value of the variable's type, unless it is a constant; null for no such place.
-  const ScoreValue* Evaluate(const CaseContext& context, ScoreValue* place = nullptr) const;
+  // The value for the ask of `context`, computed at the first call, lent until another ask.  It is written to
+  // `place` when that is a value of the variable's type, unless it is a constant or a lag; null for no such
+  // place.  What the variable reads should be computed for the ask already: else it is done now, by
+  // recursion.
+  const ScoreValue* Compute(const CaseContext& context, ScoreValue* place = nullptr) const;
   // Whether the last result is a text without value.
   bool IsTextMissing() const;
-  // Evaluate, but null for a text without value and for a variable that is being evaluated.
+  // What a field that reads the variable sees: null for a text without value, and for a variable whose value
+  // depends on the field.
   const ScoreValue* ValueIn(const CaseContext& context) const;
 
  private:
   struct State;
 
+  // Compute, after everything that the variable reads.
+  const ScoreValue* Evaluate(const CaseContext& context) const;
+  void BindTo(const CaseContext& context) const;
   void Bind(const CaseContext& context) const;
   void ComputeInto(Operand& out, const CaseContext& context) const;
   void SetConstant() const;
@@ -143,7 +150,8 @@ class VEYRA_API TransformVar : public DictVar {
   void GetEncodedValue(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const;
   void GetBinningValue(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const;
   void GetMappedValue(const CaseContext& context, const ScoreValue* value, Operand& out) const;
-  void GetLagValue(const CaseContext& context, const ScoreValue* value, Operand& out) const;
+  void ComputeLag(const CaseContext& context) const;
+  void MoveLag(const CaseContext& context, const ScoreValue* value) const;
   void HandleMissingAndInvalidValue(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const;
   // A recode value as it is: a system-missing number gives none to a numeric result.
   void LendRecoded(const ScoreValue* recoded, Operand& out) const;

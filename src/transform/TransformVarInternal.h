@@ -3,6 +3,7 @@
 #ifndef VEYRA_TRANSFORM_TRANSFORMVARINTERNAL_H_
 #define VEYRA_TRANSFORM_TRANSFORMVARINTERNAL_H_
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -19,16 +20,19 @@ struct TransformVar::State {
   ScoreValue* result = nullptr;     // what holds the last result: `own`, or the place that was given for it
   bool isTextMissing = false;
   bool isConstantSet = false;
-  bool isBeingEvaluated = false;
+  std::uint64_t enteredIn = 0;   // the ask that last came here
+  std::uint64_t computedIn = 0;  // the ask that `result` answers
 
   bool isBound = false;
   CaseContext::Binding binding;
   std::uint64_t bindingId = 0;  // of the last context; 0 when it had none
   FieldSource source;
+  std::vector<const TransformVar*> reads;
   std::unique_ptr<Program> program;
   Operand work;
   BinFinder bins;
 
+  std::uint64_t lagCase = 0;  // the case whose answer of the lag is in `own`
   ValueHistory history;
   std::vector<ValueHistory> blockHistories;
   std::vector<FieldSource> blockSources;

@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "data/Identity.h"
 #include "transform/CaseContext.h"
 #include "transform/DerivedValuesInternal.h"
 
@@ -15,7 +16,8 @@ TransformationDictionary::TransformationDictionary() = default;
 TransformationDictionary::TransformationDictionary(const TransformationDictionary& other)
     : BaseDictionary(other),
       fDerivedVarNames(other.fDerivedVarNames),
-      fValues(other.fValues == nullptr ? nullptr : std::make_unique<DerivedValues>(*other.fValues)) {
+      fValues(other.fValues == nullptr ? nullptr : std::make_unique<DerivedValues>(*other.fValues)),
+      fCase(other.fCase) {
   if (fValues != nullptr) fValues->Refresh(*this);
 }
 
@@ -25,6 +27,7 @@ TransformationDictionary& TransformationDictionary::operator=(const Transformati
   BaseDictionary::operator=(copy);
   fDerivedVarNames.swap(copy.fDerivedVarNames);
   fValues.swap(copy.fValues);
+  fCase = copy.fCase;
   if (fValues != nullptr) fValues->Refresh(*this);
   return *this;
 }
@@ -58,7 +61,8 @@ ScoreCaseRecord* TransformationDictionary::GetValuesForDerivedVars(const ScoreCa
   if (input != nullptr) {
     fValues->Refresh(*this);
     fValues->ForgetAll();
-    CaseContext context(input, dataDictionary, this);
+    OpenCase();
+    CaseContext context(input, dataDictionary, this, fCase);
     fValues->ComputeAll(context);
   }
   return &fValues->Record();
@@ -97,23 +101,21 @@ bool TransformationDictionary::IsVarValueComputed(const ScoreDictVar* var) const
   return fValues != nullptr && var != nullptr && fValues->IsComputed(var->GetValueIndex());
 }
 
+// Numbers that no other dictionary has, but for its copies, and that no single ask has.
+void TransformationDictionary::OpenCase() {
+  constexpr int kRoomForCases = 32;
+  fCase = fCase == 0 ? NextIdentity() << kRoomForCases : fCase + 1;
+}
+
 void TransformationDictionary::Reset() {
+  OpenCase();
   if (fValues != nullptr) fValues->ForgetAll();
 }
 
-bool TransformationDictionary::Holds(const ScoreDictVar& var) const {
+bool TransformationDictionary::FindStored(const TransformVar& var, const ScoreValue*& value) const {
   if (fValues == nullptr) return false;
   fValues->Refresh(*this);
-  return fValues->Holds(var);
-}
-
-const ScoreValue* TransformationDictionary::ValueOf(const ScoreDictVar& var,
-                                                    const CaseContext& context) const {
-  return fValues->ValueAt(static_cast<std::size_t>(var.GetValueIndex()), context);
-}
-
-void TransformationDictionary::ComputeReads(const ScoreDictVar& var, const CaseContext& context) const {
-  fValues->ComputeReads(static_cast<std::size_t>(var.GetValueIndex()), context);
+  return fValues->FindStored(var, value);
 }
 
 }  // namespace KxVeyra_940

@@ -5,15 +5,18 @@
 //   for each case:
 //     const ScoreCaseRecord* derived = dictionary->GetValuesForDerivedVars(&record, dataDictionary);
 //
-// A field is computed once per case, whoever asks for it and in whatever order fields refer to each other.  A
-// field that depends on itself finds no value there.
-// Threads: a dictionary holds the values of one case and serves one thread; copies share nothing.  The
-// built-in functions are free of state.
-// Nothing throws: what cannot be computed is the system-missing number or a text without value.
+// GetValuesForDerivedVars and Reset open a case.  Fields may refer to each other in any order; one that
+// depends on itself finds no value there.  A single field that is asked for its value (TransformVar::
+// GetTransformedValue) computes it from the record that it is given; expressions take the fields that are
+// computed for the case as they are.  The history of a lag moves once per case, whoever asks and how often;
+// in a dictionary that has opened no case it moves at every ask. Threads: a dictionary holds the values of
+// one case and serves one thread; copies share nothing.  The built-in functions are free of state. Nothing
+// throws: what cannot be computed is the system-missing number or a text without value.
 
 #ifndef VEYRA_TRANSFORM_TRANSFORMATIONDICTIONARY_H_
 #define VEYRA_TRANSFORM_TRANSFORMATIONDICTIONARY_H_
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,8 +30,8 @@
 
 namespace KxVeyra_940 {
 
-class CaseContext;
 class DerivedValues;
+class TransformVar;
 
 class VEYRA_API TransformationDictionary : public BaseDictionary {
  public:
@@ -81,18 +84,14 @@ class VEYRA_API TransformationDictionary : public BaseDictionary {
   // The value of a derived field in this case, lent; null for an unknown one.
   const ScoreValue* GetVarValue(const std::string& name) const;
   bool IsVarValueComputed(const ScoreDictVar* var) const;
-  // Starts a new case: nothing counts as computed.  Whoever asks single variables for their values calls it
-  // before each case.
+  // Opens a case: nothing counts as computed.  Whoever asks single variables for their values calls it before
+  // each case.
   void Reset();
-
-  // Whether the variable's values are kept here.
-  bool Holds(const ScoreDictVar& var) const;
-  // The value of such a variable for the case of `context`: the stored one when it is computed already, else
-  // it is computed and stored, what it reads first.  Null for a text without value and for a variable that is
-  // being computed.
-  const ScoreValue* ValueOf(const ScoreDictVar& var, const CaseContext& context) const;
-  // Computes and stores what the variable depends on, as far as that is kept here.
-  void ComputeReads(const ScoreDictVar& var, const CaseContext& context) const;
+  // The number of the case that is open; 0 before the first one.
+  std::uint64_t GetCase() const { return fCase; }
+  // Whether the value of the variable is kept here and computed for the case; it becomes `value`, lent, null
+  // for a text without value.
+  bool FindStored(const TransformVar& var, const ScoreValue*& value) const;
 
   // --- Built-in functions: the system-missing number for a wrong count, a missing operand and an operand
   // outside the domain, where nothing else is said.
@@ -173,8 +172,11 @@ class VEYRA_API TransformationDictionary : public BaseDictionary {
       const std::vector<double>& variances);
 
  private:
+  void OpenCase();
+
   std::vector<std::string> fDerivedVarNames;  // in evaluation order
   std::unique_ptr<DerivedValues> fValues;     // null until the set-up
+  std::uint64_t fCase = 0;
 };
 
 }  // namespace KxVeyra_940

@@ -146,7 +146,7 @@ FunctionTree* PMMLTranslator::HandleApply(DOMElement* apply, const ScoreDictVar*
   stats.SetNodeID(NextNodeID());
   node->SetNodeStats(stats);
   if (parent != nullptr) parent->Add(owned.release());
-  if (node->GetLevel() > kMaxApplyDepth)
+  if (node->GetLevel() >= kMaxApplyDepth)
     RaiseWithDetail(MessageId::kProcessingError, {XML_ELE_APPLY},
                     " Nested deeper than " + std::to_string(kMaxApplyDepth) + " elements.");
 

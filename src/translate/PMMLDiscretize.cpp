@@ -51,35 +51,35 @@ struct Bounds {
   bool highIncluded;
 };
 
-bool AreIntersecting(const Bounds& a, const Bounds& b) {
-  const auto isInside = [](double x, const Bounds& range) { return range.low < x && x < range.high; };
-  if (a.low == b.low && a.high == b.high) return true;
-  if (isInside(a.low, b) || isInside(a.high, b) || isInside(b.low, a) || isInside(b.high, a)) return true;
-  return (a.high == b.low && a.highIncluded && b.lowIncluded) ||
-         (b.high == a.low && b.highIncluded && a.lowIncluded);
-}
-
-// Whether two of the ranges intersect.  In the order of their lower ends, a range that intersects an earlier
-// one intersects the one that reaches furthest, or its neighbour.
+// Whether two of the ranges intersect: their bounds are equal, they touch at a point that both include, or a
+// bound of one lies strictly inside the other.  Every two are compared, inverted ranges too, without trying
+// every pair.
 bool AnyIntersect(const std::vector<std::unique_ptr<ScoreValueRange>>& ranges) {
   std::vector<Bounds> bounds;
-  bounds.reserve(ranges.size());
-  for (const auto& range : ranges)
-    bounds.push_back({range->GetMin()->GetDouble(), range->GetMax()->GetDouble(), range->GetLowEnd(),
-                      range->GetHighEnd()});
-  std::ranges::sort(bounds, [](const Bounds& a, const Bounds& b) {
-    return a.low != b.low ? a.low < b.low : a.high < b.high;
-  });
-  const auto reachesFurther = [](const Bounds& a, const Bounds& b) {
-    return a.high != b.high ? a.high > b.high : a.highIncluded && !b.highIncluded;
-  };
-  std::size_t furthest = 0;
-  for (std::size_t i = 1; i < bounds.size(); ++i) {
-    if (AreIntersecting(bounds[furthest], bounds[i]) || AreIntersecting(bounds[i - 1], bounds[i]))
-      return true;
-    if (reachesFurther(bounds[i], bounds[furthest])) furthest = i;
+  std::vector<double> ends;
+  std::vector<double> includedLows;
+  for (const auto& range : ranges) {
+    const double low = range->GetMin()->GetDouble(), high = range->GetMax()->GetDouble();
+    bounds.push_back({low, high, range->GetLowEnd(), range->GetHighEnd()});
+    ends.insert(ends.end(), {low, high});
+    if (range->GetLowEnd()) includedLows.push_back(low);
   }
-  return false;
+  std::ranges::sort(ends);
+  std::ranges::sort(includedLows);
+  const auto isInside = [&ends](const Bounds& range) {
+    const auto first = std::ranges::upper_bound(ends, range.low);
+    return first != ends.end() && *first < range.high;
+  };
+  const auto isTouched = [&includedLows](const Bounds& range) {
+    if (!range.highIncluded) return false;
+    const auto touching = std::ranges::equal_range(includedLows, range.high);
+    const bool isItself = range.lowIncluded && range.low == range.high;
+    return std::ranges::size(touching) > (isItself ? 1U : 0U);
+  };
+  const auto limits = [](const Bounds& range) { return std::pair(range.low, range.high); };
+  std::ranges::sort(bounds, {}, limits);
+  return std::ranges::adjacent_find(bounds, {}, limits) != bounds.end() ||
+         std::ranges::any_of(bounds, isInside) || std::ranges::any_of(bounds, isTouched);
 }
 
 // Reads the bins of one Discretize.

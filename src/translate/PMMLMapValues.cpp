@@ -27,6 +27,7 @@ using KxXML_940::EqualsAscii;
 using KxXML_940::ToUTF8;
 using xercesc::DOMElement;
 
+constexpr std::size_t kNoColumn = static_cast<std::size_t>(-1);
 constexpr int kUnknownFieldCode = 1;
 constexpr char kNotPredefined[] = ": not predefined!";
 
@@ -60,11 +61,12 @@ class MapReader {
   void ReadTable(const DOMElement& table);
   void ReadMapExtension(const DOMElement& extension);
   void AddMissingTarget(const DOMElement& extension);
-  void ReadRow(const DOMElement& row);
-  Column NewColumn(const DOMElement& cell) const;
-  std::size_t PlaceOf(const DOMElement& cell, std::size_t expected);
+  void ReadRow(const DOMElement& row, InlineTable& table);
+  std::size_t NewColumn(const DOMElement& cell, InlineTable& table);
+  std::size_t PlaceOf(const DOMElement& cell, std::size_t expected) const;
   std::unique_ptr<ScoreValue> ReadCell(const DOMElement& cell, const ScoreDictVar& field);
   [[noreturn]] void RefuseColumn() const;
+  [[noreturn]] static void RefuseWidth(const XMLCh* column);
 
   const PMMLTranslator& fTranslator;
   TransformVar& fVariable;
@@ -72,11 +74,11 @@ class MapReader {
   const ScoreDictionary* fTransformations;
   MapValues* fMap;  // the variable's
   const XMLCh* fOutputColumn = nullptr;
-  const XMLCh* fFieldText = nullptr;  // the last field named
+  const XMLCh* fFieldText = nullptr;  // the last field named, and its column
+  const XMLCh* fKeyColumn = nullptr;
   const ScoreDictVar* fLastField = nullptr;
   std::string fFieldName;
-  InlineTable* fTable = nullptr;  // the map's
-  std::vector<Column> fColumns;
+  std::vector<Column> fColumns;  // of the table being read, none before its first row
   std::u16string fBuffer;
 };
 
@@ -116,8 +118,9 @@ void MapReader::ReadPair(const DOMElement& pair) {
   fLastField = PMMLTranslator::FindVariable(fFieldName, fDataDictionary, fTransformations);
   if (fLastField == nullptr)
     throw VYException(kUnknownFieldCode, ToUTF8(fFieldText) + kNotPredefined, &gErrorFormater);
+  fKeyColumn = Attribute(pair, XML_ATT_FIELDCOLPAIR_COLUMN);
   fMap->AddRefVar(fLastField);
-  fMap->AddFieldColumnPair(fFieldName, ToUTF8(Attribute(pair, XML_ATT_FIELDCOLPAIR_COLUMN)));
+  fMap->AddFieldColumnPair(fFieldName, ToUTF8(fKeyColumn));
 }
 
 // A value of the last field that gives the system-missing number.
@@ -140,9 +143,6 @@ void MapReader::ReadMapExtension(const DOMElement& extension) {
 }
 
 void MapReader::ReadTable(const DOMElement& table) {
-  fTable = new InlineTable;
-  fMap->SetInlineTable(fTable);
-  fColumns.clear();
   if (fLastField == nullptr) Raise(MessageId::kMissingDefinitionIn, {XML_ELE_FIELDCOLPAIR, XML_ELE_INLTABLE});
   const DOMElement* extension = FirstChildElement(&table);
   if (extension != nullptr && HasTag(*extension, XML_ELE_EXTENSION) &&
@@ -153,56 +153,71 @@ void MapReader::ReadTable(const DOMElement& table) {
          extension = NextSiblingElement(extension))
       fTranslator.HandleZENTExtensions(extension, &fVariable);
   }
-  ForEachElementBelow(table, XML_ELE_ROW, [this](const DOMElement& row) { ReadRow(row); });
+  auto rows = std::make_unique<InlineTable>();
+  fColumns.clear();
+  ForEachElementBelow(table, XML_ELE_ROW, [&](const DOMElement& row) { ReadRow(row, *rows); });
+  fMap->SetInlineTable(rows.release());
 }
 
-void MapReader::ReadRow(const DOMElement& row) {
-  const bool isFirst = fTable->GetInputFields().empty();
+// The first row says which columns are keys: one at least, or nothing would be looked up.
+void MapReader::ReadRow(const DOMElement& row, InlineTable& table) {
+  const bool isFirst = fColumns.empty();
   Values key(fColumns.size());
   std::unique_ptr<ScoreValue> output;
   std::size_t expected = 0;
+  const auto refuseSecond = [](const DOMElement& cell) {
+    Raise(MessageId::kMoreThanOneIn, {ToUTF8(cell.getTagName()), XML_ELE_ROW});
+  };
   ForEachChildElement(&row, [&](const DOMElement& cell) {
     if (xercesc::XMLString::equals(cell.getTagName(), fOutputColumn)) {
+      if (output != nullptr) refuseSecond(cell);
       output.reset(fTranslator.CarefullyMakeVarValue(&fVariable, TextOf(cell, fBuffer)));
       return;
     }
-    if (isFirst) {
-      fColumns.push_back(NewColumn(cell));
-      fTable->AppendInputField(fColumns.back().field);
+    std::size_t place = PlaceOf(cell, expected++);
+    if (place == kNoColumn && !isFirst) RefuseColumn();
+    if (place == kNoColumn) {
+      place = NewColumn(cell, table);
       key.emplace_back();
     }
-    const std::size_t place = isFirst ? key.size() - 1 : PlaceOf(cell, expected++);
-    if (key[place] != nullptr) Raise(MessageId::kMoreThanOneIn, {ToUTF8(cell.getTagName()), XML_ELE_ROW});
+    if (key[place] != nullptr) refuseSecond(cell);
     key[place] = ReadCell(cell, *fColumns[place].field);
   });
-  if (output == nullptr) Raise(MessageId::kMissingNodeIn, {ToUTF8(fOutputColumn), XML_ELE_ROW});
+  if (output == nullptr) RefuseWidth(fOutputColumn);
+  if (fColumns.empty()) RefuseWidth(fKeyColumn);
   for (std::size_t i = 0; i < key.size(); ++i)
-    if (key[i] == nullptr) Raise(MessageId::kMissingNodeIn, {ToUTF8(fColumns[i].tag), XML_ELE_ROW});
+    if (key[i] == nullptr) RefuseWidth(fColumns[i].tag);
   std::vector<ScoreValue*> released;
   released.reserve(key.size());
   for (std::unique_ptr<ScoreValue>& value : key) released.push_back(value.release());
-  fTable->AddInputOutput(released, output.release());
+  table.AddInputOutput(released, output.release());
 }
 
 // The place of a cell in the key: that of the first row, wherever the cell stands in this one.
-std::size_t MapReader::PlaceOf(const DOMElement& cell, std::size_t expected) {
+std::size_t MapReader::PlaceOf(const DOMElement& cell, std::size_t expected) const {
   const auto isColumn = [&](std::size_t i) {
     return xercesc::XMLString::equals(cell.getTagName(), fColumns[i].tag);
   };
   if (expected < fColumns.size() && isColumn(expected)) return expected;
   for (std::size_t i = 0; i < fColumns.size(); ++i)
     if (isColumn(i)) return i;
-  RefuseColumn();
+  return kNoColumn;
 }
 
-MapReader::Column MapReader::NewColumn(const DOMElement& cell) const {
+std::size_t MapReader::NewColumn(const DOMElement& cell, InlineTable& table) {
   const auto& fields = fMap->GetColumnToFieldMap();
   const auto pair = fields.find(ToUTF8(cell.getTagName()));
   const ScoreDictVar* const field =
       pair == fields.end() ? nullptr
                            : PMMLTranslator::FindVariable(pair->second, fDataDictionary, fTransformations);
   if (field == nullptr) RefuseColumn();
-  return {cell.getTagName(), field};
+  fColumns.push_back({cell.getTagName(), field});
+  table.AppendInputField(field);
+  return fColumns.size() - 1;
+}
+
+void MapReader::RefuseWidth(const XMLCh* column) {
+  Raise(MessageId::kMissingNodeIn, {ToUTF8(column), XML_ELE_ROW});
 }
 
 void MapReader::RefuseColumn() const {

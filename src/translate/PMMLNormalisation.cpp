@@ -107,8 +107,8 @@ std::string PMMLTranslator::HandleNormDiscrete(DOMElement* element, ScoreDictVar
   if (!IsEmpty(text)) {
     if (std::unique_ptr<ScoreValue> category = ReadCategory(*this, field, text))
       variable.AddEncodingMap(category.release(), new NumericValue(1));
-    variable.SetRecodeDefaultValue(new NumericValue(0));
   }
+  variable.SetRecodeDefaultValue(new NumericValue(0));
   if (std::unique_ptr<ScoreValue> missing = OptionalValue(*element, XML_ATT_MISSREPVALUE, variable))
     variable.SetRecodeMissValueTo(missing.release());
   return field.GetName();

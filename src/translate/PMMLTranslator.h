@@ -128,8 +128,9 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // Fills the map of function names; a name that is there keeps its function.
   void InitFunctionMap();
   // A new expression node with what lies below it; `parent`, when there is one, takes it, else the caller
-  // owns it.  Errors 260120, 260151, 260153, 260173, 260174, 260215, 260221 (also for expressions nested
-  // deeper than kMaxApplyDepth), 260243, 260245, 260303.
+  // owns it.  Which nested functions a parent takes is said at VerifyParentAndChildFunction.  Errors 260120,
+  // 260151, 260153, 260173, 260174, 260215, 260221 (also for expressions nested deeper than kMaxApplyDepth),
+  // 260243, 260245, 260303.
   FunctionTree* HandleApply(xercesc::DOMElement* apply, const ScoreDictVar* derivedVar, FunctionTree* parent,
                             const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations);
   static constexpr int kMaxApplyDepth = 500;
@@ -156,7 +157,9 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
                            const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations,
                            TransformFunction function, const std::vector<TransformFunction>& childFunctions,
                            const ScoreDictVar* derivedVar) const;
-  // Error 260243 for a nested function whose result the parent does not take.
+  // Error 260243 for a nested function whose result the parent does not take.  Logic functions, "if", "value",
+  // the recasts and "greaterOrEqual" take any: what documents nest most is conditions, which a parent that took
+  // functions of its own class only could not hold.  Nothing is refused there.
   void VerifyParentAndChildFunction(TransformFunction parent, TransformFunction child) const;
   // Error 260245 for a field or constant of the wrong kind; a field that no dictionary has passes as a
   // number.

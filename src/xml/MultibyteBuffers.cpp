@@ -141,32 +141,37 @@ Outcome ToUTF8(std::u16string_view from, Room<char> room) {
 // --- Code pages
 
 // By way of a work buffer, because some converters write beyond their output, and one unit larger than the
-// room, because they call a full buffer too small when nothing but a shift sequence follows.  `whole` counts
-// the units that may stay of a cut output, which may end within a character.
+// room, because they call a full buffer too small when nothing but a shift sequence follows.  A text has
+// `expected` units in nearly every encoding; callbacks may write more, as long as there is room.  `whole`
+// counts the units that may stay of a cut output, which may end within a character.
 template <class To, class From, class Conversion, class Whole>
-Outcome ByConverter(UConverter* converter, From from, Room<To> room, Conversion convert, Whole whole) {
-  WorkBuffer<To> work(room.size + 1);
-  if (work.Get() == nullptr) return {0, kNotConverted};
-  Outcome outcome = convert(converter, from, work.Get(), room.size + 1);
-  if (outcome.status == kCut || outcome.written > room.size)
-    outcome = {whole(std::basic_string_view<To>(work.Get(), std::min(outcome.written, room.size))), kCut};
-  std::copy_n(work.Get(), outcome.written, room.start);
-  return outcome;
+Outcome ByConverter(UConverter* converter, From from, Room<To> room, std::size_t expected, Conversion convert,
+                    Whole whole) {
+  for (std::size_t size = std::min(room.size, expected);; size = std::min(room.size, size * 2)) {
+    WorkBuffer<To> work(size + 1);
+    if (work.Get() == nullptr) return {0, kNotConverted};
+    Outcome outcome = convert(converter, from, work.Get(), size + 1);
+    const bool isCut = outcome.status == kCut || outcome.written > size;
+    if (isCut && size < room.size) continue;
+    if (isCut)
+      outcome = {whole(std::basic_string_view<To>(work.Get(), std::min(outcome.written, size))), kCut};
+    std::copy_n(work.Get(), outcome.written, room.start);
+    return outcome;
+  }
 }
 
 Outcome ToCodePage(void* converter, std::u16string_view from, Room<char> room) {
   const ChosenConverter chosen(converter);
-  room.size = std::min(room.size, BytesFor(chosen.Get(), from.size()));
-  return ByConverter(chosen.Get(), from, room, FromUnicode,
+  return ByConverter(chosen.Get(), from, room, BytesFor(chosen.Get(), from.size()), FromUnicode,
                      [&](std::string_view text) { return ValidPrefix(chosen.Get(), text); });
 }
 
 Outcome FromCodePage(void* converter, std::string_view from, Room<char16_t> room) {
   const ChosenConverter chosen(converter);
-  room.size = std::min(room.size, from.size() * kMostUnits);
-  return ByConverter(chosen.Get(), from, room, ToUnicode, [](std::u16string_view text) {
-    return text.size() - (!text.empty() && U16_IS_LEAD(text.back()) ? 1 : 0);
-  });
+  return ByConverter(chosen.Get(), from, room, from.size() * kMostUnits + 1, ToUnicode,
+                     [](std::u16string_view text) {
+                       return text.size() - (!text.empty() && U16_IS_LEAD(text.back()) ? 1 : 0);
+                     });
 }
 
 // Converts by way of UTF-16, for which so many units are tried first.

@@ -108,6 +108,10 @@ std::size_t CountValid(Reader reader) {
   return count;
 }
 
+UChar32 InLowerCase(const Character& character) {
+  return character.isValid ? u_tolower(character.code) : character.code;
+}
+
 template <class Reader>
 int Compare(int caseSensitive, Reader a, Reader b, int* error) {
   int ignored = 0;
@@ -121,8 +125,8 @@ int Compare(int caseSensitive, Reader a, Reader b, int* error) {
     if ((hasLeft && !left.isValid) || (hasRight && !right.isValid)) status = kNotConverted;
     if (!hasLeft || !hasRight) return static_cast<int>(hasLeft) - static_cast<int>(hasRight);
     if (caseSensitive == 0) {
-      left.code = u_tolower(left.code);
-      right.code = u_tolower(right.code);
+      left.code = InLowerCase(left);
+      right.code = InLowerCase(right);
     }
     if (left.code != right.code) return left.code < right.code ? -1 : 1;
   }

@@ -184,6 +184,44 @@ ChosenConverter::ChosenConverter(void* converter)
     : fClone(converter == nullptr ? Clone(ZENTMBGetDefaultConverter()) : nullptr),
       fConverter(converter == nullptr ? fClone.get() : static_cast<UConverter*>(converter)) {}
 
+namespace {
+
+// A converter's callback as it is, and what it reports: the status of a conversion may lose a warning again
+// before the text ends.
+template <class Callback>
+struct Watched {
+  Callback callback = nullptr;
+  const void* context = nullptr;
+  bool hasSubstituted = false;
+
+  void See(UErrorCode status) {
+    hasSubstituted = hasSubstituted || status == kUnassigned || status == kIllegal;
+  }
+};
+using WatchedFromUnicode = Watched<UConverterFromUCallback>;
+using WatchedToUnicode = Watched<UConverterToUCallback>;
+
+void Watch(const void* context, UConverterFromUnicodeArgs* args, const char16_t* units, std::int32_t length,
+           UChar32 codePoint, UConverterCallbackReason reason, UErrorCode* status) {
+  auto& watched = *static_cast<WatchedFromUnicode*>(const_cast<void*>(context));
+  watched.callback(watched.context, args, units, length, codePoint, reason, status);
+  watched.See(*status);
+}
+
+void Watch(const void* context, UConverterToUnicodeArgs* args, const char* bytes, std::int32_t length,
+           UConverterCallbackReason reason, UErrorCode* status) {
+  auto& watched = *static_cast<WatchedToUnicode*>(const_cast<void*>(context));
+  watched.callback(watched.context, args, bytes, length, reason, status);
+  watched.See(*status);
+}
+
+Outcome OutcomeOf(std::size_t written, UErrorCode status, bool hasSubstituted) {
+  const int plain = StatusOf(status);
+  return {written, plain == kDone && hasSubstituted ? kNotConverted : plain};
+}
+
+}  // namespace
+
 // Both use the streaming calls: those for whole texts replace the warnings of the callbacks by one of their
 // own when the output exactly fills the room.
 
@@ -192,10 +230,14 @@ Outcome FromUnicode(UConverter* converter, std::u16string_view from, char* out, 
   UErrorCode status = U_ZERO_ERROR;
   const char16_t* source = from.data();
   char* target = out;
+  WatchedFromUnicode watched;
   ucnv_resetFromUnicode(converter);
+  ucnv_setFromUCallBack(converter, Watch, &watched, &watched.callback, &watched.context, &status);
   ucnv_fromUnicode(converter, &target, out + room, &source, from.data() + from.size(), nullptr, true,
                    &status);
-  return {static_cast<std::size_t>(target - out), StatusOf(status)};
+  UErrorCode restored = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(converter, watched.callback, watched.context, nullptr, nullptr, &restored);
+  return OutcomeOf(static_cast<std::size_t>(target - out), status, watched.hasSubstituted);
 }
 
 Outcome ToUnicode(UConverter* converter, std::string_view from, char16_t* out, std::size_t room) {
@@ -203,9 +245,13 @@ Outcome ToUnicode(UConverter* converter, std::string_view from, char16_t* out, s
   UErrorCode status = U_ZERO_ERROR;
   const char* source = from.data();
   char16_t* target = out;
+  WatchedToUnicode watched;
   ucnv_resetToUnicode(converter);
+  ucnv_setToUCallBack(converter, Watch, &watched, &watched.callback, &watched.context, &status);
   ucnv_toUnicode(converter, &target, out + room, &source, from.data() + from.size(), nullptr, true, &status);
-  return {static_cast<std::size_t>(target - out), StatusOf(status)};
+  UErrorCode restored = U_ZERO_ERROR;
+  ucnv_setToUCallBack(converter, watched.callback, watched.context, nullptr, nullptr, &restored);
+  return OutcomeOf(static_cast<std::size_t>(target - out), status, watched.hasSubstituted);
 }
 
 std::size_t BytesFor(UConverter* converter, std::size_t units) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace KxXML_940 {
 
@@ -48,6 +49,19 @@ Outcome ToUnicode(UConverter* converter, std::string_view from, char16_t* out, s
 // Rooms that hold the output for a text of so many units in nearly every encoding.
 std::size_t BytesFor(UConverter* converter, std::size_t units);
 std::size_t UnitsFor(std::size_t bytes);
+
+// Converts again into twice the room until the output fits.
+template <class Text, class Source, class Conversion>
+int IntoString(void* converter, Text& to, Source from, std::size_t room, Conversion convert) {
+  for (Text out;; room *= 2) {
+    out.resize(room);
+    const Outcome outcome = convert(static_cast<UConverter*>(converter), from, out.data(), out.size());
+    if (outcome.status == kCut) continue;
+    out.resize(outcome.written);
+    to = std::move(out);
+    return outcome.status;
+  }
+}
 
 // The number of leading bytes that are complete valid characters; nulls are characters.
 std::size_t ValidPrefix(void* converter, std::string_view text);

@@ -16,19 +16,6 @@ namespace KxXML_940 {
 
 namespace {
 
-// Converts again into twice the room until the output fits.
-template <class Text, class Source, class Conversion>
-int IntoString(void* converter, Text& to, Source from, std::size_t room, Conversion convert) {
-  for (Text out;; room *= 2) {
-    out.resize(room);
-    const Outcome outcome = convert(static_cast<UConverter*>(converter), from, out.data(), out.size());
-    if (outcome.status == kCut) continue;
-    out.resize(outcome.written);
-    to = std::move(out);
-    return outcome.status;
-  }
-}
-
 // A text that is in the right encoding already.
 int Copy(std::string& to, const std::string& from) {
   to = from;

@@ -26,8 +26,9 @@ bool SetLocale() {
   if (current == nullptr || std::string_view(current) != "C") return false;
   const std::string name = LocaleName(GetUserLocale().identifier);
   std::setlocale(LC_ALL, name.c_str());
-  static std::string environment = "LC_ALL=" + name;  // the environment refers to it from now on
-  putenv(environment.data());
+  // The environment refers to it from now on: it is never destroyed, for other libraries look there at exit.
+  static std::string* const environment = new std::string("LC_ALL=" + name);
+  putenv(environment->data());
   return true;
 }
 

@@ -3,10 +3,14 @@
 //   const VeyraTranscoder transcoder("windows-1252");
 //   const std::string name = transcoder.transcodeTo(element->getTagName());
 //
-// One object is used by one thread at a time, and only while the parser platform is up.
+// Every text is converted for itself, from the initial state of the encoding to its end.
+//
+// One object is used by one thread at a time, and made while the parser platform is up.
 
 #ifndef VEYRA_XML_VEYRATRANSCODER_H_
 #define VEYRA_XML_VEYRATRANSCODER_H_
+
+#include <unicode/ucnv.h>
 
 #include <memory>
 #include <string>
@@ -26,9 +30,10 @@ class VEYRA_API VeyraTranscoder {
   virtual ~VeyraTranscoder();
 
   // Whether the encoding is known.
-  bool IsKnown() const { return fTranscoder != nullptr; }
+  bool IsKnown() const { return fConverter != nullptr; }
 
-  // The text in the encoding, up to the first character that it cannot represent; empty for null.
+  // The text in the encoding, up to the first character that it cannot represent; empty for null.  What the
+  // encoding writes at the end of a text is part of a text that is converted whole.
   std::string transcodeTo(const char16_t* text) const;
 
   // A new null-terminated text, which the caller releases with delete[]: `text` from the encoding to UTF-16,
@@ -36,7 +41,11 @@ class VEYRA_API VeyraTranscoder {
   char16_t* ChangeChar2XML(const char* text) const;
 
  private:
-  std::unique_ptr<xercesc::XMLTranscoder> fTranscoder;
+  std::unique_ptr<xercesc::XMLTranscoder> fTranscoder;  // says that the parser knows the encoding
+  struct Closer {
+    void operator()(UConverter* converter) const noexcept { ucnv_close(converter); }
+  };
+  std::unique_ptr<UConverter, Closer> fConverter;  // converts; it stops where it cannot
   bool fIsUTF8 = false;
   bool fContainsAscii = false;  // every ASCII character is its own byte, in both directions
 };

@@ -70,7 +70,7 @@ TEST_F(TraceTest, ReadsTheConfiguration) {
   const struct {
     const char* what;
     std::string text;
-    int want;  // 0: off
+    int want;  // 0: no level is found, and the one before stays
   } kRows[] = {
       {"plain", "trace_leve,3\n", 3},
       {"no line feed at the end", "trace_leve,1", 1},
@@ -80,23 +80,29 @@ TEST_F(TraceTest, ReadsTheConfiguration) {
       {"only the first comma divides", "trace_leve,2,9\n", 2},
       {"other lines are passed over", "\nnothing\nkey,5\ntrace_leve,2\n", 2},
       {"a line of 63 characters", std::string(63, 'x') + "\ntrace_leve,2\n", 2},
-      {"a line of 64 characters ends the reading", std::string(64, 'x') + "\ntrace_leve,2\n", 0},
-      {"and is not used itself", "trace_leve,2" + std::string(52, ' ') + "\n", 0},
-      {"the longer key", "trace_level,2\n", 0},
-      {"another case", "Trace_leve,2\n", 0},
+      {"a line of 64 characters ends the reading", std::string(64, 'x') + "\ntrace_leve,3\n", 0},
+      {"and is not used itself", "trace_leve,3" + std::string(52, ' ') + "\n", 0},
+      {"the longer key", "trace_level,3\n", 0},
+      {"another case", "Trace_leve,3\n", 0},
       {"no number", "trace_leve,on\n", 0},
-      {"no comma", "trace_leve 2\n", 0},
+      {"no comma", "trace_leve 3\n", 0},
       {"an empty file", "", 0},
   };
   ScoringLog* const log = ScoringLog::GetInstance();
-  EXPECT_FALSE(log->IsOn(1));
+  int level = 0;
+  const auto expectLevel = [&] {
+    EXPECT_EQ(log->IsOn(1), level > 0);
+    EXPECT_TRUE(level == 0 || log->IsOn(level));
+    EXPECT_FALSE(log->IsOn(level + 1));
+  };
+  log->Initialize();
+  expectLevel();
   for (const auto& row : kRows) {
     SCOPED_TRACE(row.what);
     Configure(row.text);
     log->Initialize();
-    EXPECT_EQ(log->IsOn(1), row.want > 0);
-    EXPECT_TRUE(row.want == 0 || log->IsOn(row.want));
-    EXPECT_FALSE(log->IsOn(row.want + 1));
+    level = row.want > 0 ? row.want : level;
+    expectLevel();
   }
 }
 

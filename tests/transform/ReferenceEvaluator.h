@@ -34,13 +34,13 @@ class ReferenceEvaluator {
   ReferenceEvaluator(const CaseRecord& record, const ScoreDictionary& dictionary)
       : fRecord(record), fDictionary(dictionary) {}
 
-  Result Traverse(const FunctionTree& node) const {
+  Result Traverse(const FunctionTree& node, bool isRoot = true) const {
     const ApplyNodeStats& stats = node.GetNodeStats();
     if (stats.IsConstNode()) return Of(stats.GetValue());
     if (stats.GetTransformFunction() == kTransformFunctionCount) return Leaf(stats);
     std::vector<Result> arguments;
-    for (int i = 0; i < node.GetChildCount(); ++i) arguments.push_back(Traverse(*node.GetChildAt(i)));
-    Result result = Apply(stats, arguments);
+    for (int i = 0; i < node.GetChildCount(); ++i) arguments.push_back(Traverse(*node.GetChildAt(i), false));
+    Result result = Apply(stats, arguments, isRoot);
     result.counted = result.value == nullptr;
     result.invalid = false;
     return result;
@@ -116,7 +116,15 @@ class ReferenceEvaluator {
     return false;
   }
 
-  Result Apply(const ApplyNodeStats& stats, Args args) const {
+  // A replacement; below the root it is of the kind that the function gives.
+  static Result Replacement(const ScoreValue* value, int f, bool isRoot) {
+    const bool keeps = Is(f, {TF_IF, TF_VALUE, TF_RECAST_TO_ORDINAL, TF_RECAST_TO_SCALE});
+    if (isRoot || keeps) return Of(value);
+    const Result result = f >= TF_LOWERCASE && f <= TF_SUBSTRING ? AsText(Of(value)) : AsNumber(Of(value));
+    return result;
+  }
+
+  Result Apply(const ApplyNodeStats& stats, Args args, bool isRoot) const {
     const int f = stats.GetTransformFunction();
     const bool dateTime = f >= TF_DATE_YEARS_DIFFERENCE && f <= TF_SECOND_FROM_TIME;
     const bool numeric =
@@ -131,9 +139,9 @@ class ReferenceEvaluator {
         args[i] = AsText(args[i]);
     }
     const ScoreValue* const r = stats.GetRecodeMissValueRep();
-    const bool hasR = r != nullptr && !r->IsSystemMissingValue();
-    const auto fallback = [&] { return Of(stats.GetDefaultValue()); };
-    const auto missing = [&] { return hasR ? Of(r) : fallback(); };
+    const bool hasR = Replacement(r, f, isRoot).value != nullptr;
+    const auto fallback = [&] { return Replacement(stats.GetDefaultValue(), f, isRoot); };
+    const auto missing = [&] { return hasR ? Replacement(r, f, isRoot) : fallback(); };
     const bool asMissing = stats.GetInvalidValueTreatment() == ApplyNodeStats::kAsMissing;
     const auto absent = [&](std::size_t i) { return args[i].value == nullptr; };
     bool anyAbsent = false, anyInvalid = false;

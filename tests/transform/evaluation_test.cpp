@@ -85,6 +85,11 @@ TEST(Evaluation, FunctionsAnswer) {
       {"hours between", Field(Call("time_hours_difference", kM + kD)), "m=90000 d=0", "25"},
       {"year before the epoch", Field(Call("year-from-date", kD)), "d=-1", "1969"},
       {"month of a leap day", Field(Call("month-from-date", kD)), "d=11016", "2"},
+      {"seconds to the number of a text",
+       Field(Call("time_seconds_difference", kM + Call("if", Num("1") + kS + kS), kR)), "m=100 s='40'", "60"},
+      {"seconds to a text that is no number",
+       Field(Call("time_seconds_difference", kM + Call("if", Num("1") + kS + kS), kR)), "m=100 s='x'", "7"},
+      {"median of no number", Field(Call("median", kX + kY + Num("1"))), "x=nan y=3", "missing"},
       {"second of a day", Field(Call("second-from-time", kM)), "m=-1", "59"},
       {"outlier inside",
        Field(Call("outlierHandle", kX + Txt("asExtremeValues") + Num("0") + Num("2") + Num("3") + Num("4"))),
@@ -141,6 +146,69 @@ TEST(Evaluation, MissingOperandsDecideByFunction) {
   });
 }
 
+// A replacement is made as a value of the field's type; what another function is handed is of the kind that
+// the node gives.
+TEST(Evaluation, ANestedReplacementIsOfItsNodesKind) {
+  const auto lowOrHigh = [](const std::string& difference) {
+    return Field(Call("if", Call("lessThan", difference + Num("5")) + Txt("low") + Txt("high")), "string");
+  };
+  const std::string days = "dateDaysSince[1970]";
+  Check({
+      {"number in a text field", lowOrHigh(Call("-", kX + kY, "mapMissingTo='0'")), "y=1", "'low'"},
+      {"default in a text field", lowOrHigh(Call("-", kX + kY, "defaultValue='0'")), "y=1", "'low'"},
+      {"length in a text field", lowOrHigh(Call("length", kS, "mapMissingTo=' 7 '")), "", "'high'"},
+      {"no number", lowOrHigh(Call("-", kX + kY, "mapMissingTo='none' defaultValue='0'")), "y=1", "'low'"},
+      {"a missing operand is no condition", lowOrHigh(Call("-", kX + kY, "mapMissingTo='none'")), "y=1",
+       "''"},
+      {"text in a numeric field", Field(Call("length", Call("lowercase", kS, "mapMissingTo='500'"))), "",
+       "3"},
+      {"branch of the field's type",
+       Field(Call("concat", Call("if", kX + kS + kT, "mapMissingTo='a'") + Txt("!")), "string"), "", "'a!'"},
+      {"seconds in a date field",
+       Field(Call("if", Call("equal", Call("-", kX + kY, "mapMissingTo='1'") + Num("86400")) + kD + kM),
+             days),
+       "d=3 m=0", "1970-1-4"},
+      {"the root's stays", Field(Call("lg10", kX, "mapMissingTo='none'"), "string"), "", "'none'"},
+      {"the root's default stays", Field(Call("lg10", kX, "defaultValue='none'"), "string"), "", "'none'"},
+  });
+}
+
+// Patterns and texts that would hold a case up, or fill the memory, fail.
+TEST(Evaluation, NoCaseTakesUnboundedTimeOrRoom) {
+  const std::string letters(41, 'a');
+  const std::string manyLetters(20000, 'a');
+  std::string references;
+  for (int i = 0; i < 1000; ++i) references += "$0";
+  const auto wide = [](const std::string& name) {
+    return "<DerivedField name='" + name +
+           "' optype='categorical' dataType='string'><Extension name='stringLength' value='1000000000'/>" +
+           kS + "</DerivedField>";
+  };
+  std::string doubling = Field(kS, "string", "d0");
+  for (int i = 1; i <= 24; ++i) {
+    const std::string half = Ref("d" + std::to_string(i - 1));
+    doubling += Field(Call("concat", half + half), "string", "d" + std::to_string(i));
+  }
+  const auto lengthOf = [](const std::string& name) { return Field(Call("length", Ref(name), kDef)); };
+  const std::string inOne = Field(Call("concat", Ref("p") + Ref("q") + Ref("r")), "string", "all");
+  const std::string a = "s='" + letters + "'";
+  const std::string many = "s='" + manyLetters + "'";
+  Check({
+      {"nested repetition", Field(Call("matches", kS + Txt("(.*)*b"))), a.c_str(), "0"},
+      {"alternatives that are one", Field(Call("matches", kS + Txt("(a|a)*b"))), a.c_str(), "0"},
+      {"replacement that fails", Field(Call("length", Call("replace", kS + Txt("(a+)+$|b") + Txt("-")))),
+       (a.substr(0, a.size() - 1) + "!'").c_str(), "42"},
+      {"a short search in a long text", Field(Call("matches", kS + Txt("a$"))), many.c_str(), "1"},
+      {"many references", Field(Call("length", Call("replace", kS + Txt("a+") + Txt(references)), kDef)),
+       many.c_str(), "8"},
+      {"references that fit", Field(Call("length", Call("replace", kS + Txt("a+") + Txt("$0\\$$0")))),
+       many.c_str(), "40001"},
+      {"wide fields", wide("p") + wide("q") + wide("r") + inOne + lengthOf("all"), "s='x'", "8"},
+      {"doubled up to the limit", doubling + lengthOf("d22"), "s='abcd'", "16777216"},
+      {"doubled beyond it", doubling + lengthOf("d24"), "s='abcd'", "8"},
+  });
+}
+
 TEST(Evaluation, InvalidOperandsAndDomainErrors) {
   const std::string asMissing = "invalidValueTreatment='asMissing' ", asIs = "invalidValueTreatment='asIs' ";
   Check({
@@ -185,6 +253,11 @@ TEST(Evaluation, KindsOfFields) {
   const auto mapped = [&](const std::string& attributes) {
     return Field("<MapValues outputColumn='out' " + attributes + ">" + map + "</MapValues>");
   };
+  const std::string dated = "<row><k>q</k><l>b</l><out>1</out></row><row><k>p</k><l>a</l><out>2</out></row>";
+  const auto byDate = [](const std::string& pair, const std::string& rows) {
+    return Field("<MapValues outputColumn='out'><FieldColumnPair field='d' column='k'/>" + pair +
+                 "<InlineTable>" + rows + "</InlineTable></MapValues>");
+  };
   Check({
       {"constant", Field("<Constant>2.5</Constant>"), "", "2.5"},
       {"text constant", Field(Txt("abc"), "string"), "", "'abc'"},
@@ -208,6 +281,8 @@ TEST(Evaluation, KindsOfFields) {
       {"missing category", Field("<NormDiscrete field='c' value='b' mapMissingTo='5'/>"), "c='?'", "5"},
       {"absent category", Field("<NormDiscrete field='c' value='b'/>"), "", "missing"},
       {"unlisted categories", Field("<NormDiscrete field='s' value='b'/>"), "s='b'", "1"},
+      {"indicator of no category", Field("<NormDiscrete field='c' value=''/>"), "c='a'", "0"},
+      {"infinite line", norm("").replace(norm("").find("norm='3'"), 8, "norm='1e308'"), "x=1e9", "missing"},
       {"first bin", Field(Bins("", ab), "string"), "x=10", "'a'"},
       {"open end", Field(Bins("defaultValue='other'", ab), "string"), "x=20", "'other'"},
       {"no bin", Field(Bins("", ab), "string"), "x=20", "''"},
@@ -218,6 +293,11 @@ TEST(Evaluation, KindsOfFields) {
       {"no row", mapped("defaultValue='0'"), "x=2 s='a'", "0"},
       {"missing key", mapped("defaultValue='0' mapMissingTo='-1'"), "x=1", "-1"},
       {"no number as key", mapped("defaultValue='0'"), "x=nan s='a'", "0"},
+      {"a date passes", byDate("", "<row><k>q</k><out>1</out></row>"), "d=3", "1"},
+      {"the rest of the key decides", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='b'",
+       "1"},
+      {"whichever row it is", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='a'", "2"},
+      {"no row has it", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='c'", "missing"},
       {"width",
        "<DerivedField name='v' optype='categorical' dataType='string'><Extension name='width' value='3'/>" +
            kS + "</DerivedField>",
@@ -235,6 +315,11 @@ TEST(Evaluation, DeclaredLengthsOfTexts) {
     EXPECT_EQ(fields.ValueFor("s='" + std::string(text) + "'"), "'" + padded + "|'");
     EXPECT_EQ(fields.Value("n"), "5");
   }
+}
+
+const KxVeyra_940::TransformVar& Variable(const KxVeyra_940::ScoreDictionary& dictionary,
+                                          const std::string& name) {
+  return dynamic_cast<const KxVeyra_940::TransformVar&>(*dictionary.GetVar(name));
 }
 
 TEST(Evaluation, ALagMovesOncePerCaseWhoeverAsks) {
@@ -255,9 +340,8 @@ TEST(Evaluation, ALagMovesOncePerCaseWhoeverAsks) {
     EXPECT_EQ(fields.Value("inBlock"), row.inBlock) << row.values;
     EXPECT_EQ(fields.Value("twice"), row.twice) << row.values;
     // Asking again for the same case changes nothing.
-    const auto* const lag =
-        dynamic_cast<const KxVeyra_940::TransformVar*>(std::as_const(fields.Transformations()).GetVar("lag"));
-    EXPECT_EQ(Shown(lag->GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
+    const KxVeyra_940::TransformVar& lag = Variable(fields.Transformations(), "lag");
+    EXPECT_EQ(Shown(lag.GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
               row.lag);
   }
 }
@@ -270,34 +354,123 @@ TEST(Evaluation, ImputesTheMissingCategory) {
   Check({{"nearest", field, "x=9", "2"},
          {"nearest in deviations", field, "x=13", "3"},
          {"present", field, "x=9 g=1", "1"},
-         {"no target", field, "", "missing"}});
+         {"no target", field, "", "missing"},
+         {"no target, replaced",
+          Field(Call("imputeCatFieldMissingAgainstConTarget", Ref("g") + kX + arrays, kRD)), "", "7"}});
+}
+
+// A chain that reads "x", its first field at the end.
+void AddChain(TransformationDictionary& dictionary, int fields) {
+  using namespace KxVeyra_940;
+  for (int i = 0; i < fields; ++i) {
+    const std::string name = "f" + std::to_string(i);
+    auto* const variable = new TransformVar(name, ScoreDictVar::kNUMERIC_VAR);
+    variable->AddFieldNameAndTransExpression(i + 1 == fields ? "x" : "f" + std::to_string(i + 1),
+                                             TransformationDictionary::TE_FIELDREF);
+    dictionary.AddVar(name, variable);
+    dictionary.AddDerievedVarName(name);
+  }
 }
 
 TEST(Evaluation, LongChainsAreComputedOnceInAnyOrder) {
   using namespace KxVeyra_940;
-  constexpr int kFields = 10000;
   TransformationDictionary dictionary;
-  for (int i = 0; i < kFields; ++i) {
-    const std::string name = "f" + std::to_string(i);
-    auto variable = std::make_unique<TransformVar>(name, ScoreDictVar::kNUMERIC_VAR);
-    variable->AddFieldNameAndTransExpression(i + 1 == kFields ? "x" : "f" + std::to_string(i + 1),
-                                             TransformationDictionary::TE_FIELDREF);
-    ASSERT_TRUE(dictionary.AddVar(name, variable.get()));
-    static_cast<void>(variable.release());
-    dictionary.AddDerievedVarName(name);
-  }
-  dictionary.SetUpDerivedCaseRecord();
+  AddChain(dictionary, 60000);
   CaseRecord record(1);
-  record.Add("x", new NumericValue(5));
+  record.Add("x", new NumericValue(4));
+  // A single field, asked for on its own, brings in what it reads, whether the dictionary is set up or not.
+  const TransformVar& first = Variable(dictionary, "f0");
+  EXPECT_EQ(Shown(first.GetTransformedValue(&record, nullptr, &dictionary)), "4");
+  dictionary.SetUpDerivedCaseRecord();
+  record.SetValue(0, 5.0);
   EXPECT_EQ(Shown(dictionary.GetValuesForDerivedVars(&record, nullptr)->Get("f0")), "5");
-
-  // A single field, asked for on its own, brings in what it reads; a copy does so for itself.
-  const std::unique_ptr<ScoreDictionary> copy(dictionary.Clone());
-  dictionary.Reset();
   record.SetValue(0, 6.0);
-  const auto* const first = static_cast<const TransformVar*>(std::as_const(*copy).GetVar("f0"));
-  static_cast<TransformationDictionary&>(*copy).Reset();
-  EXPECT_EQ(Shown(first->GetTransformedValue(&record, nullptr, copy.get())), "6");
+  EXPECT_EQ(Shown(first.GetTransformedValue(&record, nullptr, &dictionary)), "6");
+  const std::unique_ptr<ScoreDictionary> copy(dictionary.Clone());
+  EXPECT_EQ(Shown(Variable(*copy, "f0").GetTransformedValue(&record, nullptr, copy.get())), "6");
+}
+
+// Fields that read two fields each, these two more, and so on: each is computed once for an ask.
+TEST(Evaluation, AnAskComputesAFieldOnce) {
+  std::string derived = Field("<Lag field='x'/>", "double", "v0");
+  for (int i = 1; i <= 60; ++i) {
+    const std::string below = Ref("v" + std::to_string(i - 1));
+    derived += Field(Call("-", Call("*", below + Num("2")) + below), "double", "v" + std::to_string(i));
+  }
+  DerivedFields fields(derived);
+  const auto& top = Variable(fields.Transformations(), "v60");
+  for (const auto& [values, expected] : {std::pair("x=1", "missing"), std::pair("x=2", "1")}) {
+    fields.Fill(values);
+    EXPECT_EQ(Shown(top.GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations())),
+              expected);
+  }
+}
+
+// A single field is computed from the record that it is given; an expression takes what is computed for the
+// case.
+TEST(Evaluation, ASingleAskReadsItsOwnRecord) {
+  DerivedFields fields(Field(Call("*", kX + Num("10")), "double", "a") + Field(Ref("a"), "double", "b") +
+                       Field(Call("+", Ref("a") + kX)));
+  const auto ask = [&fields](const std::string& name) {
+    return Shown(Variable(fields.Transformations(), name)
+                     .GetTransformedValue(&fields.Record(), &fields.Data(), &fields.Transformations()));
+  };
+  const auto all = [&] { return ask("a") + " " + ask("b") + " " + ask("v"); };
+  fields.Fill("x=1");
+  EXPECT_EQ(all(), "10 10 11");
+  fields.Fill("x=2");
+  EXPECT_EQ(all(), "20 20 22");
+  fields.Compute();
+  EXPECT_EQ(fields.Value("v"), "22");
+  fields.Fill("x=3");
+  EXPECT_EQ(all(), "30 30 23");
+  EXPECT_EQ(fields.Value("v"), "22") << "what is kept for the case stays";
+  fields.Transformations().Reset();
+  EXPECT_EQ(all(), "30 30 33");
+}
+
+// Who asks a lag, and what opens a case: "g" gets the values of all fields, "r" resets, "a" asks for the lag
+// alone, "c" goes on with a copy.  The record counts the letters.
+TEST(Evaluation, ALagMovesOncePerOpenedCase) {
+  for (const auto& [script, expected] : {
+           std::pair("gggg", "missing 1 2 3"),
+           {"gaga", "missing missing 1 1"},
+           {"raaraa", "missing missing 2 2"},
+           {"rgrg", "missing 2"},
+           {"aaa", "missing 1 2"},
+           {"rara", "missing 2"},
+           {"rarca", "missing 2"},
+           {"raca", "missing missing"},
+           {"raraca", "missing 2 2"},
+       }) {
+    for (const bool isSetUp : {true, false}) {
+      if (!isSetUp && std::string(script).find('g') != std::string::npos) continue;
+      DerivedFields fields(Field("<Lag field='x'/>", "double", "lag"));
+      std::unique_ptr<TransformationDictionary> dictionary;
+      if (isSetUp) {
+        dictionary = std::make_unique<TransformationDictionary>(fields.Transformations());
+      } else {
+        dictionary = std::make_unique<TransformationDictionary>();
+        dictionary->AddVar("lag", Variable(fields.Transformations(), "lag").Clone());
+        dictionary->AddDerievedVarName("lag");
+      }
+      std::string answers;
+      int letters = 0;
+      for (const char letter : std::string(script)) {
+        fields.Fill("x=" + std::to_string(++letters));
+        const ScoreValue* value = nullptr;
+        if (letter == 'r') dictionary->Reset();
+        if (letter == 'c') dictionary = std::make_unique<TransformationDictionary>(*dictionary);
+        if (letter == 'g')
+          value = dictionary->GetValuesForDerivedVars(&fields.Record(), &fields.Data())->Get("lag");
+        if (letter == 'a')
+          value = Variable(*dictionary, "lag")
+                      .GetTransformedValue(&fields.Record(), &fields.Data(), dictionary.get());
+        if (value != nullptr) answers += (answers.empty() ? "" : " ") + Shown(value);
+      }
+      EXPECT_EQ(answers, expected) << script << (isSetUp ? "" : ", not set up");
+    }
+  }
 }
 
 TEST(Evaluation, AFieldThatReadsItselfHasNoValue) {

@@ -71,8 +71,8 @@ class RandomExpressions {
     ApplyNodeStats stats;
     stats.SetNodeID(std::to_string(fNodes++));
     stats.SetTransformFunction(shape.function);
-    if (Chance(0.2)) stats.SetRecodeMissValueTo(Keep(*node, text));
-    if (Chance(0.2)) stats.SetDefaultValue(Keep(*node, text));
+    if (Chance(0.2)) stats.SetRecodeMissValueTo(Keep(*node, text != Chance(0.3)));
+    if (Chance(0.2)) stats.SetDefaultValue(Keep(*node, text != Chance(0.3)));
     if (Chance(0.4)) stats.SetInvalidValueTreatment(ApplyNodeStats::kAsMissing);
     node->SetNodeStats(stats);
     char kind = 'n';

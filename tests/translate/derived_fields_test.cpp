@@ -44,7 +44,9 @@ TEST(DerivedFieldTranslation, RefusesWithTheMessageOfTheRule) {
     std::string derived;
     const char* refusal;
   };
-  const std::string left0 = "leftMargin='0' ", right9 = "rightMargin='9'";
+  const std::string left0 = "leftMargin='0' ", right9 = "rightMargin='9'",
+                    aroundTwo = "leftMargin='-2.5' rightMargin='2'";
+  const std::string inverted = Bin(Interval("closedOpen", "leftMargin='99' rightMargin='1'"));
   for (const Case& row : {
            Case{"empty name", "<DerivedField name='' optype='continuous' dataType='double'/>",
                 "260285 name|DerivedField"},
@@ -111,7 +113,7 @@ TEST(DerivedFieldTranslation, RefusesWithTheMessageOfTheRule) {
             Field(Call("imputeCatFieldMissingAgainstConTarget", Ref("c") + kX), "string"),
             "260221 imputeCatFieldMissingAgainstConTarget"},
            {"deepest", Nested(500), "nothing"},
-           {"too deep", Nested(502), "260221 Apply"},
+           {"too deep", Nested(501), "260221 Apply"},
            {"one point", Field("<NormContinuous field='x'><LinearNorm orig='0' norm='0'/></NormContinuous>"),
             "260176 LinearNorm|DerivedField"},
            {"normalised category",
@@ -146,6 +148,15 @@ TEST(DerivedFieldTranslation, RefusesWithTheMessageOfTheRule) {
                  Bin(Interval("openOpen", "leftMargin='1' rightMargin='2'")) +
                  Bin(Interval("openOpen", "leftMargin='50' rightMargin='60'"))),
             "260293 x"},
+           {"inverted around another's end", Bins(inverted + Bin(Interval("closedOpen", aroundTwo))),
+            "260293 x"},
+           {"inverted, whatever stands beside",
+            Bins(Bin(Interval("openOpen", "leftMargin='200' rightMargin='300'")) +
+                 Bin(Interval("closedOpen", aroundTwo)) +
+                 Bin(Interval("openOpen", "leftMargin='5' rightMargin='7'")) + inverted),
+            "260293 x"},
+           {"inverted beside others",
+            Bins(inverted + Bin(Interval("openOpen", "leftMargin='5' rightMargin='7'"))), "nothing"},
            {"bin value that is no number", Bins(Bin(Interval("openOpen", left0), "a")), "260151 a|double"},
            {"interval without value", Bins(Bin(Interval("openOpen", left0) + "<Extension name='note'/>")),
             "260132 DiscretizeBin|x"},
@@ -170,6 +181,19 @@ TEST(DerivedFieldTranslation, RefusesWithTheMessageOfTheRule) {
            {"row without a key",
             Map(kPair + "<InlineTable><row><k>1</k><out>1</out></row><row><out>2</out></row></InlineTable>"),
             "260115 k|row"},
+           {"first row without a key",
+            Map(kPair + "<InlineTable><row><out>1</out></row><row><k>1</k><out>2</out></row></InlineTable>"),
+            "260115 k|row"},
+           {"column twice in the first row", Map(kPair + Row("<k>1</k><out>2</out><k>1</k>")),
+            "260272 k|row"},
+           {"column twice in a later row",
+            Map(kPair + "<InlineTable><row><k>1</k><out>1</out></row>"
+                        "<row><k>2</k><k>2</k><out>2</out></row></InlineTable>"),
+            "260272 k|row"},
+           {"output twice", Map(kPair + Row("<out>5</out><k>1</k><out>7</out>")), "260272 out|row"},
+           {"empty table behind a table",
+            Map(kPair + Row("<k>1</k><out>2</out>") + "<Extension name='recodeTargetSysmis' value='1'/>"),
+            "nothing"},
            {"cell that is no number", Map(kPair + Row("<k>a</k><out>2</out>")), "260151 a|double"},
            {"missing target of a text",
             Map(kPair + "<Extension name='recodeTargetSysmis' value='1'/>", "string"),

@@ -283,6 +283,46 @@ TEST(Buffers, WithCodePages) {
   }
 }
 
+// The status of a conversion was that of its last character when ICU computed that one.
+TEST(Buffers, ASubstitutionIsReportedWhateverFollows) {
+  const OpenConverter chinese = Open("GB18030");
+  const std::string bytes = "\xFF\x81\x36\xA4\x37";
+  std::u16string units;
+  EXPECT_EQ(ZENTMBCodePageToU16(chinese.get(), units, bytes), 3);
+  EXPECT_EQ(units.substr(0, 1), u"?");
+  std::string utf8;
+  EXPECT_EQ(ZENTMBCodePageToU8(chinese.get(), utf8, bytes), 3);
+  char16_t room[8];
+  int error = -1;
+  EXPECT_EQ(ZENTMBCodePageto16(chinese.get(), room, 8, bytes.data(), 5, &error), 2);
+  EXPECT_EQ(error, 3);
+  EXPECT_EQ(ZENTMBCodePageToU16(chinese.get(), units, bytes.substr(1)), 0) << "nothing is left of it";
+}
+
+// A host's converter may write more for a character than its encoding has.
+TEST(Buffers, EscapesOfAHostFitWhereThereIsRoom) {
+  const OpenConverter latin = Open("ISO-8859-1");
+  UErrorCode status = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(latin.get(), UCNV_FROM_U_CALLBACK_ESCAPE, UCNV_ESCAPE_XML_DEC, nullptr, nullptr,
+                        &status);
+  std::u16string units;
+  std::string wanted;
+  for (int i = 0; i < 200; ++i) {
+    units += u"\U0001F600";
+    wanted += "&#128512;";
+  }
+  std::string out(4000, '\0');
+  int error = -1;
+  const int written =
+      ZENTMB16toCodePage(latin.get(), out.data(), 4000, units.data(), static_cast<int>(units.size()), &error);
+  EXPECT_EQ(out.substr(0, static_cast<std::size_t>(written)), wanted);
+  EXPECT_EQ(error, 0);
+  EXPECT_EQ(
+      ZENTMB16toCodePage(latin.get(), out.data(), 20, units.data(), static_cast<int>(units.size()), &error),
+      20);
+  EXPECT_EQ(error, 1);
+}
+
 // Texts beyond the local buffers, and an encoding with state.
 TEST(Buffers, LongTextsGoToTheHeap) {
   std::string bytes;

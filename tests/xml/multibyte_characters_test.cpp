@@ -138,6 +138,8 @@ TEST(Texts, AreComparedByCodePoints) {
       {"a null within the length", "ab\0x"s, "ab", 4, 2, 0, 0, 0},
       {"beyond the surrogates", "\uffff", "\U00010000", -1, -1, -1, -1, 0},
       {"an ill-formed byte is itself", "\xE4", "\u00e4", -1, -1, 0, 0, 3},
+      {"an ill-formed byte has no case", "\xC9", "\xE9", -1, -1, -1, -1, 3},
+      {"nor has one that a capital would be", "\xCE", "\xE2", 1, 1, -1, -1, 3},
       {"a cut character", "\u20ac", "\u20ac", 2, 3, -1, -1, 3},
       {"behind the difference", "b\xFF", "a\xFF", -1, -1, 1, 1, 0},
   };

@@ -220,6 +220,48 @@ TEST(Transcoder, ConvertsUpToWhatItCannot) {
   }
 }
 
+// The state of an encoding, and what a text left unfinished, do not reach the next text; a text in an
+// encoding with shift sequences is ended by its last one.
+TEST(Transcoder, EveryTextIsConvertedForItself) {
+  const XercesWrapper guard(false);
+  const std::string japanese = "\x1B$BF|\x1B(B";
+  const struct {
+    const char* encoding;
+    std::vector<std::pair<std::u16string, std::string>> texts;   // to bytes and back
+    std::vector<std::pair<std::string, std::u16string>> broken;  // to text only
+  } kRows[] = {
+      {"Shift_JIS",
+       {{u"bc\u65e5", "bc\x93\xFA"}},
+       {{"a\x93", u"a"}, {"A\xFD"s + "B", u"A"}, {"\x93\xFA\xFF", u"\u65e5"}}},
+      {"ISO-2022-JP",
+       {{u"\u65e5", japanese}, {u"a\u65e5", "a" + japanese}, {u"b", "b"}},
+       {{"a\x1B$BF", u"a"}}},
+      {"UTF-7", {{u"a\u00e9", "a+AOk-"}, {u"b", "b"}, {u"\u00e9", "+AOk-"}}, {{"a+AO", u"a"}}},
+      {"GB18030", {{u"\U0001F600", "\x94\x39\xFC\x36"}}, {{"A\xFF"s + "B", u"A"}, {"A\x94\x39", u"A"}}},
+      {"Big5", {{u"\u65e5", "\xA4\xE9"}}, {{"A\xA4 B", u"A"}}},
+      {"EUC-JP", {{u"\u65e5", "\xC6\xFC"}}, {{"A\xFF"s + "B", u"A"}}},
+      {"EUC-KR", {{u"\u65e5", "\xEC\xED"}}, {{"A\xFF"s + "B", u"A"}}},
+      {"GBK", {{u"\u65e5", "\xC8\xD5"}}, {{"A\xC8 B", u"A"}}},
+  };
+  for (const auto& row : kRows) {
+    const VeyraTranscoder transcoder(row.encoding);
+    ASSERT_TRUE(transcoder.IsKnown()) << row.encoding;
+    const auto back = [&](const std::string& bytes) {
+      const std::unique_ptr<char16_t[]> text(transcoder.ChangeChar2XML(bytes.c_str()));
+      return std::u16string(text.get());
+    };
+    for (int round = 0; round < 2; ++round) {
+      for (const auto& [bytes, text] : row.broken) {
+        EXPECT_EQ(back(bytes), text) << row.encoding;
+        for (const auto& [whole, encoded] : row.texts) {
+          EXPECT_EQ(transcoder.transcodeTo(whole.c_str()), encoded) << row.encoding;
+          EXPECT_EQ(back(encoded), whole) << row.encoding;
+        }
+      }
+    }
+  }
+}
+
 // A converter keeps back bytes that do not fit its output: a character at the end of a chunk was lost.
 TEST(Transcoder, LosesNothingBetweenChunks) {
   const XercesWrapper guard(false);
