@@ -1,7 +1,5 @@
 #include "common/PluginModel.h"
 
-#include <cmath>
-
 #include "transform/TransformationDictionary.h"
 
 namespace KxVeyra_940::Plugin {
@@ -145,15 +143,13 @@ bool PluginModel::ApplyRules(PluginResult& answer) const {
 // Bounds would make a plausible number of an infinite one: it is dropped before them.
 bool PluginModel::ApplyRules(const TargetRules& rules, PluginResult& answer) {
   if (!answer.HasPredictedNumber()) return true;
-  const double number = answer.GetPredictedNumber();
-  const double ruled = std::isfinite(number) ? rules.Apply(number) : number;
-  if (!std::isfinite(ruled)) {
-    answer.DropPrediction();
-    return false;
+  if (answer.IsPredictionFinite()) {
+    answer.SetPredictedNumber(rules.Apply(answer.GetPredictedNumber()));
+    answer.SetStandardError(rules.ApplyToError(answer.GetStandardError()));
+    if (answer.IsPredictionFinite()) return true;
   }
-  answer.SetPredictedNumber(ruled);
-  answer.SetStandardError(rules.ApplyToError(answer.GetStandardError()));
-  return true;
+  answer.DropPrediction();
+  return false;
 }
 
 KxStatus PluginModel::Answer(const ScoreCaseRecord& input, PluginResult& answer) {
@@ -161,20 +157,30 @@ KxStatus PluginModel::Answer(const ScoreCaseRecord& input, PluginResult& answer)
     case CaseOutcome::kAnswered:
       if (ApplyRules(answer)) return {};
       break;
-    case CaseOutcome::kMissing:
-      return HandleMissingValue(&answer);
+    case CaseOutcome::kMissing: {
+      const KxStatus status = HandleMissingValue(&answer);
+      if (answer.IsPredictionFinite()) return status;
+      answer.DropPrediction();
+      break;
+    }
     case CaseOutcome::kUndefined:
       break;
   }
   return {kNoAnswer, false};
 }
 
-KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
+// Working state is made anew for every case, so that one that was broken off leaves nothing behind.
+KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) noexcept {
   auto& answer = static_cast<PluginResult&>(result);
   answer.Reset();
-  const KxStatus status = Answer(input, answer);
-  fOutputs.Fill(input, answer);
-  return status;
+  try {
+    const KxStatus status = Answer(input, answer);
+    fOutputs.Fill(input, answer);
+    return status;
+  } catch (...) {  // std::bad_alloc, or the std::length_error of a text beyond all memory
+    answer.Reset();
+    return {kOutOfMemory, false};
+  }
 }
 
 }  // namespace KxVeyra_940::Plugin

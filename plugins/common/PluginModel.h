@@ -38,7 +38,7 @@ class PluginModel : public BaseModel {
   VarRole GetVarRole(const ScoreDictVar* var) const override;
   VarRole GetVarRole(const std::string& name) const override;
   ScoreResult* NewResult() const override;
-  KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) override;
+  KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) noexcept override;
   bool HasNoProbabilityOutput() const override { return fTargets.front().categories.empty(); }
 
   // For translators.  The model has its dictionaries by then.

@@ -87,6 +87,11 @@ void PluginResult::SetPredictedNumber(double number) {
   fPredictedCategory = -1;
 }
 
+bool PluginResult::IsPredictionFinite() const {
+  const bool hasNumber = fPredicted != nullptr && AsString(fPredicted) == nullptr;
+  return !hasNumber || std::isfinite(fPredicted->GetDouble());
+}
+
 void PluginResult::DropPrediction() {
   fPredicted = nullptr;
   fPredictedCategory = -1;

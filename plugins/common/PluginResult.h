@@ -61,6 +61,8 @@ class PluginResult final : public ScoreResult {
   void SetPredictedNumber(double number);
   bool HasPredictedNumber() const { return fPredicted == &fNumber; }
   double GetPredictedNumber() const { return fNumber.GetNumber(); }  // REQUIRES: a number was set
+  // False for a predicted number that is infinite or none.
+  bool IsPredictionFinite() const;
   // Takes the answer back: there is none.
   void DropPrediction();
   void SetPredictedText(const std::string& text);

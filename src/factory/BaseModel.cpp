@@ -1,5 +1,7 @@
 #include "factory/BaseModel.h"
 
+#include <memory>
+
 #include "transform/TransformationDictionary.h"
 
 namespace KxVeyra_940 {
@@ -29,6 +31,11 @@ bool TakesProbabilities(int kind) {
   return (kKindsWithoutProbabilities >> kind & 1U) == 0;
 }
 
+template <class Part>
+std::unique_ptr<Part> CloneOf(const Part* part) {
+  return std::unique_ptr<Part>(part == nullptr ? nullptr : part->Clone());
+}
+
 }  // namespace
 
 BaseModel::BaseModel() = default;
@@ -40,13 +47,15 @@ BaseModel::BaseModel(const BaseModel& other)
       fTargetName(other.fTargetName),
       fAlgorithmName(other.fAlgorithmName),
       fMiningFunction(other.fMiningFunction) {
-  if (other.fDictionary != nullptr) fDictionary = other.fDictionary->Clone();
-  if (other.fTransformationDictionary != nullptr) {
-    fTransformationDictionary =
-        static_cast<TransformationDictionary*>(other.fTransformationDictionary->Clone());
-  }
-  if (other.fResultDictionary != nullptr) fResultDictionary = other.fResultDictionary->Clone();
-  if (other.fVersionInfo != nullptr) fVersionInfo = other.fVersionInfo->Clone();
+  // All or none, when memory runs out.
+  std::unique_ptr<ScoreDictionary> dictionary = CloneOf(other.fDictionary);
+  std::unique_ptr<ScoreDictionary> transformations =
+      CloneOf<ScoreDictionary>(other.fTransformationDictionary);
+  std::unique_ptr<ScoreDictionary> results = CloneOf(other.fResultDictionary);
+  fVersionInfo = CloneOf(other.fVersionInfo).release();
+  fDictionary = dictionary.release();
+  fTransformationDictionary = static_cast<TransformationDictionary*>(transformations.release());
+  fResultDictionary = results.release();
 }
 
 BaseModel::~BaseModel() {
@@ -145,6 +154,7 @@ KxScore::KxStatus BaseModel::AnswerFromPriors(const ScoreDictVar& target, ScoreR
   const bool addProbabilities = TakesProbabilities(result.GetResultKind()) && !HasNoProbabilityOutput();
   const ScoreValueProbability* best = nullptr;
   for (const ScoreValueProbability* prior : priors->GetAllValueProbabilities()) {
+    if (prior->GetValue() == nullptr) continue;
     if (prior->GetProbability() > (best == nullptr ? 0.0 : best->GetProbability())) best = prior;
     if (addProbabilities) result.AddValueProbability(prior->GetValue()->Clone(), prior->GetProbability());
   }

@@ -73,7 +73,8 @@ class Result final : public ScoreResult {
 
 using Priors = std::vector<std::pair<const char*, double>>;
 
-// A model whose target "y" has this level and these priors and default, when there are any.
+// A model whose target "y" has this level and these priors and default, when there are any.  Null is a prior
+// of no value.
 std::unique_ptr<Model> ModelOf(ScoreDictVar::MeasureLevel level, const std::optional<Priors>& priors,
                                std::optional<double> defaultValue = std::nullopt) {
   auto model = std::make_unique<Model>();
@@ -84,7 +85,7 @@ std::unique_ptr<Model> ModelOf(ScoreDictVar::MeasureLevel level, const std::opti
   if (priors) {
     auto* const set = new ValueProbabilitySet;
     for (const auto& [text, probability] : *priors) {
-      set->Add(new ValueProbability(new StringValue(text), probability));
+      set->Add(new ValueProbability(text == nullptr ? nullptr : new StringValue(text), probability));
     }
     target->SetValueProbabilities(set);
   }
@@ -111,6 +112,8 @@ TEST(FallbackAnswer, ComesFromPriorsOrTheDefault) {
       {"ties keep the earlier value", ModelOf(kNominal, ties), 0, ofTies},
       {"ordinal like nominal; a default plays no part", ModelOf(ScoreDictVar::kOrdinal, one, 3), 0, ofOne},
       {"all zero: nothing is predicted", ModelOf(kNominal, zeros), 0, "p(a 0) p(b 0) "},
+      {"a prior of no value plays no part", ModelOf(kNominal, Priors{{nullptr, 0.6}, {"a", 0.4}}), 0,
+       "p(a 0.4) value a probability 0.4 "},
       {"an empty set", ModelOf(kNominal, Priors{}), 0, ""},
       {"no priors", ModelOf(kNominal, {}, 3), 90027, "value null "},
       {"continuous with a default; priors play no part", ModelOf(kContinuous, ties, 3), 0, "value 3 "},

@@ -249,6 +249,11 @@ TEST(Regression, AnswersThatAreNotFiniteAreMissing) {
       {"made by a rule", squared("rescaleFactor='1e200'"), "x=1e70", "missing|v=missing|t=missing|r=missing"},
       {"a residual", squared("rescaleFactor='-1'"), "x=1e154, y=1e308",
        "-1e+308|v=-1e+308|t=missing|r=missing"},
+      {"of the fallback",
+       OfNumber("<Targets><Target field='y' optype='continuous'><TargetValue "
+                "defaultValue='1e999'/></Target></Targets>" +
+                kPlain),
+       "x=", "missing"},
       {"finite", squared("max='5'"), "x=1e100, y=6", "5|v=5|t=missing|r=1"},
   });
 }
