@@ -63,7 +63,8 @@ class VEYRA_API ScoreModel {
   virtual ScoreResult* NewResult() const = 0;  // an empty result of this model; the caller owns it
   virtual MVPolicy GetMissingValuePolicy() const = 0;
   // Scores one case into `result`, which this model made.  An error status with code 90027 means that there
-  // is no answer: the predicted value is missing.
+  // is no answer: the predicted value is missing.  One with code 90029 means that memory ran out: the result
+  // is reset, and the model can score other cases.  Never throws.
   // REQUIRES: PrepareForCases was called with a record of the same layout.
   virtual KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) = 0;
   virtual bool HasNoProbabilityOutput() const = 0;  // answers never carry probabilities of categories

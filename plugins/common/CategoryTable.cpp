@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "data/DateTimeValue.h"
+#include "data/DictVar.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 
@@ -65,6 +66,11 @@ int CategoryTable::FindNumber(double number) const {
   if (above == fNumbers.begin()) return kNoCategory;
   const auto below = std::prev(above);
   return NumericValue::IsEqual(below->first, number) ? below->second : kNoCategory;
+}
+
+std::unique_ptr<CategoryTable> MakeTargetTable(const ScoreDictVar* target) {
+  if (target != nullptr) return std::make_unique<CategoryTable>(*target);
+  return std::make_unique<CategoryTable>(DictVar(std::string(), ScoreDictVar::STRING_VAR));
 }
 
 }  // namespace KxVeyra_940::Plugin

@@ -56,6 +56,9 @@ class CategoryTable {
   std::map<double, int> fNumbers;
 };
 
+// The categories of a target, which are texts without one (null).
+std::unique_ptr<CategoryTable> MakeTargetTable(const ScoreDictVar* target);
+
 }  // namespace KxVeyra_940::Plugin
 
 #endif  // VEYRA_PLUGINS_CATEGORYTABLE_H_

@@ -5,7 +5,7 @@
 #include <limits>
 #include <set>
 
-#include "data/DateTimeValue.h"
+#include "common/FieldNumber.h"
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 #include "transform/TransformVar.h"
@@ -75,8 +75,8 @@ std::string Inputs::FindInvalid(const ScoreCaseRecord& record) const {
     const auto isOfName = [&](const Input& input) {
       return !input.isDerived && input.Var().GetName() == name;
     };
-    const ScoreValue* treated = nullptr;
-    if (!Treat(*std::ranges::find_if(fInputs, isOfName), record.Get(name), treated)) return name;
+    const Treated treated = Treat(*std::ranges::find_if(fInputs, isOfName), record.Get(name));
+    if (treated.outcome == Outcome::kInvalid) return name;
   }
   return {};
 }
@@ -150,55 +150,63 @@ bool Inputs::ReadForDerived(const ScoreCaseRecord& record, CaseRecord& treated) 
   for (const std::size_t i : fReadForDerived) {
     const Input& input = fInputs[i];
     const auto place = static_cast<std::size_t>(input.slot);
-    const ScoreValue* value = nullptr;
-    if (!Treat(input, place < slots.size() ? slots[place] : nullptr, value)) return false;
+    const auto [outcome, value] = Treat(input, place < slots.size() ? slots[place] : nullptr);
+    if (outcome == Outcome::kInvalid) return false;
     value == nullptr ? treated.Clear(slot) : StoreForDerived(input, *value, slot, treated);
     ++slot;
   }
   return true;
 }
 
-bool Inputs::Treat(const Input& input, const ScoreValue* given, const ScoreValue*& treated) {
+Inputs::Treated Inputs::Treat(const Input& input, const ScoreValue* given) {
   const MiningField& field = input.field;
-  Standing standing = given == nullptr ? Standing::kMissing : Judge(input, *given);
-  treated = given;
+  const Standing standing = given == nullptr ? Standing::kMissing : Judge(input, *given);
+  const ScoreValue* value = standing == Standing::kMissing ? nullptr : given;
   if (standing == Standing::kInvalid) {
-    if (field.invalidTreatment == InvalidTreatment::kReturnInvalid) return false;
-    if (field.invalidTreatment == InvalidTreatment::kAsValue) treated = field.invalidReplacement.get();
-    // A value of another kind is no value of the field.
-    const bool isTaken = field.invalidTreatment == InvalidTreatment::kAsIs && given->GetType() == input.kind;
-    if (field.invalidTreatment == InvalidTreatment::kAsValue || isTaken) return true;
-    standing = Standing::kMissing;
-  } else if (standing == Standing::kMissing && field.missingIsInvalid) {
-    return false;
+    if (field.invalidTreatment == InvalidTreatment::kReturnInvalid) return {Outcome::kInvalid, nullptr};
+    value = TakeInvalid(input, *given);
   }
-  const bool isBeyond =
-      standing == Standing::kValid && field.outliers == OutlierTreatment::kAsMissing &&
-      input.kind != ScoreValue::kStringValueType &&
-      std::clamp(NumberOf(input, *given), field.lowValue, field.highValue) != NumberOf(input, *given);
-  // What the dictionary counts as missing stays what it is: derived fields ask about it themselves.
-  if (standing == Standing::kMissing || isBeyond) {
-    treated = field.missingReplacement.get();
-    if (treated == nullptr && !isBeyond && given != nullptr && given->GetType() == input.kind)
-      treated = given;
+  if (value != nullptr) value = Bound(input, *value);
+  if (value != nullptr) return {Outcome::kComplete, value};
+  if (field.missingIsInvalid) return {Outcome::kInvalid, nullptr};
+  if (field.missingReplacement != nullptr) return {Outcome::kComplete, field.missingReplacement.get()};
+  // A value that became missing is gone; one that the dictionary calls so stays what it is.
+  const bool stays = standing == Standing::kMissing && given != nullptr && given->GetType() == input.kind;
+  return {Outcome::kMissing, stays ? given : nullptr};
+}
+
+// Null for one that becomes missing.  A value of another kind cannot be taken as it is: it is no value of the
+// field.
+const ScoreValue* Inputs::TakeInvalid(const Input& input, const ScoreValue& value) {
+  switch (input.field.invalidTreatment) {
+    case InvalidTreatment::kAsValue:
+      return input.field.invalidReplacement.get();
+    case InvalidTreatment::kAsIs:
+      return value.GetType() == input.kind ? &value : nullptr;
+    default:
+      return nullptr;
   }
-  return true;
+}
+
+// Null for one that becomes missing.
+const ScoreValue* Inputs::Bound(const Input& input, const ScoreValue& value) {
+  const MiningField& field = input.field;
+  if (field.outliers == OutlierTreatment::kAsIs || input.kind == ScoreValue::kStringValueType) return &value;
+  const double number = RangeNumberOf(input.Var(), value);
+  const bool isLow = number < field.lowValue;
+  if (!isLow && !(number > field.highValue)) return &value;
+  if (field.outliers == OutlierTreatment::kAsMissing) return nullptr;
+  return isLow ? field.lowBound.get() : field.highBound.get();
 }
 
 void Inputs::StoreForDerived(const Input& input, const ScoreValue& value, int slot, CaseRecord& record) {
-  const MiningField& field = input.field;
   if (const StringValue* const text = AsString(&value)) {
     record.SetText(slot, text->GetText());
     static_cast<StringValue*>(record.Get(slot))->SetLength(text->GetLength());
-    return;
-  }
-  double number = NumberOf(input, value);
-  if (field.outliers == OutlierTreatment::kAsExtreme && !value.IsSystemMissingValue())
-    number = std::clamp(number, field.lowValue, field.highValue);
-  if (input.kind == ScoreValue::kDateTimeValueType) {
-    record.SetValue(slot, number, input.Var().GetDateTimeType());
+  } else if (input.kind == ScoreValue::kDateTimeValueType) {
+    record.SetValue(slot, NumberOf(input.Var(), value), input.Var().GetDateTimeType());
   } else {
-    record.SetValue(slot, number);
+    record.SetValue(slot, NumberOf(input.Var(), value));
   }
 }
 
@@ -213,24 +221,25 @@ void Inputs::LearnCategories(const ScoreCaseRecord& record, const ScoreCaseRecor
   const std::vector<ScoreValue*>& slots = record.GetAllValues();
   for (const std::size_t i : fRead) {
     const Input& input = fInputs[i];
-    if (input.categories == nullptr || input.hasListedValues) continue;
-    const ScoreValue* const value = ValueOf(input, slots, derived);
-    if (value != nullptr && Judge(input, *value) == Standing::kValid) input.categories->Add(*value);
+    if (input.categories == nullptr) continue;
+    const auto [outcome, value] = Treat(input, ValueOf(input, slots, derived));
+    if (outcome == Outcome::kComplete) input.categories->Add(*value);
   }
 }
 
 Inputs::Outcome Inputs::Read(const ScoreCaseRecord& record, const ScoreCaseRecord* derived,
                              CaseValues& values) const {
   const std::vector<ScoreValue*>& slots = record.GetAllValues();
+  Outcome outcome = Outcome::kComplete;
   for (const std::size_t i : fRead) {
     const Input& input = fInputs[i];
     const ScoreValue* const value = ValueOf(input, slots, derived);
     if (value != nullptr && ReadPlain(input, i, *value, values)) continue;
-    const Outcome outcome =
-        value == nullptr ? ReadMissing(input, i, values) : ReadByRules(input, i, *value, values);
-    if (outcome != Outcome::kComplete) return outcome;
+    const Outcome ofInput = ReadByRules(input, i, value, values);
+    if (ofInput == Outcome::kInvalid) return ofInput;
+    if (ofInput == Outcome::kMissing) outcome = ofInput;
   }
-  return Outcome::kComplete;
+  return outcome;
 }
 
 // The usual case: a number that no rule touches, or a category that the table has.
@@ -264,71 +273,21 @@ Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue& value) {
   return input.Var().IsValidValue(&value) ? Standing::kValid : Standing::kInvalid;
 }
 
-double Inputs::NumberOf(const Input& input, const ScoreValue& value) {
-  if (input.kind == ScoreValue::kDateTimeValueType) {
-    return static_cast<const DateTimeValue&>(value).GetDoubleValue(input.Var().GetDateTimeType());
-  }
-  return static_cast<const NumericValue&>(value).GetNumber();
-}
-
-// False for a number beyond the bounds that counts as missing.
-bool Inputs::Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values) {
-  if (input.categories != nullptr) values.codes[index] = input.categories->Find(value);
-  if (!input.isNumber) return true;
-  const double number = NumberOf(input, value);
-  const double bounded = std::clamp(number, input.field.lowValue, input.field.highValue);
-  if (input.field.outliers == OutlierTreatment::kAsMissing && bounded != number) return false;
-  const double taken = input.field.outliers == OutlierTreatment::kAsExtreme ? bounded : number;
-  values.numbers[index] = input.acceptsMissing ? WithoutInfinity(taken) : taken;
-  return true;
-}
-
-Inputs::Outcome Inputs::ReadMissing(const Input& input, std::size_t index, CaseValues& values) {
-  return input.field.missingIsInvalid ? Outcome::kInvalid : ReplaceMissing(input, index, values);
-}
-
-// The replacement stands as it is, whatever the bounds.
-Inputs::Outcome Inputs::ReplaceMissing(const Input& input, std::size_t index, CaseValues& values) {
-  const ScoreValue* replacement = input.field.missingReplacement.get();
-  if (replacement == nullptr) {
+Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
+                                    CaseValues& values) {
+  const Treated treated = Treat(input, value);
+  if (treated.outcome == Outcome::kMissing) {
     values.numbers[index] = NumericValue::gSysmisValue;
     values.codes[index] = kMissingCategory;
-    return input.acceptsMissing ? Outcome::kComplete : Outcome::kMissing;
+    return input.TakesMissing() ? Outcome::kComplete : Outcome::kMissing;
   }
-  if (input.categories != nullptr) values.codes[index] = input.categories->Find(*replacement);
-  if (input.isNumber) values.numbers[index] = NumberOf(input, *replacement);
+  if (treated.outcome == Outcome::kInvalid) return treated.outcome;
+  if (input.categories != nullptr) values.codes[index] = input.categories->Find(*treated.value);
+  if (!input.isNumber) return Outcome::kComplete;
+  const double number =
+      input.isForRanges ? RangeNumberOf(input.Var(), *treated.value) : NumberOf(input.Var(), *treated.value);
+  values.numbers[index] = input.acceptsMissing ? WithoutInfinity(number) : number;
   return Outcome::kComplete;
-}
-
-Inputs::Outcome Inputs::ReadInvalid(const Input& input, std::size_t index, const ScoreValue& value,
-                                    CaseValues& values) {
-  switch (input.field.invalidTreatment) {
-    case InvalidTreatment::kReturnInvalid:
-      return Outcome::kInvalid;
-    case InvalidTreatment::kAsIs:
-      // A value of another kind cannot be taken as it is: it is no value of the field.
-      if (value.GetType() == input.kind && Store(input, index, value, values)) return Outcome::kComplete;
-      break;
-    case InvalidTreatment::kAsValue:
-      Store(input, index, *input.field.invalidReplacement, values);
-      return Outcome::kComplete;
-    case InvalidTreatment::kAsMissing:
-      break;
-  }
-  return ReplaceMissing(input, index, values);
-}
-
-Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue& value,
-                                    CaseValues& values) {
-  switch (Judge(input, value)) {
-    case Standing::kInvalid:
-      return ReadInvalid(input, index, value, values);
-    case Standing::kMissing:
-      return ReadMissing(input, index, values);
-    case Standing::kValid:
-      break;
-  }
-  return Store(input, index, value, values) ? Outcome::kComplete : ReplaceMissing(input, index, values);
 }
 
 }  // namespace KxVeyra_940::Plugin

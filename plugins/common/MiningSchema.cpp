@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "common/FieldFinder.h"
+#include "common/FieldNumber.h"
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
@@ -54,6 +55,8 @@ std::shared_ptr<const ScoreValue> OptionalValue(const PMMLTranslator& translator
                                                 const char* name, const ScoreDictVar& field) {
   const XMLCh* text = FindAttribute(element, name);
   if (text == nullptr) return nullptr;
+  if (field.GetVarType() == ScoreDictVar::kDATETIME_VAR)
+    return ReadDateTime(field, translator.BaseTranslator::ToString(text));
   return std::shared_ptr<const ScoreValue>(translator.CarefullyMakeVarValue(&field, text));
 }
 
@@ -74,6 +77,10 @@ MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& 
           {OptionalText(element, Tags::XML_ATT_MININGFIELD_LOWVALUE), Tags::XML_ATT_MININGFIELD_LOWVALUE,
            OptionalText(element, Tags::XML_ATT_MININGFIELD_HIGHVALUE), Tags::XML_ATT_MININGFIELD_HIGHVALUE,
            Tags::XML_ELE_MININGFIELD});
+  }
+  if (field.outliers == OutlierTreatment::kAsExtreme) {
+    field.lowBound = ValueOfRangeNumber(*field.var, field.lowValue);
+    field.highBound = ValueOfRangeNumber(*field.var, field.highValue);
   }
   field.missingIsInvalid = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_MISSTREATMENT, kMissingTreatments);
   field.missingReplacement =

@@ -24,6 +24,8 @@ struct MiningField {
   OutlierTreatment outliers = OutlierTreatment::kAsIs;
   double lowValue = -std::numeric_limits<double>::infinity();
   double highValue = std::numeric_limits<double>::infinity();
+  std::shared_ptr<const ScoreValue> lowBound;  // of kAsExtreme: what stands for values beyond the bounds
+  std::shared_ptr<const ScoreValue> highBound;
   InvalidTreatment invalidTreatment = InvalidTreatment::kReturnInvalid;
   bool missingIsInvalid = false;                         // missingValueTreatment="returnInvalid"
   std::shared_ptr<const ScoreValue> missingReplacement;  // immutable, so that copies of a model share it

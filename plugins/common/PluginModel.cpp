@@ -133,32 +133,54 @@ CaseOutcome PluginModel::OutcomeOf(const ScoreCaseRecord& input, PluginResult& a
   return ScoreCase(fValues, answer);
 }
 
-void PluginModel::ApplyRules(PluginResult& answer) const {
-  for (std::size_t i = 0; i < fTargets.size(); ++i) {
-    PluginResult& of = answer.OfTarget(static_cast<int>(i));
-    if (!of.HasPredictedNumber()) continue;
-    of.SetPredictedNumber(fTargets[i].rules.Apply(of.GetPredictedNumber()));
-    of.SetStandardError(fTargets[i].rules.ApplyToError(of.GetStandardError()));
-  }
+bool PluginModel::ApplyRules(PluginResult& answer) const {
+  const bool hasAnswer = ApplyRules(fTargets.front().rules, answer);
+  for (std::size_t i = 1; i < fTargets.size(); ++i)
+    ApplyRules(fTargets[i].rules, answer.OfTarget(static_cast<int>(i)));
+  return hasAnswer;
 }
 
-KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) {
-  auto& answer = static_cast<PluginResult&>(result);
-  answer.Reset();
-  KxStatus status;
+// Bounds would make a plausible number of an infinite one: it is dropped before them.
+bool PluginModel::ApplyRules(const TargetRules& rules, PluginResult& answer) {
+  if (!answer.HasPredictedNumber()) return true;
+  if (answer.IsPredictionFinite()) {
+    answer.SetPredictedNumber(rules.Apply(answer.GetPredictedNumber()));
+    answer.SetStandardError(rules.ApplyToError(answer.GetStandardError()));
+    if (answer.IsPredictionFinite()) return true;
+  }
+  answer.DropPrediction();
+  return false;
+}
+
+KxStatus PluginModel::Answer(const ScoreCaseRecord& input, PluginResult& answer) {
   switch (OutcomeOf(input, answer)) {
     case CaseOutcome::kAnswered:
-      ApplyRules(answer);
+      if (ApplyRules(answer)) return {};
       break;
-    case CaseOutcome::kMissing:
-      status = HandleMissingValue(&answer);
+    case CaseOutcome::kMissing: {
+      const KxStatus status = HandleMissingValue(&answer);
+      if (answer.IsPredictionFinite()) return status;
+      answer.DropPrediction();
       break;
+    }
     case CaseOutcome::kUndefined:
-      status = KxStatus(kNoAnswer, false);
       break;
   }
-  fOutputs.Fill(input, answer);
-  return status;
+  return {kNoAnswer, false};
+}
+
+// Working state is made anew for every case, so that one that was broken off leaves nothing behind.
+KxStatus PluginModel::Score(const ScoreCaseRecord& input, ScoreResult& result) noexcept {
+  auto& answer = static_cast<PluginResult&>(result);
+  answer.Reset();
+  try {
+    const KxStatus status = Answer(input, answer);
+    fOutputs.Fill(input, answer);
+    return status;
+  } catch (...) {  // std::bad_alloc, or the std::length_error of a text beyond all memory
+    answer.Reset();
+    return {kOutOfMemory, false};
+  }
 }
 
 }  // namespace KxVeyra_940::Plugin

@@ -38,7 +38,7 @@ class PluginModel : public BaseModel {
   VarRole GetVarRole(const ScoreDictVar* var) const override;
   VarRole GetVarRole(const std::string& name) const override;
   ScoreResult* NewResult() const override;
-  KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) override;
+  KxScore::KxStatus Score(const ScoreCaseRecord& input, ScoreResult& result) noexcept override;
   bool HasNoProbabilityOutput() const override { return fTargets.front().categories.empty(); }
 
   // For translators.  The model has its dictionaries by then.
@@ -91,7 +91,10 @@ class PluginModel : public BaseModel {
   // False for a value that ends the case; `derived` is null when no derived fields are read.
   bool Derive(const ScoreCaseRecord& input, const ScoreCaseRecord*& derived);
   Inputs::Outcome ReadInputs(const ScoreCaseRecord& input);
-  void ApplyRules(PluginResult& answer) const;
+  // False when the model's own target is left without an answer.
+  bool ApplyRules(PluginResult& answer) const;
+  static bool ApplyRules(const TargetRules& rules, PluginResult& answer);
+  KxScore::KxStatus Answer(const ScoreCaseRecord& input, PluginResult& answer);
   CaseOutcome OutcomeOf(const ScoreCaseRecord& input, PluginResult& answer);
 
   std::string fKind;

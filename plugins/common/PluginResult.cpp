@@ -1,5 +1,7 @@
 #include "common/PluginResult.h"
 
+#include <cmath>
+
 namespace KxVeyra_940::Plugin {
 
 namespace {
@@ -48,11 +50,8 @@ const ScoreValue* PluginResult::GetOutputValue(int index) const {
 }
 
 void PluginResult::Reset() {
-  fPredicted = nullptr;
-  fPredictedCategory = -1;
-  fProbability = NumericValue::gSysmisValue;
+  DropPrediction();
   fEntities.clear();
-  fStandardError = NumericValue::gSysmisValue;
   for (Category& category : fCategories) {
     category.probability = NumericValue::gSysmisValue;
     category.confidence = NumericValue::gSysmisValue;
@@ -88,6 +87,18 @@ void PluginResult::SetPredictedNumber(double number) {
   fPredictedCategory = -1;
 }
 
+bool PluginResult::IsPredictionFinite() const {
+  const bool hasNumber = fPredicted != nullptr && AsString(fPredicted) == nullptr;
+  return !hasNumber || std::isfinite(fPredicted->GetDouble());
+}
+
+void PluginResult::DropPrediction() {
+  fPredicted = nullptr;
+  fPredictedCategory = -1;
+  fProbability = NumericValue::gSysmisValue;
+  fStandardError = NumericValue::gSysmisValue;
+}
+
 void PluginResult::SetPredictedText(const std::string& text) {
   SetText(text, fText);
   fPredicted = &fText;
@@ -120,7 +131,7 @@ int PluginResult::FindCategory(const ScoreValue& value) const {
 void PluginResult::SetOutputNumber(int index, double number) {
   Output& output = OutputAt(index);
   output.number.SetDoubleValue(number);
-  output.value = &output.number;
+  output.value = std::isfinite(number) ? &output.number : nullptr;
 }
 
 void PluginResult::SetOutputText(int index, const std::string& text) {

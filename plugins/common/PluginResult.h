@@ -61,6 +61,10 @@ class PluginResult final : public ScoreResult {
   void SetPredictedNumber(double number);
   bool HasPredictedNumber() const { return fPredicted == &fNumber; }
   double GetPredictedNumber() const { return fNumber.GetNumber(); }  // REQUIRES: a number was set
+  // False for a predicted number that is infinite or none.
+  bool IsPredictionFinite() const;
+  // Takes the answer back: there is none.
+  void DropPrediction();
   void SetPredictedText(const std::string& text);
   void SetPredictedCategory(int index);  // also its probability
   void SetCategoryProbability(int index, double probability);
@@ -81,6 +85,7 @@ class PluginResult final : public ScoreResult {
   int GetPredictedCategory() const { return fPredictedCategory; }
   int FindCategory(const ScoreValue& value) const;  // -1 when there is none
 
+  // A number that is not finite is missing.
   void SetOutputNumber(int index, double number);
   void SetOutputText(int index, const std::string& text);
   // Lends a value of this result, or null for a missing one, as the output's value.

@@ -146,7 +146,8 @@ ScoreModel* PluginTranslator::BuildFrom(const DOMElement& element, Frame frame) 
                             .release());
   model->SetAlgorithmName(std::move(frame.algorithm));
   model->SetMiningFunction(frame.function);
-  AddFields(std::move(frame.schema), frame.invalidValues, *model);
+  fInvalidValues = std::move(frame.invalidValues);
+  AddFields(std::move(frame.schema), *model);
   if (const DOMElement* targets = GetChildByTag(&element, Tags::XML_ELE_TARGETS)) {
     HandleTargets(targets, model->GetDictionary());
   }
@@ -195,8 +196,7 @@ void PluginTranslator::UseDerivedFields(PluginModel& model) const {
   model.UseTransformations();
 }
 
-void PluginTranslator::AddFields(MiningSchema schema, const InvalidValuesByField& invalidValues,
-                                 PluginModel& model) const {
+void PluginTranslator::AddFields(MiningSchema schema, PluginModel& model) const {
   model.GetInputs().Reserve(schema.size());
   for (MiningField& field : schema) {
     const std::string& name = field.var->GetName();
@@ -204,8 +204,8 @@ void PluginTranslator::AddFields(MiningSchema schema, const InvalidValuesByField
       Raise(MessageId::kDuplicateVariableIn, {name, Tags::XML_ELE_MININGSCHEMA});
     }
     if (field.usage == Usage::kActive) {
-      const auto found = invalidValues.find(name);
-      model.GetInputs().Add(std::move(field), found == invalidValues.end() ? nullptr : found->second);
+      const auto found = fInvalidValues.find(name);
+      model.GetInputs().Add(std::move(field), found == fInvalidValues.end() ? nullptr : found->second);
       continue;
     }
     if (field.usage == Usage::kTarget && model.GetTargetVar() != nullptr) {

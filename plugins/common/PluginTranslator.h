@@ -68,6 +68,8 @@ class PluginTranslator : public PMMLTranslator {
   // Whether the mining schema may name several targets; the first one is the model's target.
   virtual bool TakesSeveralTargets() const { return false; }
 
+  // What the document calls invalid, by field, while a model is built.
+  const InvalidValuesByField& GetInvalidValues() const { return fInvalidValues; }
   // The path that came with the document; empty when there is none.
   const std::string& GetAuxPath() const { return fAuxPath; }
 
@@ -97,13 +99,14 @@ class PluginTranslator : public PMMLTranslator {
   void AddDerivedFields(const xercesc::DOMElement& element,
                         std::unique_ptr<TransformationDictionary> transformations, PluginModel& model);
   void UseDerivedFields(PluginModel& model) const;
-  void AddFields(MiningSchema schema, const InvalidValuesByField& invalidValues, PluginModel& model) const;
+  void AddFields(MiningSchema schema, PluginModel& model) const;
 
   const char* fModelTag;
   std::string fAuxPath;
   std::optional<FieldFinder> fFields;  // of the model under construction
   PluginModel* fModel = nullptr;       // the same
   std::vector<std::string> fDerivedInputs;
+  InvalidValuesByField fInvalidValues;
 };
 
 }  // namespace KxVeyra_940::Plugin

@@ -226,7 +226,6 @@ void DescriptionReader::ReadEstimates() {
     }
     fDescription.estimates.push_back(estimate);
   });
-  if (fDescription.estimates.empty()) Raise(MessageId::kNoChildElement, {fWords.estimates});
 }
 
 // A matrix may be written in whole or by half.

@@ -181,11 +181,13 @@ TargetCategories OrderCategories(Description& description, const Vocabulary& wor
   if (!ordered.reference.has_value() && without == 1) {
     ordered.reference = static_cast<std::size_t>(std::ranges::find(hasOwn, false) - hasOwn.begin());
   }
-  if (!ordered.reference.has_value() && hasCommon && without > 0) {
+  // Without any estimates all equations are 0.
+  const bool isEmpty = description.estimates.empty();
+  if (!ordered.reference.has_value() && (hasCommon || isEmpty) && without > 0) {
     Raise(MessageId::kRequiredIn, {words.referenceCategory, words.model});
   }
   // Each threshold of an ordered model is its own.
-  const bool needsOwn = isOrdered || !hasCommon;
+  const bool needsOwn = isOrdered || !(hasCommon || isEmpty);
   bool isFirst = !ordered.reference.has_value();
   for (std::size_t i = 0; i < count; ++i) {
     if (hasOwn[i] || i == ordered.reference || !needsOwn) continue;

@@ -79,7 +79,7 @@ bool GeneralRegressionModel::ScoreMean(const CaseValues& values, PluginResult& r
   result.SetPredictedNumber(mean);
   if (!fErrors.IsGiven()) return true;
   const double error = std::fabs(trials * fLink.Slope(fEtas[0])) * fErrors.Of(values);
-  if (!std::isnan(error)) result.SetStandardError(error);
+  if (std::isfinite(error)) result.SetStandardError(error);
   return true;
 }
 
@@ -87,7 +87,9 @@ bool GeneralRegressionModel::ScoreHazard(const CaseValues& values, PluginResult&
   const int stratum =
       fBaseline.strataInput < 0 ? 0 : values.codes[static_cast<std::size_t>(fBaseline.strataInput)];
   const double time = values.numbers[static_cast<std::size_t>(fBaseline.timeInput)];
-  const double hazard = fBaseline.hazards.At(time, stratum) * std::exp(fEtas[0]);
+  // Where nothing can have happened yet, nothing has, even if the predictor is without bounds.
+  const double baseline = fBaseline.hazards.At(time, stratum);
+  const double hazard = baseline == 0 ? 0 : baseline * std::exp(fEtas[0]);
   if (std::isnan(hazard)) return false;
   result.SetPredictedNumber(hazard);
   return true;

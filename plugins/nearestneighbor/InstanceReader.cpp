@@ -4,6 +4,7 @@
 #include <limits>
 #include <numeric>
 
+#include "common/FieldNumber.h"
 #include "common/Keywords.h"
 #include "data/DateTimeValue.h"
 #include "data/StringValue.h"
@@ -31,12 +32,6 @@ constexpr const char* kAuxiliaryPath = "auxiliary path";
 constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
 constexpr Keyword<bool> kBooleans[] = {{"false", false}, {"true", true}, {"0", false}, {"1", true}};
-
-double NumberOf(const ScoreDictVar& var, const ScoreValue& value) {
-  if (var.GetVarType() == ScoreDictVar::kDATETIME_VAR)
-    return static_cast<const DateTimeValue&>(value).GetDoubleValue(var.GetDateTimeType());
-  return static_cast<const NumericValue&>(value).GetNumber();
-}
 
 // A calendar text, or the number of the field's representation.
 double ReadDate(const ScoreDictVar& var, const std::string& text) {
@@ -66,9 +61,9 @@ std::vector<int> FindPrecedence(const CategoryTable& categories, const std::vect
 
 }  // namespace
 
-InstanceReader::InstanceReader(const PMMLTranslator& translator, const std::string& auxPath,
-                               NeighborModel& model)
-    : fTranslator(translator), fAuxPath(auxPath), fModel(model) {}
+InstanceReader::InstanceReader(const PMMLTranslator& translator, const InvalidValuesByField& invalidValues,
+                               const std::string& auxPath, NeighborModel& model)
+    : fTranslator(translator), fInvalidValues(invalidValues), fAuxPath(auxPath), fModel(model) {}
 
 InstanceReader::~InstanceReader() = default;
 
@@ -124,8 +119,13 @@ std::size_t InstanceReader::ColumnOf(const std::string& field) {
 
 void InstanceReader::PlanTargets() {
   for (const ScoreDictVar* var : fModel.GetTargetVars()) {
-    fTargets.push_back(std::unique_ptr<Target>(
-        new Target{var, ColumnOf(var->GetName()), CategoryTable(*var), {IsCategorical(*var), {}, {}, {}}}));
+    const auto invalid = fInvalidValues.find(var->GetName());
+    fTargets.push_back(
+        std::unique_ptr<Target>(new Target{var,
+                                           ColumnOf(var->GetName()),
+                                           invalid == fInvalidValues.end() ? nullptr : invalid->second,
+                                           CategoryTable(*var),
+                                           {IsCategorical(*var), {}, {}, {}}}));
   }
 }
 
@@ -211,16 +211,24 @@ void InstanceReader::TakeTransformed(const TrainingRow& row) {
     const std::unique_ptr<ScoreValue> value = ValueOf(row, *input.var, input.column);
     const auto i = static_cast<std::size_t>(input.input);
     const bool isMissing = value == nullptr || input.var->IsMissingValue(value.get());
+    if (value != nullptr && fModel.GetInputs().IsInvalid(input.input, *value))
+      RefuseInvalid(row, *input.var, input.column, *value);
     if (input.categories == nullptr) {
       fValues.numbers[i] = isMissing ? NumericValue::gSysmisValue : NumberOf(*input.var, *value);
-      continue;
-    }
-    fValues.codes[i] = isMissing ? kMissingCategory : input.categories->Add(*value);
-    if (input.categories->GetListedCount() > 0 && fValues.codes[i] >= input.categories->GetListedCount()) {
-      Raise(MessageId::kValueNotInValueList, {value->GetString(), input.var->GetName()},
-            PlaceOf(row, input.column));
+    } else {
+      fValues.codes[i] = isMissing ? kMissingCategory : input.categories->Add(*value);
     }
   }
+}
+
+// A category that is not listed, or a value that the document calls invalid, which its variable counts as
+// missing.
+void InstanceReader::RefuseInvalid(const TrainingRow& row, const ScoreDictVar& var, std::size_t column,
+                                   const ScoreValue& value) const {
+  const std::string place = PlaceOf(row, column);
+  if (var.IsMissingValue(&value))
+    Raise(MessageId::kValueOutsideRange, {value.GetString(), var.GetName()}, place);
+  Raise(MessageId::kValueNotInValueList, {value.GetString(), var.GetName()}, place);
 }
 
 void InstanceReader::FillSlot(const TrainingRow& row, const InputColumn& input, int slot) {
@@ -252,16 +260,16 @@ void InstanceReader::TakeFields(const TrainingRow& row) {
 void InstanceReader::TakeTarget(const TrainingRow& row, Target& target) const {
   const std::unique_ptr<ScoreValue> value = ValueOf(row, *target.var, target.column);
   const bool isMissing = value == nullptr || target.var->IsMissingValue(value.get());
+  if (value != nullptr && isMissing && target.invalid != nullptr && target.invalid->Contains(*value))
+    RefuseInvalid(row, *target.var, target.column, *value);
   if (!target.values.isCategorical) {
     target.values.numbers.push_back(isMissing ? kMissing : NumberOf(*target.var, *value));
     return;
   }
   target.values.codes.push_back(isMissing ? TargetColumn::kNone : target.categories.Add(*value));
   const int listed = target.categories.GetListedCount();
-  if (listed > 0 && target.values.codes.back() >= listed) {
-    Raise(MessageId::kValueNotInValueList, {value->GetString(), target.var->GetName()},
-          PlaceOf(row, target.column));
-  }
+  if (listed > 0 && target.values.codes.back() >= listed)
+    RefuseInvalid(row, *target.var, target.column, *value);
 }
 
 void InstanceReader::SetCategories() {

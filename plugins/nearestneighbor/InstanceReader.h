@@ -10,6 +10,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "common/CategoryTable.h"
+#include "common/InvalidValues.h"
 #include "nearestneighbor/NeighborModel.h"
 #include "nearestneighbor/TrainingRows.h"
 #include "translate/PMMLTranslator.h"
@@ -19,7 +20,8 @@ namespace KxVeyra_940::Plugin {
 class InstanceReader {
  public:
   // `auxPath` names the file of a "TableLocator".  Everything is lent.
-  InstanceReader(const PMMLTranslator& translator, const std::string& auxPath, NeighborModel& model);
+  InstanceReader(const PMMLTranslator& translator, const InvalidValuesByField& invalidValues,
+                 const std::string& auxPath, NeighborModel& model);
   ~InstanceReader();
 
   // Gives the model its instances and its targets their categories.  `model` is the model's element.  Raises,
@@ -31,6 +33,7 @@ class InstanceReader {
   struct Target {
     const ScoreDictVar* var;
     std::size_t column;
+    std::shared_ptr<const InvalidValues> invalid;  // null: nothing is called so
     CategoryTable categories;
     TargetColumn values;
   };
@@ -59,9 +62,12 @@ class InstanceReader {
   std::unique_ptr<ScoreValue> ValueOf(const TrainingRow& row, const ScoreDictVar& var,
                                       std::size_t column) const;
   std::string PlaceOf(const TrainingRow& row, std::size_t column) const;
+  [[noreturn]] void RefuseInvalid(const TrainingRow& row, const ScoreDictVar& var, std::size_t column,
+                                  const ScoreValue& value) const;
   void SetCategories();
 
   const PMMLTranslator& fTranslator;
+  const InvalidValuesByField& fInvalidValues;
   const std::string& fAuxPath;
   NeighborModel& fModel;
   bool fIsTransformed = false;

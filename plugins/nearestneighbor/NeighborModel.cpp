@@ -35,9 +35,6 @@ void NeighborModel::SetInstances(Instances instances) {
   std::size_t mostCategories = 0;
   for (const TargetColumn& target : fInstances->targets) {
     mostCategories = std::max(mostCategories, target.precedence.size());
-    fUsesWeights = fUsesWeights ||
-                   (target.isCategorical ? fScoring.categorical == CategoricalMethod::kWeightedMajorityVote
-                                         : fScoring.continuous == ContinuousMethod::kWeightedAverage);
   }
   fVotes.reserve(mostCategories);
 }
@@ -52,11 +49,11 @@ CaseOutcome NeighborModel::ScoreCase(CaseValues& values, PluginResult& result) {
     result.SetPredictedText(*result.GetEntity(1)->id);
     return CaseOutcome::kAnswered;
   }
-  WeighNeighbors(neighbors, result);
   bool isAnswered = false;
   for (std::size_t i = 0; i < fInstances->targets.size(); ++i) {
     const TargetColumn& target = fInstances->targets[i];
     PluginResult& answer = result.OfTarget(static_cast<int>(i));
+    WeighNeighbors(target, neighbors, result);
     const bool hasAnswer =
         target.isCategorical ? Vote(target, neighbors, answer) : Average(target, neighbors, answer);
     if (i == 0) isAnswered = hasAnswer;
@@ -69,23 +66,34 @@ double NeighborModel::WeightOf(double affinity) const {
   return fMeasure.isSimilarity ? affinity + fScoring.threshold : 1 / (affinity + fScoring.threshold);
 }
 
-void NeighborModel::WeighNeighbors(std::span<const Neighbor> neighbors, const PluginResult& result) {
-  fWeights.assign(neighbors.size(), 1.0);
-  if (!fUsesWeights) return;
-  for (std::size_t i = 0; i < neighbors.size(); ++i)
-    fWeights[i] = WeightOf(result.GetEntity(static_cast<int>(i) + 1)->affinity);
-  if (!std::isinf(fWeights.front())) return;
+bool NeighborModel::IsWeighted(const TargetColumn& target) const {
+  return target.isCategorical ? fScoring.categorical == CategoricalMethod::kWeightedMajorityVote
+                              : fScoring.continuous == ContinuousMethod::kWeightedAverage;
+}
+
+void NeighborModel::WeighNeighbors(const TargetColumn& target, std::span<const Neighbor> neighbors,
+                                   const PluginResult& result) {
+  const bool isWeighted = IsWeighted(target);
+  bool isAtPlace = false;
+  fWeights.clear();
+  for (std::size_t i = 0; i < neighbors.size(); ++i) {
+    const bool hasSay = target.HasValue(neighbors[i].instance);
+    const double weight =
+        isWeighted && hasSay ? WeightOf(result.GetEntity(static_cast<int>(i) + 1)->affinity) : 1;
+    fWeights.push_back(hasSay ? weight : 0);
+    isAtPlace = isAtPlace || std::isinf(fWeights.back());
+  }
+  if (!isAtPlace) return;
   // Those at the very place of the case answer alone.
   for (double& weight : fWeights) weight = std::isinf(weight) ? 1 : 0;
 }
 
 bool NeighborModel::Vote(const TargetColumn& target, std::span<const Neighbor> neighbors,
                          PluginResult& answer) {
-  const bool isWeighted = fScoring.categorical == CategoricalMethod::kWeightedMajorityVote;
   fVotes.assign(target.precedence.size(), 0.0);
   for (std::size_t i = 0; i < neighbors.size(); ++i) {
     const int code = target.codes[neighbors[i].instance];
-    if (code != TargetColumn::kNone) fVotes[static_cast<std::size_t>(code)] += isWeighted ? fWeights[i] : 1;
+    if (code != TargetColumn::kNone) fVotes[static_cast<std::size_t>(code)] += fWeights[i];
   }
   const double sum = std::accumulate(fVotes.begin(), fVotes.end(), 0.0);
   if (!(sum > 0)) return false;
@@ -102,16 +110,14 @@ bool NeighborModel::Vote(const TargetColumn& target, std::span<const Neighbor> n
 
 bool NeighborModel::Average(const TargetColumn& target, std::span<const Neighbor> neighbors,
                             PluginResult& answer) {
-  const bool isWeighted = fScoring.continuous == ContinuousMethod::kWeightedAverage;
   double sum = 0;
   double weights = 0;
   fNumbers.clear();
   for (std::size_t i = 0; i < neighbors.size(); ++i) {
     const double number = target.numbers[neighbors[i].instance];
     if (std::isnan(number)) continue;
-    const double weight = isWeighted ? fWeights[i] : 1;
-    sum += weight * number;
-    weights += weight;
+    sum += fWeights[i] * number;
+    weights += fWeights[i];
     fNumbers.push_back(number);
   }
   if (!(weights > 0)) return false;

@@ -3,6 +3,7 @@
 #ifndef VEYRA_PLUGINS_NEARESTNEIGHBOR_NEIGHBORMODEL_H_
 #define VEYRA_PLUGINS_NEARESTNEIGHBOR_NEIGHBORMODEL_H_
 
+#include <cmath>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,10 @@ struct TargetColumn {
   std::vector<int> codes;       // by instance, kNone for a missing one; of a categorical target
   // By category: of those with equal votes the one of the lowest number wins.
   std::vector<int> precedence;
+
+  bool HasValue(std::size_t instance) const {
+    return isCategorical ? codes[instance] != kNone : !std::isnan(numbers[instance]);
+  }
 };
 
 struct Instances {
@@ -63,7 +68,10 @@ class NeighborModel final : public PluginModel {
 
  private:
   NeighborModel(const NeighborModel& other);
-  void WeighNeighbors(std::span<const Neighbor> neighbors, const PluginResult& result);
+  // What each neighbour weighs for the target; one without its value weighs nothing.
+  void WeighNeighbors(const TargetColumn& target, std::span<const Neighbor> neighbors,
+                      const PluginResult& result);
+  bool IsWeighted(const TargetColumn& target) const;
   double WeightOf(double affinity) const;
   // False when no neighbour has a value.
   bool Vote(const TargetColumn& target, std::span<const Neighbor> neighbors, PluginResult& answer);
@@ -75,7 +83,6 @@ class NeighborModel final : public PluginModel {
   CaseCoordinates fCoordinates;
   std::shared_ptr<const Instances> fInstances;  // immutable, so that copies share them
   NeighborSearch fSearch;
-  bool fUsesWeights = false;
 
   // Working state of a case.
   std::vector<double> fPlace;    // the case's coordinates

@@ -102,7 +102,7 @@ void NeighborTranslator::BuildModel(const DOMElement& element, PluginModel& mode
 }
 
 void NeighborTranslator::CompleteModel(const DOMElement& element, PluginModel& model) {
-  InstanceReader(*this, GetAuxPath(), static_cast<NeighborModel&>(model)).Read(element);
+  InstanceReader(*this, GetInvalidValues(), GetAuxPath(), static_cast<NeighborModel&>(model)).Read(element);
 }
 
 std::vector<ComparedField> NeighborTranslator::ReadInputs(const DOMElement& element, bool isBinary,

@@ -16,7 +16,7 @@ double RegressionTable::Evaluate(const CaseValues& values) const {
     sum += term.coefficient * std::pow(values.numbers[static_cast<std::size_t>(term.input)], term.exponent);
   }
   for (const Category& term : categories) {
-    // A code of -1 is beyond every table.
+    // The codes of a missing category and of one that the table does not have are beyond every table.
     const auto code = static_cast<std::size_t>(values.codes[static_cast<std::size_t>(term.input)]);
     if (code < term.coefficients.size()) sum += term.coefficients[code];
   }

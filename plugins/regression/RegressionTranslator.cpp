@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <unordered_map>
+#include <utility>
 
 #include "common/Keywords.h"
 #include "error/Raise.h"
@@ -108,7 +109,7 @@ void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionM
   const bool isOrdinal = target != nullptr && target->GetMLevel() == ScoreDictVar::kOrdinal && !isProportion;
   if (normalization == Normalization::kExp) RefuseNormalization(element);
   CategoryTables read = ReadCategoryTables(element, model);
-  if (target != nullptr) CompleteFromDictionary(*target, isOrdinal, read);
+  CompleteFromDictionary(isOrdinal, read);
   if (read.tables.size() < 2) {
     Raise(MessageId::kMoreThanOneRequired, {Tags::XML_ELE_REGTABLE, Tags::XML_ELE_REGMODEL});
   }
@@ -118,16 +119,20 @@ void RegressionTranslator::BuildEquations(const DOMElement& element, RegressionM
 
 RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(const DOMElement& element,
                                                                               RegressionModel& model) {
-  CategoryTables read;
   const ScoreDictVar* target = model.GetTargetVar();
+  CategoryTables read;
+  read.known = MakeTargetTable(target);
+  read.tableOfCode.resize(static_cast<std::size_t>(read.known->Size()));
   ForEachChildElement(&element, [&](const DOMElement& child) {
     if (!HasTag(child, Tags::XML_ELE_REGTABLE)) return;
     std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, kTargetCategory, target);
-    for (const auto& other : read.categories) {
-      if (*other != *category) continue;
+    const auto code = static_cast<std::size_t>(read.known->Add(*category));
+    if (read.tableOfCode.size() <= code) read.tableOfCode.resize(code + 1);
+    if (read.tableOfCode[code].has_value()) {
       Raise(MessageId::kDuplicateValueIn,
             {kTargetCategory, ToString(Attribute(child, kTargetCategory)), Tags::XML_ELE_REGMODEL});
     }
+    read.tableOfCode[code] = read.tables.size();
     read.categories.push_back(std::move(category));
     read.tables.push_back(ReadTable(child, model));
   });
@@ -136,31 +141,23 @@ RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(co
 
 // Brings the tables of an ordinal target into the order of its categories, and gives the one category that
 // has no table an equation of 0.  More than one such category is an error.
-void RegressionTranslator::CompleteFromDictionary(const ScoreDictVar& target, bool isOrdinal,
-                                                  CategoryTables& read) {
-  const ScoreValueLabelSet* labels = target.GetValueLabels();
-  if (labels == nullptr) return;
+void RegressionTranslator::CompleteFromDictionary(bool isOrdinal, CategoryTables& read) {
+  if (read.known->GetListedCount() == 0) return;
   CategoryTables ordered;
   bool isComplete = true;
-  for (const ScoreValueLabel* label : labels->GetAllValueLabels()) {
-    const ScoreValue& value = *label->GetValue();
-    std::size_t position = 0;
-    while (position < read.categories.size() &&
-           (read.categories[position] == nullptr || *read.categories[position] != value)) {
-      ++position;
-    }
-    const bool hasTable = position < read.categories.size();
-    if (!hasTable && !isComplete) {
+  for (int code = 0; code < read.known->GetListedCount(); ++code) {
+    const ScoreValue& value = read.known->GetValue(code);
+    const std::optional<std::size_t> position = read.tableOfCode[static_cast<std::size_t>(code)];
+    if (!position.has_value() && !std::exchange(isComplete, false)) {
       Raise(MessageId::kMissingValueDefinition, {value.GetString(), Tags::XML_ELE_REGTABLE});
     }
-    isComplete = isComplete && hasTable;
-    if (!hasTable && !isOrdinal) {
-      read.categories.emplace_back(value.Clone());
-      read.tables.emplace_back();
+    CategoryTables& to = isOrdinal ? ordered : read;
+    if (!position.has_value()) {
+      to.categories.emplace_back(value.Clone());
+      to.tables.emplace_back();
     } else if (isOrdinal) {
-      ordered.categories.push_back(hasTable ? std::move(read.categories[position])
-                                            : std::unique_ptr<ScoreValue>(value.Clone()));
-      ordered.tables.push_back(hasTable ? std::move(read.tables[position]) : RegressionTable());
+      to.categories.push_back(std::move(read.categories[*position]));
+      to.tables.push_back(std::move(read.tables[*position]));
     }
   }
   if (isOrdinal) read = std::move(ordered);
@@ -175,6 +172,7 @@ RegressionTable RegressionTranslator::ReadTable(const DOMElement& element, Plugi
       ReadNumericPredictor(child, model, table);
     } else if (HasTag(child, Tags::XML_ELE_CATEGORICAL_PREDICTOR)) {
       const int input = FindInput(child, Tags::XML_ATT_PRED_NAME);
+      model.GetInputs().AcceptMissingCategory(input);
       const std::unique_ptr<ScoreValue> value(CarefullyMakeVarValue(
           &model.GetInputs().GetVar(input), RequiredAttribute(child, Tags::XML_ATT_VALUE)));
       categoryTerms.Add(input, model.GetInputs().UseAsCategory(input).Add(*value),

@@ -4,8 +4,10 @@
 #define VEYRA_PLUGINS_REGRESSION_REGRESSIONTRANSLATOR_H_
 
 #include <memory>
+#include <optional>
 #include <vector>
 
+#include "common/CategoryTable.h"
 #include "common/PluginTranslator.h"
 #include "regression/RegressionModel.h"
 
@@ -24,6 +26,8 @@ class RegressionTranslator final : public PluginTranslator {
   struct CategoryTables {
     std::vector<std::unique_ptr<ScoreValue>> categories;
     std::vector<RegressionTable> tables;
+    std::unique_ptr<CategoryTable> known;                 // those that the target lists come first
+    std::vector<std::optional<std::size_t>> tableOfCode;  // by code of `known`
   };
 
   RegressionTable ReadTable(const xercesc::DOMElement& element, PluginModel& model);
@@ -32,7 +36,7 @@ class RegressionTranslator final : public PluginTranslator {
   void BuildEquation(const xercesc::DOMElement& element, RegressionModel& model);
   void BuildEquations(const xercesc::DOMElement& element, RegressionModel& model);
   CategoryTables ReadCategoryTables(const xercesc::DOMElement& element, RegressionModel& model);
-  static void CompleteFromDictionary(const ScoreDictVar& target, bool isOrdinal, CategoryTables& tables);
+  static void CompleteFromDictionary(bool isOrdinal, CategoryTables& read);
 };
 
 }  // namespace KxVeyra_940::Plugin

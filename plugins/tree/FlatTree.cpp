@@ -4,6 +4,7 @@
 
 #include "data/NumericValue.h"
 #include "predicate/SplitPredicate.h"
+#include "tree/TestPredicates.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -38,7 +39,6 @@ std::int32_t FlatTree::AddNodes(std::size_t count) {
 void FlatTree::SetChildren(std::int32_t node, std::int32_t first, std::int32_t count) {
   At(node).firstChild = first;
   At(node).childCount = count;
-  mostChildren = std::max(mostChildren, count);
 }
 
 CodeSet FlatTree::AddCodes(const std::vector<std::int32_t>& codes) {
@@ -66,7 +66,7 @@ Result FlatTree::Evaluate(std::int32_t node, const std::vector<double>& values,
     const double number = values[Index(test.input)];
     return Known(test.bounds.low <= number && number <= test.bounds.high, IsMissingNumber(number));
   }
-  if (test.kind == TestKind::kPredicate) return predicates[test.predicate]->Evaluate(values);
+  if (test.kind >= TestKind::kPredicate) return predicates[test.predicate]->Evaluate(values);
   if (test.kind == TestKind::kAlways || test.kind == TestKind::kNever) {
     return AnswerOf(test.kind == TestKind::kAlways);
   }
@@ -94,11 +94,18 @@ Result FlatTree::Evaluate(std::int32_t node, const std::vector<double>& values,
   }
 }
 
+std::int32_t FlatTree::CountSurrogates(std::int32_t node, Result result, const std::vector<double>& values,
+                                       const Predicates& predicates) const {
+  const NodeTest& test = At(node).test;
+  if (penalty == 1 || test.kind != TestKind::kSurrogatePredicate) return 0;
+  return CountDecidingSurrogates(*predicates[test.predicate], result, values);
+}
+
 FlatTree::Ending FlatTree::Walk(const std::vector<double>& values, const Predicates& predicates) const {
   const Result root = Evaluate(0, values, predicates);
   if (!IsTrue(root)) return {Ending::kNothing, 0, 0};
   Ending ending = WalkFrom(0, values, predicates);
-  if (root == ScorePredicate::kTrueBySurrogate) ++ending.penalties;
+  ending.penalties += CountSurrogates(0, root, values, predicates);
   return ending;
 }
 
@@ -119,8 +126,10 @@ FlatTree::Ending FlatTree::WalkFrom(std::int32_t node, const std::vector<double>
       if (strategy == MissingStrategy::kNullPrediction) return {Ending::kNothing, node, penalties};
       if (strategy != MissingStrategy::kDefaultChild) return {Ending::kSeveral, node, penalties};
       next = Answer(node).defaultChild;
+      ++penalties;
+    } else {
+      penalties += CountSurrogates(next, result, values, predicates);
     }
-    if (result != ScorePredicate::kTrue) ++penalties;
     node = next;
   }
   return {Ending::kNode, node, penalties};

@@ -41,7 +41,8 @@ enum class TestKind : std::int32_t {
   kNumberPresent,
   kCodeMissing,
   kCodePresent,
-  kPredicate,  // ask the predicate object
+  kPredicate,           // ask the predicate object
+  kSurrogatePredicate,  // the same, in which surrogates may decide
 };
 
 struct Bounds {
@@ -81,6 +82,7 @@ struct NodeAnswer {
   double recordCount = 0;
   std::int32_t category = -1;  // the score of a tree of categories
   bool hasScore = false;
+  std::int32_t lastScored = -1;    // the nearest node on the way from the root that has a score; -1 for none
   std::int32_t defaultChild = -1;  // its position
   std::uint32_t firstShare = 0;
   std::uint32_t shareCount = 0;
@@ -105,8 +107,6 @@ class FlatTree {
   MissingStrategy strategy = MissingStrategy::kNone;
   bool returnsLastPrediction = false;  // when no child of a node is true
   double penalty = 1;                  // of a confidence, for each surrogate and default child
-  std::int32_t deepest = 0;            // the depth of the deepest node
-  std::int32_t mostChildren = 0;
 
   // --- Building: the root is node 0 ---
 
@@ -133,6 +133,10 @@ class FlatTree {
 
   ScorePredicate::PredicateResult Evaluate(std::int32_t node, const std::vector<double>& values,
                                            const Predicates& predicates) const;
+  // How many surrogates decided that the node's predicate, which was evaluated, is `result`, as far as there
+  // is a penalty of them.
+  std::int32_t CountSurrogates(std::int32_t node, ScorePredicate::PredicateResult result,
+                               const std::vector<double>& values, const Predicates& predicates) const;
   // From the root, whose predicate must be true.
   Ending Walk(const std::vector<double>& values, const Predicates& predicates) const;
   // From a node whose predicate counts as true.

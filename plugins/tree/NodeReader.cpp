@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "data/DictVar.h"
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
 #include "translate/PMMLModelTags.h"
 #include "tree/NodeTests.h"
+#include "tree/TestPredicates.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {
@@ -40,11 +40,6 @@ bool IsText(const ScoreDictVar* target) {
   return target == nullptr || target->GetVarType() == ScoreDictVar::STRING_VAR;
 }
 
-std::unique_ptr<CategoryTable> CategoriesOf(const ScoreDictVar* target) {
-  if (target != nullptr) return std::make_unique<CategoryTable>(*target);
-  return std::make_unique<CategoryTable>(DictVar(std::string(), ScoreDictVar::STRING_VAR));
-}
-
 }  // namespace
 
 NodeReader::NodeReader(const PMMLTranslator& translator, PredicateReader& predicateReader,
@@ -57,7 +52,7 @@ NodeReader::NodeReader(const PMMLTranslator& translator, PredicateReader& predic
       fIsClassification(isClassification),
       fIsBinary(isBinary),
       fTarget(target),
-      fCategories(CategoriesOf(target)) {}
+      fCategories(MakeTargetTable(target)) {}
 
 bool NodeReader::AnswersTogether() const {
   return fTree.strategy == MissingStrategy::kWeightedConfidence ||
@@ -65,7 +60,7 @@ bool NodeReader::AnswersTogether() const {
 }
 
 void NodeReader::Read(const DOMElement& root) {
-  fPending.push_back({&root, fTree.AddNodes(1), 0});
+  fPending.push_back({&root, fTree.AddNodes(1), -1});
   while (!fPending.empty()) {
     const Pending pending = fPending.back();
     fPending.pop_back();
@@ -86,6 +81,8 @@ void NodeReader::ReadNode(const Pending& pending) {
   SortContent(*pending.element);
   ReadTest(pending.node);
   ReadAnswer(*pending.element, pending.node);
+  NodeAnswer& answer = fTree.Answer(pending.node);
+  answer.lastScored = answer.hasScore ? pending.node : pending.lastScored;
   ReadChildren(pending);
 }
 
@@ -123,7 +120,7 @@ void NodeReader::ReadTest(std::int32_t node) {
     }
   }
   NodeTest test;
-  test.kind = TestKind::kPredicate;
+  test.kind = HasSurrogates(*predicate) ? TestKind::kSurrogatePredicate : TestKind::kPredicate;
   test.predicate = static_cast<std::uint32_t>(fPredicates.size());
   fPredicates.push_back(std::move(predicate));
   fTree.SetTest(node, test);
@@ -214,9 +211,9 @@ void NodeReader::ReadChildren(const Pending& pending) {
   const std::int32_t first = fTree.AddNodes(count);
   fTree.SetChildren(pending.node, first, static_cast<std::int32_t>(count));
   fTree.Answer(pending.node).defaultChild = FindDefaultChild(*pending.element, first);
-  fTree.deepest = std::max(fTree.deepest, pending.depth + 1);
+  const std::int32_t lastScored = fTree.Answer(pending.node).lastScored;
   for (std::size_t i = count; i-- > 0;) {  // the first child comes next
-    fPending.push_back({fContent.children[i], first + static_cast<std::int32_t>(i), pending.depth + 1});
+    fPending.push_back({fContent.children[i], first + static_cast<std::int32_t>(i), lastScored});
   }
 }
 

@@ -35,7 +35,7 @@ class NodeReader {
   struct Pending {
     const xercesc::DOMElement* element;
     std::int32_t node;
-    std::int32_t depth;
+    std::int32_t lastScored;  // above it
   };
   // What stands inside a node, in document order.
   struct Content {

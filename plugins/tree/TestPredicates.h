@@ -8,6 +8,8 @@
 #ifndef VEYRA_PLUGINS_TREE_TESTPREDICATES_H_
 #define VEYRA_PLUGINS_TREE_TESTPREDICATES_H_
 
+#include <vector>
+
 #include "data/Owned.h"
 #include "veyra/ScorePredicate.h"
 
@@ -59,6 +61,16 @@ class MissingPredicate final : public WrappedPredicate {
  private:
   bool fWantsMissing;
 };
+
+// Whether surrogates stand anywhere in the predicate.
+bool HasSurrogates(const ScorePredicate& predicate);
+
+// How many surrogates had a part in the answer that the predicate gave to the values: of an "or" that is true
+// and an "and" that is false those of the first child that says so, of others those of all children, and of a
+// surrogate itself those of the child that decided, and one more when that was not the first.
+// REQUIRES: `result` is that answer, and known.
+int CountDecidingSurrogates(const ScorePredicate& predicate, ScorePredicate::PredicateResult result,
+                            const std::vector<double>& values);
 
 }  // namespace KxVeyra_940::Plugin
 

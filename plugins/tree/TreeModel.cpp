@@ -42,9 +42,8 @@ TreeModel::TreeModel(const TreeModel& other)
       fTree(other.fTree),
       fCategoryCodes(other.fCategoryCodes),
       fIsClassification(other.fIsClassification),
-      fChildResults(other.fChildResults),
       fTotals(other.fTotals) {
-  fPending.reserve(other.fPending.capacity());
+  fBranches.reserve(other.fBranches.capacity());
   for (const auto& predicate : other.fPredicates) {
     fPredicates.emplace_back(predicate->Clone());
     Resolve(*fPredicates.back(), GetDictionary(), GetTransformationDictionary());
@@ -57,16 +56,13 @@ void TreeModel::SetTree(FlatTree tree, FlatTree::Predicates predicates,
                         std::vector<CategoryCodes> categoryCodes) {
   const bool hasSeveral = tree.strategy == MissingStrategy::kWeightedConfidence ||
                           tree.strategy == MissingStrategy::kAggregateNodes;
-  const auto mostChildren = static_cast<std::size_t>(tree.mostChildren);
-  const std::size_t mostPending = static_cast<std::size_t>(tree.deepest) * mostChildren + 1;
   fTree = std::make_shared<const FlatTree>(std::move(tree));
   fPredicates = std::move(predicates);
   fCategoryCodes = std::move(categoryCodes);
   const int categories = NewBareResult()->GetNumberOfCategories();
   fIsClassification = categories > 0;
   if (!hasSeveral) return;
-  fPending.reserve(std::min(mostPending, fTree->Size() + 1));
-  fChildResults.resize(mostChildren);
+  fBranches.reserve(fTree->Size() + 1);
   for (int i = 0; i < categories; ++i) fTotals.push_back({i, 0, 0, 0});
 }
 
@@ -91,9 +87,10 @@ double TreeModel::Discount(std::int32_t penalties) const {
 }
 
 CaseOutcome TreeModel::AnswerFrom(const Ending& ending, PluginResult& result) const {
-  const NodeAnswer& answer = fTree->Answer(ending.node);
-  if (!answer.hasScore) return CaseOutcome::kMissing;
-  result.AddEntity(&fTree->Id(ending.node));
+  const std::int32_t node = fTree->Answer(ending.node).lastScored;
+  if (node < 0) return CaseOutcome::kMissing;
+  const NodeAnswer& answer = fTree->Answer(node);
+  result.AddEntity(&fTree->Id(node));
   if (!fIsClassification) {
     result.SetPredictedNumber(answer.number);
     return CaseOutcome::kAnswered;
@@ -105,7 +102,7 @@ CaseOutcome TreeModel::AnswerFrom(const Ending& ending, PluginResult& result) co
       result.SetCategoryConfidence(i, 0);
     }
     const double discount = Discount(ending.penalties);
-    const ScoreShare* shares = fTree->Shares(ending.node);
+    const ScoreShare* shares = fTree->Shares(node);
     for (const ScoreShare* share = shares; share != shares + answer.shareCount; ++share) {
       result.SetCategoryProbability(share->category, share->probability);
       result.SetCategoryConfidence(share->category, share->confidence * discount);
@@ -115,37 +112,39 @@ CaseOutcome TreeModel::AnswerFrom(const Ending& ending, PluginResult& result) co
   return CaseOutcome::kAnswered;
 }
 
-void TreeModel::Divide(const Branch& branch, const CaseValues& values) {
-  const std::int32_t first = fTree->FirstChild(branch.ending.node);
-  const std::int32_t count = fTree->ChildCount(branch.ending.node);
-  double records = 0;
-  for (std::int32_t i = 0; i < count; ++i) {
-    const auto result = fTree->Evaluate(first + i, values.numbers, fPredicates);
-    fChildResults[static_cast<std::size_t>(i)] = result;
-    if (result != ScorePredicate::kFalse) records += fTree->Answer(first + i).recordCount;
-  }
-  if (!(records > 0)) return;
-  for (std::int32_t i = 0; i < count; ++i) {
-    const auto result = fChildResults[static_cast<std::size_t>(i)];
+void TreeModel::Divide(std::size_t branch, const CaseValues& values) {
+  const Ending divided = fBranches[branch].ending;
+  const std::int32_t first = fTree->FirstChild(divided.node);
+  const std::int32_t end = first + fTree->ChildCount(divided.node);
+  for (std::int32_t child = first; child < end; ++child) {
+    const auto result = fTree->Evaluate(child, values.numbers, fPredicates);
     if (result == ScorePredicate::kFalse) continue;
-    Ending ending = fTree->WalkFrom(first + i, values.numbers, fPredicates);
-    ending.penalties += branch.ending.penalties + (result == ScorePredicate::kTrueBySurrogate ? 1 : 0);
-    fPending.push_back({ending, branch.weight * fTree->Answer(first + i).recordCount / records});
+    Ending ending = fTree->WalkFrom(child, values.numbers, fPredicates);
+    ending.penalties += divided.penalties;
+    if (IsTrue(result))
+      ending.penalties += fTree->CountSurrogates(child, result, values.numbers, fPredicates);
+    fBranches.push_back({ending, child, branch});
   }
 }
 
+// Nodes above the branch answer for others, too.
+bool TreeModel::IsAnswer(const Branch& branch) const {
+  if (branch.ending.kind != Ending::kNode) return false;
+  const std::int32_t node = fTree->Answer(branch.ending.node).lastScored;
+  return node >= branch.start && (!fIsClassification || fTree->Answer(node).shareCount > 0);
+}
+
 void TreeModel::AddBranch(const Branch& branch, bool isAggregate) {
-  const NodeAnswer& answer = fTree->Answer(branch.ending.node);
+  const std::int32_t node = fTree->Answer(branch.ending.node).lastScored;
+  const NodeAnswer& answer = fTree->Answer(node);
   if (!fIsClassification) {
-    if (!answer.hasScore) return;
     const double weight = isAggregate ? answer.recordCount : branch.weight;
     fTotalNumber += weight * answer.number;
     fTotalWeight += weight;
     return;
   }
-  if (answer.shareCount == 0) return;
   const double discount = Discount(branch.ending.penalties);
-  const ScoreShare* shares = fTree->Shares(branch.ending.node);
+  const ScoreShare* shares = fTree->Shares(node);
   if (!isAggregate) fTotalWeight += branch.weight;
   for (const ScoreShare* share = shares; share != shares + answer.shareCount; ++share) {
     ScoreShare& total = fTotals[static_cast<std::size_t>(share->category)];
@@ -160,18 +159,35 @@ void TreeModel::AddBranch(const Branch& branch, bool isAggregate) {
   }
 }
 
+// A branch weighs its records, whatever becomes of its parts, among those that it stands beside, as far as
+// these have an answer.
+void TreeModel::WeighBranches() {
+  for (std::size_t i = fBranches.size(); i-- > 1;) {  // parts before what they are part of
+    Branch& branch = fBranches[i];
+    branch.hasAnswer = RecordsOf(branch) > 0 && (IsAnswer(branch) || branch.answering > 0);
+    if (branch.hasAnswer) fBranches[branch.above].answering += RecordsOf(branch);
+  }
+  for (std::size_t i = 1; i < fBranches.size(); ++i) {
+    const Branch& above = fBranches[fBranches[i].above];
+    fBranches[i].weight = above.weight * RecordsOf(fBranches[i]) / above.answering;
+  }
+}
+
 CaseOutcome TreeModel::AnswerTogether(const Ending& ending, const CaseValues& values, PluginResult& result) {
   const bool isAggregate = fTree->strategy == MissingStrategy::kAggregateNodes;
   fTotalNumber = 0;
   fTotalWeight = 0;
   for (ScoreShare& total : fTotals) total.probability = total.confidence = 0;
-  fPending.assign(1, {ending, 1.0});
-  while (!fPending.empty()) {
-    const Branch branch = fPending.back();
-    fPending.pop_back();
-    if (branch.ending.kind == Ending::kSeveral) Divide(branch, values);
-    if (branch.ending.kind == Ending::kNode) AddBranch(branch, isAggregate);
-  }
+  fBranches.assign(1, {ending, ending.node, 0});
+  for (std::size_t i = 0; i < fBranches.size(); ++i)
+    if (fBranches[i].ending.kind == Ending::kSeveral) Divide(i, values);
+  const auto isAnswer = [this](const Branch& branch) { return IsAnswer(branch); };
+  // What is left alone answers for itself.
+  if (std::ranges::count_if(fBranches, isAnswer) == 1)
+    return AnswerFrom(std::ranges::find_if(fBranches, isAnswer)->ending, result);
+  WeighBranches();
+  for (const Branch& branch : fBranches)
+    if (branch.hasAnswer && IsAnswer(branch)) AddBranch(branch, isAggregate);
   if (!(fTotalWeight > 0)) return CaseOutcome::kMissing;
   if (!fIsClassification) {
     result.SetPredictedNumber(fTotalNumber / fTotalWeight);

@@ -37,14 +37,22 @@ class TreeModel final : public PluginModel {
   // Part of a case on its way down, where several children answer together.
   struct Branch {
     FlatTree::Ending ending;
-    double weight;
+    std::int32_t start;  // the node that it began at
+    std::size_t above;   // the branch that it is part of; the first one is of none
+    bool hasAnswer = false;
+    double answering = 0;  // records of the parts that have an answer
+    double weight = 1;     // of all that is averaged
   };
 
   TreeModel(const TreeModel& other);
   CaseOutcome AnswerFrom(const FlatTree::Ending& ending, PluginResult& result) const;
   CaseOutcome AnswerTogether(const FlatTree::Ending& ending, const CaseValues& values, PluginResult& result);
   // Lets the children that are not false go on.
-  void Divide(const Branch& branch, const CaseValues& values);
+  void Divide(std::size_t branch, const CaseValues& values);
+  double RecordsOf(const Branch& branch) const { return fTree->Answer(branch.start).recordCount; }
+  // Whether the branch came to a node that has an answer of its own.
+  bool IsAnswer(const Branch& branch) const;
+  void WeighBranches();
   void AddBranch(const Branch& branch, bool isAggregate);
   double Discount(std::int32_t penalties) const;
 
@@ -54,8 +62,7 @@ class TreeModel final : public PluginModel {
   bool fIsClassification = false;
 
   // Working state of AnswerTogether.
-  std::vector<Branch> fPending;
-  std::vector<ScorePredicate::PredicateResult> fChildResults;
+  std::vector<Branch> fBranches;    // each behind the one that it is part of
   std::vector<ScoreShare> fTotals;  // by category
   double fTotalNumber = 0;
   double fTotalWeight = 0;

@@ -60,7 +60,7 @@ std::vector<CategoryCodes> UseInputs(const std::vector<const ScoreDictVar*>& var
     if (variable == nullptr) continue;
     const int index = static_cast<int>(i);
     if (variable->GetMLevel() == ScoreDictVar::kContinuous) {
-      inputs.UseAsNumber(index);
+      inputs.UseAsRangeNumber(index);
       continue;
     }
     const CategoryTable& table = inputs.UseAsCategory(index);

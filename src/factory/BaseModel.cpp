@@ -1,5 +1,7 @@
 #include "factory/BaseModel.h"
 
+#include <memory>
+
 #include "transform/TransformationDictionary.h"
 
 namespace KxVeyra_940 {
@@ -29,24 +31,31 @@ bool TakesProbabilities(int kind) {
   return (kKindsWithoutProbabilities >> kind & 1U) == 0;
 }
 
+template <class Part>
+std::unique_ptr<Part> CloneOf(const Part* part) {
+  return std::unique_ptr<Part>(part == nullptr ? nullptr : part->Clone());
+}
+
 }  // namespace
 
 BaseModel::BaseModel() = default;
 
-// The object stands before its parts are cloned: when memory runs out, the destructor deletes those made.
-BaseModel::BaseModel(const BaseModel& other) : BaseModel() {
-  fRoles = other.fRoles;
-  fMissingValuePolicy = other.fMissingValuePolicy;
-  fTargetName = other.fTargetName;
-  fAlgorithmName = other.fAlgorithmName;
-  fMiningFunction = other.fMiningFunction;
-  if (other.fDictionary != nullptr) fDictionary = other.fDictionary->Clone();
-  if (other.fTransformationDictionary != nullptr) {
-    fTransformationDictionary =
-        static_cast<TransformationDictionary*>(other.fTransformationDictionary->Clone());
-  }
-  if (other.fResultDictionary != nullptr) fResultDictionary = other.fResultDictionary->Clone();
-  if (other.fVersionInfo != nullptr) fVersionInfo = other.fVersionInfo->Clone();
+BaseModel::BaseModel(const BaseModel& other)
+    : ScoreModel(other),
+      fRoles(other.fRoles),
+      fMissingValuePolicy(other.fMissingValuePolicy),
+      fTargetName(other.fTargetName),
+      fAlgorithmName(other.fAlgorithmName),
+      fMiningFunction(other.fMiningFunction) {
+  // All or none, when memory runs out.
+  std::unique_ptr<ScoreDictionary> dictionary = CloneOf(other.fDictionary);
+  std::unique_ptr<ScoreDictionary> transformations =
+      CloneOf<ScoreDictionary>(other.fTransformationDictionary);
+  std::unique_ptr<ScoreDictionary> results = CloneOf(other.fResultDictionary);
+  fVersionInfo = CloneOf(other.fVersionInfo).release();
+  fDictionary = dictionary.release();
+  fTransformationDictionary = static_cast<TransformationDictionary*>(transformations.release());
+  fResultDictionary = results.release();
 }
 
 BaseModel::~BaseModel() {

@@ -29,6 +29,8 @@ class VEYRA_API BaseModel : public ScoreModel {
 
   // Status code of a case without an answer.
   static constexpr long kNoAnswer = 90027;
+  // Status code of a case that memory ran out for.
+  static constexpr long kOutOfMemory = 90029;
 
   BaseModel();
   // Deletes the version info, the dictionaries it owns and the result dictionary.
@@ -57,7 +59,8 @@ class VEYRA_API BaseModel : public ScoreModel {
 
   // The answer for a case that cannot be scored: the target's most probable value by its prior
   // probabilities, or its default value.  An error status with code kNoAnswer when there is neither, and
-  // when there is no target.  Values go into the result as clones.  A null result is left alone: OK.
+  // when there is no target.  A prior probability of no value plays no part.  Values go into the result as
+  // clones.  A null result is left alone: OK.
   KxScore::KxStatus HandleMissingValue(ScoreResult* result);
 
   std::string GetAlgorithmName() const { return fAlgorithmName; }

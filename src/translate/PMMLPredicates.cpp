@@ -3,6 +3,7 @@
 #include <memory>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "data/DateTimeValue.h"
 #include "data/NumericValue.h"
 #include "data/Range.h"
 #include "data/StringValue.h"
@@ -60,6 +61,25 @@ bool HasEmptyCategory(const ScoreDictVar& variable) {
   if (!IsString(variable) || variable.GetValueLabels() == nullptr) return false;
   const StringValue empty("");
   return ValueLabelSet::FindEqual(*variable.GetValueLabels(), &empty, true, true) >= 0;
+}
+
+// The number that a comparison names: a date or time may be written as such.
+double NumberOf(const ScoreDictVar& variable, const XMLCh* text) {
+  if (variable.GetVarType() == ScoreDictVar::kDATETIME_VAR && !IsEmpty(text)) {
+    const DateTimeValue value(ToUTF8(text), variable.GetDateTimeType());
+    const bool isText = variable.GetDateTimeType() <= ScoreDictVar::kDateTime;
+    if (isText && !value.IsSystemMissingValue()) return value.GetDouble();
+  }
+  return BaseTranslator::VerifyDouble(text);
+}
+
+// What a comparison with the number lets pass.
+void FindBounds(double number, const XMLCh* predicateOperator, double& low, double& high, bool& closed) {
+  const ComparisonRow* row = FindComparison(predicateOperator);
+  if (row == nullptr) Raise(MessageId::kUnsupportedValue, {ToUTF8(predicateOperator), XML_ATT_OPERATOR});
+  low = row->isLow ? number : -kInfinity;
+  high = row->isHigh ? number : kInfinity;
+  closed = row->isClosed;
 }
 
 void PutRange(ScaleSplit& split, double low, double high, bool closed) {
@@ -221,7 +241,7 @@ ScaleSplit* PMMLTranslator::HandleNodeScaleSplit(const DOMElement* node, const S
     double low = 0;
     double high = 0;
     bool closed = false;
-    GetScaleSplitValue(question.value, question.predicateOperator, low, high, closed);
+    FindBounds(NumberOf(*variable, question.value), question.predicateOperator, low, high, closed);
     if (EqualsAscii(question.predicateOperator, XML_VAL_OPERATOR_NOTEQUAL)) {
       PutRange(*split, -kInfinity, high, false);
       PutRange(*split, low, kInfinity, false);
@@ -234,12 +254,7 @@ ScaleSplit* PMMLTranslator::HandleNodeScaleSplit(const DOMElement* node, const S
 
 void PMMLTranslator::GetScaleSplitValue(const XMLCh* value, const XMLCh* predicateOperator, double& low,
                                         double& high, bool& closed) {
-  const double number = VerifyDouble(value);
-  const ComparisonRow* row = FindComparison(predicateOperator);
-  if (row == nullptr) Raise(MessageId::kUnsupportedValue, {ToUTF8(predicateOperator), XML_ATT_OPERATOR});
-  low = row->isLow ? number : -kInfinity;
-  high = row->isHigh ? number : kInfinity;
-  closed = row->isClosed;
+  FindBounds(VerifyDouble(value), predicateOperator, low, high, closed);
 }
 
 }  // namespace KxVeyra_940

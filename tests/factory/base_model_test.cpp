@@ -75,7 +75,8 @@ class Result final : public ScoreResult {
 
 using Priors = std::vector<std::pair<const char*, double>>;
 
-// A model whose target "y" has this level and these priors and default, when there are any.
+// A model whose target "y" has this level and these priors and default, when there are any.  Null is a prior
+// of no value.
 std::unique_ptr<Model> ModelOf(ScoreDictVar::MeasureLevel level, const std::optional<Priors>& priors,
                                std::optional<double> defaultValue = std::nullopt) {
   auto model = std::make_unique<Model>();
@@ -113,6 +114,8 @@ TEST(FallbackAnswer, ComesFromPriorsOrTheDefault) {
       {"ties keep the earlier value", ModelOf(kNominal, ties), 0, ofTies},
       {"ordinal like nominal; a default plays no part", ModelOf(ScoreDictVar::kOrdinal, one, 3), 0, ofOne},
       {"all zero: nothing is predicted", ModelOf(kNominal, zeros), 0, "p(a 0) p(b 0) "},
+      {"a prior of no value plays no part", ModelOf(kNominal, Priors{{nullptr, 0.6}, {"a", 0.4}}), 0,
+       "p(a 0.4) value a probability 0.4 "},
       {"an empty set", ModelOf(kNominal, Priors{}), 0, ""},
       {"an entry without a value is no category", ModelOf(kNominal, Priors{{nullptr, 0.9}, {"a", 1}}), 0,
        ofOne},

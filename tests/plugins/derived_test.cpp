@@ -78,7 +78,7 @@ TEST(DerivedInputs, AreComputedFromTheCase) {
            Row{"a category", Regression(size), "x=10, y=, s=", "15"},
            Row{"another category", Regression(size), "x=9, y=, s=", "9"},
            Row{"a text", Regression(word), "x=1, y=, s=red", "6"},
-           Row{"a text without value", Regression(word), "x=1, y=, s=", "missing"},
+           Row{"a text without value adds nothing", Regression(word), "x=1, y=, s=", "1"},
            Row{"missing", Regression(Term("sum")), "x=3, y=, s=", "missing"},
            Row{"missing is for the field to deal with", Regression(Term("filled")), "x=, y=, s=", "1000"},
            Row{"the schema's replacement comes first", Regression(Term("double"), kReplaced),

@@ -343,6 +343,8 @@ TEST(GeneralRegression, CumulativeHazards) {
   ExpectAnswers({
       {"at a time of the table", cox(one), "x=0, t=5", "0.5"},
       {"between two times", cox(one), "x=0, t=4.9", "0.25"},
+      {"before the first time, whatever the predictor", cox(one), "x=1000, t=1.9", "0"},
+      {"beyond all numbers", cox(one), "x=1000, t=2", "missing"},
       {"before the first time", cox(one), "x=0, t=1.9", "0"},
       {"behind the last time", cox(one), "x=0, t=8", "0.5"},
       {"behind the greatest time", cox(one), "x=0, t=8.1", "missing"},
@@ -360,6 +362,27 @@ TEST(GeneralRegression, CumulativeHazards) {
       {"the probability of survival", cox(one + survival), "x=0, t=5", "0.5|hazard=0.5|survival=0.606531"},
       {"settings as extensions", settings, "t=5", "0.5"},
   });
+}
+
+TEST(GeneralRegression, WithoutEstimatesThePredictorIs0) {
+  const auto without = [](const std::string& attributes, const std::string& target) {
+    return Document{
+        .design = Cell("p1", "x", "1"), .estimates = "", .attributes = attributes, .target = target};
+  };
+  const std::string log = "functionName='regression' modelType='generalizedLinear' linkFunction='log'";
+  const std::string ofC = std::string(kLogistic) + " targetReferenceCategory='c'";
+  Document infinite = without(
+      "functionName='regression' modelType='generalizedLinear' linkFunction='negbin' "
+      "distParameter='2'",
+      "y");
+  infinite.more = "<Targets><Target field='y' optype='continuous' min='-1' max='9'/></Targets>";
+  ExpectAnswers({
+      {"a number", without(log, "y"), "x=5", "1"},
+      {"categories are equally probable", without(ofC, "kind"), "x=5", "a"},
+      {"a link without a mean there", infinite, "x=5", "missing"},
+  });
+  EXPECT_EQ(Probabilities(*Scored(*MakeModel(without(ofC, "kind").Text(), kGeneralRegression), "x=5")),
+            (std::vector<double>{1. / 3, 1. / 3, 1. / 3}));
 }
 
 TEST(GeneralRegression, Outputs) {

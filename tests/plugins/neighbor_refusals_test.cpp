@@ -141,6 +141,13 @@ TEST(NeighborRefusals, TrainingInstances) {
   NeighborDocument listed = Inputs("<KNNInput field='c' compareFunction='delta'/>");
   listed.rows = "<InlineTable><row><id>1</id><c>q</c></row></InlineTable>";
   listed.instances = "isTransformed='true'";
+  NeighborDocument transformed = OneRow("<x>2000</x><z>1</z>");
+  transformed.instances = "isTransformed='true'";
+  NeighborDocument target = OneRow("<x>2000</x><z>1</z>");
+  target.attributes = "functionName='regression' numberOfNeighbors='1'";
+  target.targets = "<MiningField name='x' usageType='target'/>";
+  target.schema = "<MiningField name='z'/>";
+  target.inputs = "<KNNInput field='z'/>";
   NeighborDocument refused = listed;
   refused.instances = "";
   refused.schema = "<MiningField name='c'/>";
@@ -165,6 +172,8 @@ TEST(NeighborRefusals, TrainingInstances) {
       {"no number", Rows("<InlineTable>" + row + "<row><x>1</x><z>much</z></row></InlineTable>"),
        "260151: much, double| (row 2, column 'z')"},
       {"an unlisted category", listed, "260127: q, c| (row 1, column 'c')"},
+      {"beyond the interval of transformed instances", transformed, "260158: 2000, x| (row 1, column 'x')"},
+      {"beyond the interval of a target", target, "260158: 2000, x| (row 1, column 'x')"},
       {"an invalid value", refused, "260158: q, c| (row 1)"},
       {"beyond the interval", OneRow("<x>2000</x><z>1</z>"), "260158: 2000, x| (row 1)"},
       {"a target that is no number", Predicting("regression", "y", "<y>much</y>"),

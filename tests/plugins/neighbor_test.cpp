@@ -192,6 +192,45 @@ TEST(Neighbors, MissingValues) {
   });
 }
 
+// Categories of numbers went past the bounds and replacements of their field, and two values that were not
+// known were equal.
+TEST(Neighbors, CategoriesAreTreatedLikeNumbers) {
+  const std::string outlier =
+      "<row><id>P</id><x>9</x></row><row><id>Q</id><x>2</x></row><row><id>R</id><x>0</x></row>";
+  const auto with = [](const std::string& rows, const std::string& schema, const std::string& input) {
+    NeighborDocument document = By("<cityBlock/>", input);
+    document.rows = "<InlineTable>" + rows + "</InlineTable>";
+    document.schema = schema;
+    return document;
+  };
+  const auto bounded = [&](const char* function, const char* attributes = "") {
+    NeighborDocument document =
+        with(outlier, "<MiningField name='x' outliers='asExtremeValues' lowValue='0' highValue='2'/>",
+             Input("x", std::string("compareFunction='") + function + "'"));
+    document.instances = attributes;
+    return document;
+  };
+  const std::string delta = "compareFunction='delta'";
+  const NeighborDocument replaced =
+      with("<row><id>P</id><x>5</x></row><row><id>Q</id><x></x></row>",
+           "<MiningField name='x' missingValueReplacement='7'/>", Input("x", delta));
+  const NeighborDocument unlisted =
+      with("<row><id>P</id><c>a</c></row><row><id>Q</id><c>q</c></row>",
+           "<MiningField name='c' invalidValueTreatment='asIs'/>", Input("c", delta));
+  const char* const kTransformed = "isTransformed='true'";
+  ExpectNeighbors({
+      {"bounds of a case", bounded("delta", kTransformed), "x=9", {{"Q", 0}, {"P", 1}, {"R", 1}}},
+      {"as of numbers", bounded("absDiff", kTransformed), "x=9", {{"Q", 0}, {"R", 2}, {"P", 7}}},
+      {"bounds of instances", bounded("delta"), "x=9", {{"P", 0}, {"Q", 0}, {"R", 1}}},
+      {"as of numbers", bounded("absDiff"), "x=9", {{"P", 0}, {"Q", 0}, {"R", 2}}},
+      {"a replacement of an instance", replaced, "x=7", {{"Q", 0}, {"P", 1}}},
+      {"is no unknown value", replaced, "x=8", {{"P", 1}, {"Q", 1}}},
+      {"nor is the case's the instance's", replaced, "x=", {{"Q", 0}, {"P", 1}}},
+      {"an unlisted category as it is", unlisted, "c=q", {{"Q", 0}, {"P", 1}}},
+      {"and another one", unlisted, "c=r", {{"P", 1}, {"Q", 1}}},
+  });
+}
+
 // Each bit of the case beside that of the instance.
 NeighborDocument Bits(const std::string& measure, const std::string& rows) {
   NeighborDocument document = BySimilarity(measure, Input("x") + Input("z") + Input("y") + Input("n"));
@@ -275,6 +314,12 @@ TEST(Neighbors, Numbers) {
       "<InlineTable><row><id>A</id><x>0</x><z>0</z></row><row><x>1</x><z>0</z><y>5</y></row><row><x>2</"
       "x><z>0</z>"
       "<y>7</y></row><row><x>3</x><z>0</z><y>9</y></row></InlineTable>";
+  NeighborDocument exact = Predicting("y", 3, "continuousScoringMethod='weightedAverage' threshold='0'");
+  exact.rows =
+      "<InlineTable><row><id>A</id><x>0</x><z>0</z></row><row><x>1</x><z>0</z><y>5</y></row>"
+      "<row><x>-1</x><z>0</z><y>7</y></row></InlineTable>";
+  NeighborDocument infinite = Predicting("y", 1);
+  infinite.rows = "<InlineTable><row><id>A</id><x>0</x><z>0</z><y>1e999</y></row></InlineTable>";
   NeighborDocument fallback = Predicting("y", 1);
   fallback.rows =
       "<InlineTable><row><id>A</id><x>0</x><z>0</z></row><row><x>9</x><z>0</z><y>1</y></row></InlineTable>";
@@ -301,6 +346,8 @@ TEST(Neighbors, Numbers) {
       {"the rules of the target", rounded, "x=0, z=0", "36"},
       {"an instance without the target's value has no say", gaps, "x=0, z=0", "6"},
       {"nobody has a say", fallback, "x=0, z=0", "77"},
+      {"an exact match without a value has no say either", exact, "x=0, z=0", "6"},
+      {"an infinite average is no answer", infinite, "x=0, z=0", "missing"},
   });
 }
 
@@ -317,7 +364,12 @@ TEST(Neighbors, Votes) {
       "InlineTable>";
   NeighborDocument unlisted = Predicting("free", 2);
   unlisted.schema = "<MiningField name='x'/><MiningField name='z'/>";
+  NeighborDocument exact =
+      Predicting("k", 2, "categoricalScoringMethod='weightedMajorityVote' threshold='0'", outputs);
+  exact.rows =
+      "<InlineTable><row><id>A</id><x>0</x><z>0</z></row><row><x>1</x><z>0</z><k>no</k></row></InlineTable>";
   ExpectAnswers({
+      {"an exact match without a category has no say", exact, "x=0, z=0", "no|p=1|no=1|shown=no"},
       {"a majority", Predicting("k", 3, "", outputs), "x=4, z=5", "no|p=0.666667|no=0.666667|shown=no"},
       {"shares and how they are shown", Predicting("k", 1, "", outputs), "x=0, z=0",
        "yes|p=1|no=0|shown=Yes!"},

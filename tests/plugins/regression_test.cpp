@@ -107,6 +107,9 @@ TEST(Regression, Equations) {
       {"a category of a field that lists none", OfNumber(freeQ), "free=q", "4"},
       {"a category that no predictor names adds nothing", OfNumber(freeQ), "free=other", "3"},
       {"one field as number and as numeric category", OfNumber(grades), "grade=2", "27"},
+      {"a missing category adds nothing", OfNumber(freeQ), "free=", "3"},
+      {"nor does one declared missing", OfNumber(colors), "color=n/a", "0"},
+      {"but a field that is also read as a number is missing", OfNumber(grades), "grade=", "missing"},
       {"a table without terms", OfNumber(Table("intercept='4'")), "x=1", "4"},
   });
 }
@@ -226,6 +229,32 @@ TEST(Regression, Targets) {
       {"a default answers for a missing input, as it stands", withDefault, "x=", "42"},
       {"rules of another field", ofAnotherField, "x=3", "7"},
       {"priors answer for a missing input", OfCategory("class", categories, "logit"), "x=", "b|pa=0.4"},
+  });
+}
+
+// Bounds made a plausible number of an infinite one.
+TEST(Regression, AnswersThatAreNotFiniteAreMissing) {
+  const auto squared = [](const std::string& target, const std::string& normalization = "") {
+    const std::string outputs =
+        "<Output><OutputField name='v'/><OutputField name='t' feature='transformedValue'><NormContinuous "
+        "field='v'><LinearNorm orig='0' norm='0'/><LinearNorm orig='1' norm='1e308'/></NormContinuous>"
+        "</OutputField><OutputField name='r' feature='residual'/></Output>";
+    return OfNumber("<Targets><Target field='y' optype='continuous' " + target + "/></Targets>" + outputs +
+                        Equation(Numeric("x", "1", "exponent='2'")),
+                    normalization);
+  };
+  ExpectAnswers({
+      {"as it is", squared(""), "x=1e200", "missing|v=missing|t=missing|r=missing"},
+      {"before bounds", squared("min='-1' max='5'"), "x=1e200", "missing|v=missing|t=missing|r=missing"},
+      {"made by a rule", squared("rescaleFactor='1e200'"), "x=1e70", "missing|v=missing|t=missing|r=missing"},
+      {"a residual", squared("rescaleFactor='-1'"), "x=1e154, y=1e308",
+       "-1e+308|v=-1e+308|t=missing|r=missing"},
+      {"of the fallback",
+       OfNumber("<Targets><Target field='y' optype='continuous'><TargetValue "
+                "defaultValue='1e999'/></Target></Targets>" +
+                kPlain),
+       "x=", "missing"},
+      {"finite", squared("max='5'"), "x=1e100, y=6", "5|v=5|t=missing|r=1"},
   });
 }
 

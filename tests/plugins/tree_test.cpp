@@ -1,73 +1,11 @@
-// Trees: which node answers and with what, strategies for missing values, outputs, refusals.
+// Trees: predicates, which node answers and with what, outputs, refusals.
 
-#include "plugins/Scoring.h"
+#include "plugins/TreeDocument.h"
 
 namespace {
 
 using namespace VeyraTest;
-
-const char* const kFields =
-    "<DataField name='x' optype='continuous' dataType='double'/>"
-    "<DataField name='c' optype='categorical' dataType='string'><Value value='a'/><Value value='b'/>"
-    "<Value value='d'/><Value value='m' property='missing'/></DataField>"
-    "<DataField name='free' optype='categorical' dataType='string'/>"
-    "<DataField name='n' optype='categorical' dataType='integer'><Value value='5'/><Value "
-    "value='7'/></DataField>"
-    "<DataField name='o' optype='ordinal' dataType='string'><Value value='low'/><Value value='mid'/>"
-    "<Value value='high'/></DataField>"
-    "<DataField name='r' optype='ordinal' dataType='integer'><Value value='3'/><Value value='1'/>"
-    "<Value value='2'/></DataField>"
-    "<DataField name='rank' optype='ordinal' dataType='integer'/>"
-    "<DataField name='day' optype='continuous' dataType='dateDaysSince[1970]'/>"
-    "<DataField name='y' optype='continuous' dataType='double'/>"
-    "<DataField name='class' optype='categorical' dataType='string'>"
-    "<Value value='yes' displayValue='Yes'/><Value value='no' displayValue='No'/><Value "
-    "value='may'/></DataField>";
-
-struct Document {
-  std::string content;
-  std::string attributes = "functionName='regression'";
-  std::string target = "y";
-  std::string rules = "";  // of the mining field `ruled`
-  std::string ruled = "x";
-
-  std::string Text() const {
-    std::string schema;
-    for (const char* name : {"x", "c", "free", "n", "o", "r", "rank", "day"}) {
-      schema += "<MiningField name='" + std::string(name) + "' " + (name == ruled ? rules : "") + "/>";
-    }
-    return std::string("<PMML version='4.4'><Header/><DataDictionary numberOfFields='10'>") + kFields +
-           "</DataDictionary><TreeModel " + attributes + "><MiningSchema>" + schema + "<MiningField name='" +
-           target + "' usageType='target'/></MiningSchema>" + content + "</TreeModel></PMML>";
-  }
-};
-
-std::string Simple(const std::string& field, const std::string& op, const char* value = nullptr) {
-  return "<SimplePredicate field='" + field + "' operator='" + op + "'" +
-         (value == nullptr ? std::string() : " value='" + std::string(value) + "'") + "/>";
-}
-
-std::string Set(const std::string& field, const std::string& op, const std::string& items,
-                const std::string& type = "string") {
-  return "<SimpleSetPredicate field='" + field + "' booleanOperator='" + op + "'><Array type='" + type +
-         "'>" + items + "</Array></SimpleSetPredicate>";
-}
-
-std::string Compound(const std::string& op, const std::string& content) {
-  return "<CompoundPredicate booleanOperator='" + op + "'>" + content + "</CompoundPredicate>";
-}
-
-std::string Node(const std::string& attributes, const std::string& content) {
-  return "<Node " + attributes + ">" + content + "</Node>";
-}
-
-Document OfNumber(const std::string& content, const std::string& attributes = "") {
-  return {.content = content, .attributes = "functionName='regression' " + attributes};
-}
-
-Document OfClass(const std::string& content, const std::string& attributes = "") {
-  return {.content = content, .attributes = "functionName='classification' " + attributes, .target = "class"};
-}
+using Document = TreeDocument;
 
 // "1" where a predicate is true, "0" where it is false, "?" where it is unknown, for each of the values; "-"
 // is an empty slot.
@@ -135,6 +73,8 @@ TEST(Tree, PredicatesAreTheStandards) {
       {"c", Compound("and", Simple("c", "notEqual", "a") + Simple("c", "isNotMissing")), "a b m -", "",
        "0100"},
       {"c", Compound("surrogate", Set("c", "isNotIn", "a") + Simple("c", "isMissing")), "a b -", "", "011"},
+      {"x", Compound("xor", "<False/>"), "4 -", "", "00"},
+      {"x", Compound("and", "<True/>" + Compound("xor", "<False/>")), "4 -", "", "00"},
       {"x", "<True/>", "4 -", "", "11"},
       {"x", "<False/>", "4 -", "", "00"},
   };
@@ -146,6 +86,67 @@ TEST(Tree, PredicatesAreTheStandards) {
                          row.values, row.rules),
               row.want);
   }
+}
+
+// The answers to days of a date field, "1" where the predicate holds.  The fields have an interval from day 0
+// to day 10 and the attributes `rules`.
+std::string AnswersToDays(const std::string& predicate, const std::string& type, const std::string& rules,
+                          const std::vector<double>& days) {
+  const std::string document =
+      "<PMML version='4.4'><DataDictionary numberOfFields='2'><DataField name='d' optype='continuous' "
+      "dataType='" +
+      type +
+      "'><Interval closure='closedClosed' leftMargin='0' rightMargin='10'/></DataField>"
+      "<DataField name='y' optype='continuous' dataType='double'/></DataDictionary>"
+      "<TreeModel functionName='regression' noTrueChildStrategy='returnLastPrediction'><MiningSchema>"
+      "<MiningField name='d' " +
+      rules + "/><MiningField name='y' usageType='target'/></MiningSchema>" +
+      Node("score='0'", "<True/>" + Node("score='1'", predicate)) + "</TreeModel></PMML>";
+  const std::unique_ptr<ScoreModel> model = MakeModel(document, "TreeModel");
+  CaseRecord record(1);
+  record.Add("d", nullptr);
+  model->PrepareForCases(record);
+  const std::unique_ptr<ScoreResult> result(model->NewResult());
+  std::string answers;
+  for (const double day : days) {
+    record.Clear(0);
+    if (day >= 0) record.SetValue(0, day, KxVeyra_940::ScoreDictVar::kDateDaysSince1970);
+    model->Score(record, *result);
+    answers += Answer(*result).substr(0, 1);
+  }
+  return answers;
+}
+
+// The array counted seconds of a date where its interval counted days.
+TEST(Tree, DatesAreComparedInDays) {
+  const std::vector<double> days = {0, 1, 9, 10, -1, 11};
+  const struct {
+    std::string predicate;
+    const char *rules, *want;
+  } rows[] = {
+      {Simple("d", "lessOrEqual", "9"), "", "11100m"},
+      {Simple("d", "equal", "777600"), "", "00000m"},
+      {Simple("d", "equal", "9"), "", "00100m"},
+      {Simple("d", "lessThan", "1970-01-10"), "", "11000m"},
+      {Simple("d", "notEqual", "1970-1-2"), "", "10110m"},
+      {Simple("d", "greaterOrEqual", "1970-01-10"), "", "00110m"},
+      {Simple("d", "equal", "9"), "missingValueReplacement='1970-01-10'", "00101m"},
+      {Simple("d", "equal", "9"), "missingValueReplacement='9'", "00101m"},
+      {Simple("d", "equal", "9"), "outliers='asExtremeValues' highValue='9'", "00110m"},
+      {Simple("d", "isMissing"), "outliers='asMissingValues' lowValue='1'", "10001m"},
+      {Simple("d", "equal", "8"), "invalidValueTreatment='asValue' invalidValueReplacement='1970-01-09'",
+       "000001"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.predicate + row.rules);
+    EXPECT_EQ(AnswersToDays(row.predicate, "date", row.rules, days), row.want);
+    // A compound hides the predicate from the array.
+    EXPECT_EQ(AnswersToDays(Compound("or", row.predicate + Compound("xor", "<False/><False/>")), "date",
+                            row.rules, days),
+              row.want);
+  }
+  // Other types count in days since their own epoch: 3653 is the day 0 of 1970.
+  EXPECT_EQ(AnswersToDays(Simple("d", "lessOrEqual", "3662"), "dateDaysSince[1960]", "", days), "11100m");
 }
 
 TEST(Tree, InfiniteNumbersAreNumbers) {
@@ -162,89 +163,10 @@ TEST(Tree, InfiniteNumbersAreNumbers) {
     model->Score(record, *result);
     EXPECT_EQ(Answer(*result), sign < 0 ? "1" : "2");
   }
-}
-
-// The standard's own example of missing values: records and shares of three classes in five nodes.
-std::string Golf() {
-  const auto shares = [](int yes, int may, int no) {
-    return "<ScoreDistribution value='yes' recordCount='" + std::to_string(yes) +
-           "'/><ScoreDistribution value='may' recordCount='" + std::to_string(may) +
-           "'/><ScoreDistribution value='no' recordCount='" + std::to_string(no) + "'/>";
-  };
-  const std::string hot = Compound("surrogate", Simple("x", "lessThan", "50") + Simple("r", "equal", "1"));
-  const std::string cold =
-      Compound("surrogate", Simple("x", "greaterOrEqual", "50") + Simple("r", "notEqual", "1"));
-  return Node(
-      "id='1' score='yes' recordCount='100' defaultChild='2'",
-      "<True/>" + shares(60, 30, 10) +
-          Node("id='2' score='yes' recordCount='50' defaultChild='3'",
-               Simple("c", "equal", "a") + shares(40, 2, 8) +
-                   Node("id='3' score='yes' recordCount='40'", hot + shares(36, 2, 2)) +
-                   Node("id='4' score='no' recordCount='10'", cold + shares(4, 0, 6))) +
-          Node("id='5' score='may' recordCount='50'", Simple("c", "notEqual", "a") + shares(20, 28, 2)));
-}
-
-const std::string kOutputs =
-    "<Output><OutputField name='id' feature='entityId'/><OutputField name='conf' feature='confidence'/>"
-    "<OutputField name='p' feature='probability' value='no'/></Output>";
-
-TEST(Tree, StrategiesForMissingValues) {
-  const char* const kTargets =
-      "<Targets><Target field='class' optype='categorical'><TargetValue value='may' priorProbability='0.7'/>"
-      "<TargetValue value='no' priorProbability='0.3'/></Target></Targets>";
-  const struct {
-    const char *strategy, *data, *want;
-  } rows[] = {
-      {"none", "c=a, x=45, r=", "yes|id=3|conf=0.9|p=0.05"},
-      {"none", "c=a, x=, r=1", "yes|id=3|conf=0.72|p=0.05"},
-      {"none", "c=a, x=, r=", "missing|id=missing|conf=missing|p=missing"},
-      {"none' noTrueChildStrategy='returnLastPrediction", "c=a, x=, r=", "yes|id=2|conf=0.8|p=0.16"},
-      {"lastPrediction", "c=a, x=, r=", "yes|id=2|conf=0.8|p=0.16"},
-      {"lastPrediction", "c=, x=45, r=", "yes|id=1|conf=0.6|p=0.1"},
-      {"nullPrediction", "c=a, x=, r=", "missing|id=missing|conf=missing|p=missing"},
-      {"defaultChild", "c=, x=45, r=", "yes|id=3|conf=0.72|p=0.05"},
-      {"defaultChild", "c=, x=, r=", "yes|id=3|conf=0.576|p=0.05"},
-      {"defaultChild", "c=, x=, r=2", "no|id=4|conf=0.384|p=0.6"},
-      // 0.8 * 0.9 + 0.2 * 0.4 of yes, 0.8 * 0.05 + 0.2 * 0.6 of no
-      {"weightedConfidence", "c=a, x=, r=", "yes|id=missing|conf=0.8|p=0.16"},
-      // 0.5 * 0.9 + 0.5 * 0.4, 0.5 * 0.05 + 0.5 * 0.04
-      {"weightedConfidence", "c=, x=45, r=", "yes|id=missing|conf=0.65|p=0.045"},
-      {"weightedConfidence", "c=, x=, r=", "yes|id=missing|conf=0.6|p=0.1"},
-      // (36 + 20) of 90, (2 + 2) of 90
-      {"aggregateNodes", "c=, x=45, r=", "yes|id=missing|conf=0.622222|p=0.0444444"},
-      {"aggregateNodes", "c=b, x=, r=", "may|id=5|conf=0.56|p=0.04"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::string(row.strategy) + " of " + row.data);
-    const std::string attributes =
-        "missingValuePenalty='0.8' missingValueStrategy='" + std::string(row.strategy) + "'";
-    const std::unique_ptr<ScoreModel> model =
-        MakeModel(OfClass(kOutputs + Golf(), attributes).Text(), "TreeModel");
-    EXPECT_EQ(Answer(*Scored(*model, row.data)), row.want);
-    const std::unique_ptr<ScoreModel> withPriors =
-        MakeModel(OfClass(kTargets + kOutputs + Golf(), attributes).Text(), "TreeModel");
-    const std::unique_ptr<ScoreModel> clone(withPriors->Clone());
-    const bool hasAnswer = std::string(row.want).rfind("missing", 0) != 0;
-    EXPECT_EQ(Answer(*Scored(*clone, row.data)), hasAnswer ? row.want : "may|id=missing|conf=missing|p=0.3");
-  }
-}
-
-TEST(Tree, NumbersOfSeveralNodes) {
-  const std::string nodes = "<True/>" + Node("score='10' recordCount='30'", Simple("x", "lessThan", "5")) +
-                            Node("score='20' recordCount='10'", Simple("x", "greaterOrEqual", "5"));
-  const std::pair<const char*, const char*> rows[] = {{"weightedConfidence", "12.5"},
-                                                      {"aggregateNodes", "12.5"},
-                                                      {"lastPrediction", "7"},
-                                                      {"nullPrediction", "42"}};
-  for (const auto& [strategy, want] : rows) {
-    const std::string target =
-        "<Targets><Target field='y' optype='continuous'><TargetValue defaultValue='42'/></Target></Targets>";
-    const Document document = OfNumber(target + Node("score='7' recordCount='40'", nodes),
-                                       "missingValueStrategy='" + std::string(strategy) + "'");
-    const std::unique_ptr<ScoreModel> model = MakeModel(document.Text(), "TreeModel");
-    EXPECT_EQ(Answer(*Scored(*model, "x=")), want) << strategy;
-    EXPECT_EQ(Answer(*Scored(*model, "x=5")), "20");
-  }
+  const Document replaced = {
+      .content = Node("score='0'", "<True/>" + Node("score='1'", Simple("x", "greaterThan", "5"))),
+      .rules = "missingValueReplacement='1e999'"};
+  EXPECT_EQ(Answer(*Scored(*MakeModel(replaced.Text(), "TreeModel"), "x=")), "1");
 }
 
 TEST(Tree, Answers) {
@@ -315,14 +237,6 @@ TEST(Tree, MayBeVeryDeep) {
   }
   const std::unique_ptr<ScoreModel> model = MakeModel(OfNumber(text + end).Text(), "TreeModel");
   EXPECT_EQ(Scored(*model, "x=1")->GetPredictedValue()->GetDouble(), kDepth - 1);
-}
-
-// Clones share the array; predicates and working state are their own.
-TEST(TreeThreads, ScoreWithClonesOfTheirOwn) {
-  const std::unique_ptr<ScoreModel> model =
-      MakeModel(OfClass(kOutputs + Golf(), "missingValueStrategy='weightedConfidence'").Text(), "TreeModel");
-  ExpectAnswersOfClones(*model, {{"c=, x=45, r=", "yes|id=missing|conf=0.65|p=0.045"},
-                                 {"c=a, x=60, r=", "no|id=4|conf=0.6|p=0.6"}});
 }
 
 TEST(Tree, Refusals) {

@@ -125,7 +125,6 @@ TEST(ZentRegression, Refusals) {
        {.design = "<pp-cell value='1' predictor-name='x' parameter-name='c'/>"},
        "260122: c, parameter-list"},
       {"something in the table", {.estimates = "<PCell/>"}, "260159: PCell, p-table"},
-      {"an empty table", {.estimates = ""}, "260283: p-table"},
       {"an unlisted category",
        {.type = "multinomial-logistic",
         .target = "kind",

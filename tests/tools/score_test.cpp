@@ -56,7 +56,8 @@ TEST_F(Score, Rows) {
   const Row rows[] = {
       {"columns in any order", "color,day,x\nred,1970-01-02,3\n", "", "y\n86507\n"},
       {"columns that the model does not know", "id,x,color,day\n7,3,red,\n", "", "y\n107\n"},
-      {"a missing cell is replaced, or leaves no result", "x,color,day\n,red,\n1,,\n", "", "y\n101\n\n"},
+      {"a missing cell is replaced, adds nothing, or an invalid one leaves no result",
+       "x,color,day\n,red,\n1,,\n1,green,\n", "", "y\n101\n3\n\n"},
       {"texts that mean missing", "x,color,day\nNA,red,?\n", "--missing NA --missing ?", "y\n101\n"},
       {"a quoted delimiter and CR LF", "x,color,day\r\n\"1\",\"a,b\",\r\n", "", "y\n1003\n"},
       {"no line end behind the last row", "x,color,day\n1,red,", "", "y\n103\n"},

@@ -1,15 +1,18 @@
 #include "veyra/ScoreCommand.h"
 
 #include <memory>
+#include <new>
 
 #include "data/NumericValue.h"
 #include "data/ResultVar.h"
+#include "factory/BaseModel.h"
 #include "veyra/CsvWriter.h"
 #include "veyra/LibrarySession.h"
 #include "veyra/ScoreModel.h"
 
 namespace VeyraTool {
 
+using KxVeyra_940::BaseModel;
 using KxVeyra_940::NumericValue;
 using KxVeyra_940::ResultVar;
 using KxVeyra_940::ScoreDictionary;
@@ -63,7 +66,8 @@ class ScoreWorker : public RowWorker {
 
   RowOutcome Work(Row row, CsvWriter& out, RowFailure& failure) override {
     if (!fReader.ReadCase(row, failure)) return RowOutcome::kFailed;
-    fModel->Score(fReader.GetRecord(), *fResult);
+    const long code = fModel->Score(fReader.GetRecord(), *fResult).GetErrorCode();
+    if (code == BaseModel::kOutOfMemory) throw std::bad_alloc();  // no row is left out silently
     WriteResult(out);
     return fResult->GetPredictedValue() == nullptr ? RowOutcome::kMissingResult : RowOutcome::kResult;
   }
