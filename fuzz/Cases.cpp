@@ -32,6 +32,7 @@ constexpr double kNumbers[] = {
     std::numeric_limits<double>::infinity(),
     std::numeric_limits<double>::quiet_NaN(),
 };
+constexpr std::size_t kFiniteNumbers = std::size(kNumbers) - 2;
 
 constexpr const char* kTexts[] = {
     "",
@@ -63,9 +64,9 @@ std::unique_ptr<ScoreValue> Category(const ScoreDictVar& field, unsigned choice)
       field.ToMyValue(encoder->Decode(static_cast<int>(choice % static_cast<unsigned>(count)))));
 }
 
-void FillSlot(CaseRecord& record, int slot, const ScoreDictVar& field, unsigned choice) {
+void FillSlot(CaseRecord& record, int slot, const ScoreDictVar& field, unsigned choice, bool isFinite) {
   const unsigned which = choice / 8;
-  const double number = kNumbers[which % std::size(kNumbers)];
+  const double number = kNumbers[which % (isFinite ? kFiniteNumbers : std::size(kNumbers))];
   const std::string text = kTexts[which % std::size(kTexts)];
   switch (choice % 8) {
     case 0:
@@ -105,6 +106,11 @@ void Append(std::string& out, double number) {
   out += text;
 }
 
+[[noreturn]] void Fail(const std::string& text) {
+  std::fprintf(stderr, "%s\n", text.c_str());
+  std::abort();
+}
+
 std::string ShownResult(const ScoreResult& result) {
   std::string text = Shown(result.GetPredictedValue());
   Append(text, result.GetProbability());
@@ -115,6 +121,15 @@ std::string ShownResult(const ScoreResult& result) {
   for (int i = 0; i < result.GetNumberOfOutputs(); ++i)
     text.append(result.GetOutputName(i)).append("=").append(Shown(result.GetOutputValue(i)));
   return text;
+}
+
+void RequireFinite(const ScoreResult& result) {
+  VeyraFuzz::RequireFinite("the answer", result.GetPredictedValue());
+  for (int i = 0; i < result.GetNumberOfCategories(); ++i) {
+    if (!std::isfinite(result.GetCategoryProbability(i))) Fail("a probability is not finite");
+  }
+  for (int i = 0; i < result.GetNumberOfOutputs(); ++i)
+    VeyraFuzz::RequireFinite(result.GetOutputName(i).c_str(), result.GetOutputValue(i));
 }
 
 std::string ShownScore(ScoreModel& model, const CaseRecord& record, ScoreResult& result) {
@@ -155,9 +170,9 @@ void FillRow(CaseRecord& record, const ScoreDictionary& fields, unsigned row, un
     if (row == 0) {
       record.Clear(slot);
     } else if (row == 1) {
-      FillSlot(record, slot, *var, 7 + 8 * (seed + field));  // as a sound case would be
+      FillSlot(record, slot, *var, 7 + 8 * (seed + field), true);  // as a sound case would be
     } else {
-      FillSlot(record, slot, *var, Mix(seed + row, field));
+      FillSlot(record, slot, *var, Mix(seed + row, field), row < kFiniteRows);
     }
   }
 }
@@ -176,6 +191,7 @@ void ScoreRows(ScoreModel& model, unsigned seed) {
     FillRow(record, *fields, row, seed);
     const std::string answer = ShownScore(model, record, *result);
     RequireEqual("a model and its clone", answer, ShownScore(*clone, record, *cloneResult));
+    if (row < kFiniteRows) RequireFinite(*result);
   }
 }
 
@@ -189,8 +205,12 @@ std::string Shown(const ScoreValue* value) {
 
 void RequireEqual(const char* what, const std::string& left, const std::string& right) {
   if (left == right) return;
-  std::fprintf(stderr, "%s answer differently:\n%s\n%s\n", what, left.c_str(), right.c_str());
-  std::abort();
+  Fail(std::string(what) + " answer differently:\n" + left + "\n" + right);
+}
+
+void RequireFinite(const char* what, const ScoreValue* value) {
+  if (value == nullptr || value->GetType() != ScoreValue::kNumericValueType) return;
+  if (!std::isfinite(value->GetDouble())) Fail(std::string(what) + " is not finite");
 }
 
 unsigned SeedOf(const std::uint8_t* data, std::size_t size) {

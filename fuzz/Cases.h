@@ -13,6 +13,7 @@
 namespace VeyraFuzz {
 
 inline constexpr unsigned kRows = 8;
+inline constexpr unsigned kFiniteRows = 6;  // as many at first hold finite numbers only
 
 // A record with a slot for each field.
 KxVeyra_940::CaseRecord MakeRecord(const KxVeyra_940::ScoreDictionary& fields);
@@ -30,6 +31,9 @@ void ScoreRows(KxVeyra_940::ScoreModel& model, unsigned seed);
 std::string Shown(const KxVeyra_940::ScoreValue* value);
 // Stops the process with both texts when they differ.
 void RequireEqual(const char* what, const std::string& left, const std::string& right);
+
+// Stops the process when the value is a number that is infinite or none: files of results cannot hold it.
+void RequireFinite(const char* what, const KxVeyra_940::ScoreValue* value);
 
 // A number that depends on all bytes.
 unsigned SeedOf(const std::uint8_t* data, std::size_t size);

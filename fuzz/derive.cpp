@@ -21,6 +21,11 @@ std::string ShownFields(const TransformationDictionary& transformations) {
   return text;
 }
 
+void RequireFinite(const TransformationDictionary& transformations) {
+  for (const std::string& name : transformations.GetDerivedVarNames())
+    VeyraFuzz::RequireFinite(name.c_str(), transformations.GetVarValue(name));
+}
+
 std::string Compute(TransformationDictionary& transformations, const CaseRecord& record,
                     const ScoreDictionary& fields) {
   transformations.GetValuesForDerivedVars(&record, &fields);
@@ -48,6 +53,7 @@ void DeriveRows(TransformationDictionary& transformations, const ScoreDictionary
     for (int time = 0; time < 2; ++time) {
       const std::string values = Compute(transformations, record, fields);
       VeyraFuzz::RequireEqual("derived fields and their copy", values, Compute(copy, record, fields));
+      if (row < VeyraFuzz::kFiniteRows) RequireFinite(transformations);
       if (seed % 2 == 0) transformations.Reset();
     }
   }
