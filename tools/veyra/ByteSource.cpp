@@ -80,7 +80,8 @@ class ByteSource::Unpacker {
   bool fIsMemberDone = false;
 };
 
-ByteSource::ByteSource(const std::string& path) : fName(path.empty() ? "standard input" : path) {
+ByteSource::ByteSource(const std::string& path, UnpackLimit limit)
+    : fName(path.empty() ? "standard input" : path), fLimit(limit) {
   if (!path.empty()) {
     fDescriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (fDescriptor < 0) {
@@ -152,10 +153,25 @@ std::size_t ByteSource::ReadFirst(char* buffer, std::size_t size) {
   return fAhead.empty() && fUnpacker == nullptr ? 0 : Read(buffer, size);
 }
 
+void ByteSource::CountUnpacked(std::size_t count) {
+  fUnpacked += count;
+  if (fUnpacked > fLimit.bytes) {
+    throw SourceFailure("it unpacks to more than " + std::to_string(fLimit.bytes >> 20U) +
+                        " MiB (--unpack-limit allows more)");
+  }
+  if (fUnpacked > UnpackLimit::kFreeOfRatio && fUnpacked / fLimit.ratio > GetPosition()) {
+    throw SourceFailure("it unpacks to more than " + std::to_string(fLimit.ratio) +
+                        " times its size (--unpack-limit allows it)");
+  }
+}
+
 std::size_t ByteSource::Read(char* buffer, std::size_t size) {
   if (fIsFirst) return ReadFirst(buffer, size);
   if (fUnpacker != nullptr) {
-    return fUnpacker->Read(buffer, size, [this](char* to, std::size_t most) { return ReadStored(to, most); });
+    const std::size_t count =
+        fUnpacker->Read(buffer, size, [this](char* to, std::size_t most) { return ReadStored(to, most); });
+    CountUnpacked(count);
+    return count;
   }
   if (fAhead.empty()) return ReadStored(buffer, size);
   const std::size_t count = std::min(size, fAhead.size());
@@ -164,8 +180,8 @@ std::size_t ByteSource::Read(char* buffer, std::size_t size) {
   return count;
 }
 
-std::string ReadWhole(const std::string& path) {
-  ByteSource source(path);
+std::string ReadWhole(const DocumentFile& document) {
+  ByteSource source(document.path, document.limit);
   std::string text;
   try {
     for (;;) {
@@ -176,7 +192,7 @@ std::string ReadWhole(const std::string& path) {
       if (count == 0) return text;
     }
   } catch (const SourceFailure& failure) {
-    throw CommandFailure(kModelRefused, path + ": " + failure.what());
+    throw CommandFailure(kModelRefused, document.path + ": " + failure.what());
   }
 }
 

@@ -12,6 +12,7 @@ namespace VeyraTool {
 namespace {
 
 constexpr int kMostThreads = 1024;
+constexpr int kMostMegabytes = 1 << 30;
 constexpr std::size_t kAdaptationColumn = 18;
 
 constexpr const char* kExitStatus =
@@ -74,8 +75,23 @@ void AddRowOptions(CLI::App& command, RowOptions& rows) {
   command.add_flag("--quiet", rows.quiet, "No line of progress, no line at the end");
 }
 
-void AddModelOptions(CLI::App& command, std::string& model, std::string& catalog, std::string& auxPath) {
-  command.add_option("MODEL", model, "The PMML document, packed by gzip or not")->type_name(" ")->required();
+void AddDocument(CLI::App& command, const char* name, DocumentFile& document) {
+  command.add_option(name, document.path, "The PMML document, packed by gzip or not")
+      ->type_name(" ")
+      ->required();
+  command
+      .add_option_function<std::uint64_t>(
+          "--unpack-limit",
+          [&document](std::uint64_t megabytes) {
+            document.limit = {megabytes << 20U, UnpackLimit::kNone};
+          },
+          "Refuse a packed document that unpacks to more than N MiB (default: 1024, and 200 times its size)")
+      ->type_name("N")
+      ->check(CLI::Range(1, kMostMegabytes).description(""));
+}
+
+void AddModelOptions(CLI::App& command, DocumentFile& model, std::string& catalog, std::string& auxPath) {
+  AddDocument(command, "MODEL", model);
   command
       .add_option("--catalog", catalog,
                   "The catalogue of model names (default: modeldll.txt here, else the installed one)")
@@ -120,9 +136,7 @@ void AddDerive(CLI::App& app, Options& options) {
   DeriveOptions& derive = options.derive;
   CLI::App* command =
       app.add_subcommand("derive", "Compute the derived fields of a document for the rows of a CSV file");
-  command->add_option("DOCUMENT", derive.document, "The PMML document, packed by gzip or not")
-      ->type_name(" ")
-      ->required();
+  AddDocument(*command, "DOCUMENT", derive.document);
   AddRowOptions(*command, derive.rows);
   command->add_option("--only", derive.only, "The derived fields to write (default: all of them)")
       ->type_name("NAME,NAME,...")
@@ -147,9 +161,7 @@ void AddFunctions(CLI::App& app, Options&) {
 void AddInspect(CLI::App& app, Options& options) {
   CLI::App* command = app.add_subcommand("inspect", "Show what a document holds");
   InspectOptions& inspect = options.inspect;
-  command->add_option("DOCUMENT", inspect.document, "The PMML document, packed by gzip or not")
-      ->type_name(" ")
-      ->required();
+  AddDocument(*command, "DOCUMENT", inspect.document);
   CLI::Option* json = command->add_flag("--json", inspect.json, "The same as JSON, for programs");
   command->add_flag("--display", inspect.display, "The library's own display of the dictionaries")
       ->excludes(json);

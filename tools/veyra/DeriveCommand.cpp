@@ -9,6 +9,7 @@
 #include "transform/TransformationDictionary.h"
 #include "veyra/CsvWriter.h"
 #include "veyra/DerivingDocument.h"
+#include "veyra/OutputCheck.h"
 
 namespace VeyraTool {
 
@@ -121,7 +122,7 @@ std::vector<std::string> NamesToWrite(const DeriveOptions& options, const Transf
   if (options.only.empty()) return all.GetDerivedVarNames();
   for (const std::string& name : options.only) {
     if (all.GetVar(name) == nullptr)
-      throw CommandFailure(kWrongUsage, options.document + ": there is no derived field '" + name + "'");
+      throw CommandFailure(kWrongUsage, options.document.path + ": there is no derived field '" + name + "'");
   }
   std::vector<std::string> names;
   for (const std::string& name : all.GetDerivedVarNames())
@@ -132,10 +133,13 @@ std::vector<std::string> NamesToWrite(const DeriveOptions& options, const Transf
 }  // namespace
 
 ExitStatus RunDerive(const DeriveOptions& options) {
+  CheckOutput(options.rows.output,
+              {{"the document", options.document.path}, {"the data", options.rows.data, true}});
   const DerivingDocument document(options.document, options.trustsDtd, options.isLenient);
   const std::vector<std::string> names = NamesToWrite(options, *document.transformations);
   const std::unique_ptr<TransformationDictionary> derived = Select(*document.transformations, names);
-  RowPipeline rows(KeepsHistory(*derived) ? WithOneThread(options.rows, options.document) : options.rows);
+  RowPipeline rows(KeepsHistory(*derived) ? WithOneThread(options.rows, options.document.path)
+                                          : options.rows);
   CaseLayout layout(rows.GetDataName(), rows.GetHeader(), options.cells);
   BindFields(document, *derived, rows.GetHeader(), rows.GetDataName(), options.cells.absentColumnsAreMissing,
              layout);

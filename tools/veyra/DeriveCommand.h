@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "veyra/ByteSource.h"
 #include "veyra/CaseReader.h"
 #include "veyra/Failures.h"
 #include "veyra/RowPipeline.h"
@@ -13,7 +14,7 @@
 namespace VeyraTool {
 
 struct DeriveOptions {
-  std::string document;
+  DocumentFile document;
   std::vector<std::string> only;  // the derived fields to write; empty: all of them
   bool trustsDtd = false;         // documents that declare entities or refer to a DTD are read
   bool isLenient = false;         // documents are adapted before the library sees them

@@ -5,7 +5,6 @@
 #include <xercesc/dom/DOM.hpp>
 
 #include "veyra/Adaptations.h"
-#include "veyra/ByteSource.h"
 #include "veyra/Failures.h"
 #include "veyra/LibrarySession.h"
 #include "veyra/MemoryStream.h"
@@ -35,8 +34,9 @@ std::string DangerOf(const xercesc::DOMDocument& document) {
 
 }  // namespace
 
-DerivingDocument::DerivingDocument(const std::string& path, bool trustsDtd, bool isLenient) {
-  std::string text = ReadWhole(path);
+DerivingDocument::DerivingDocument(const DocumentFile& file, bool trustsDtd, bool isLenient) {
+  const std::string& path = file.path;
+  std::string text = ReadWhole(file);
   if (!trustsDtd || isLenient) {
     const ParsedDocument parsed(text);
     const bool isParsed = parsed.GetRoot() != nullptr;
@@ -66,7 +66,7 @@ DerivingDocument::DerivingDocument(const std::string& path, bool trustsDtd, bool
   try {
     build(text);
   } catch (const VYException& exception) {
-    throw CommandFailure(kModelRefused, ExplainRefusal(path, exception, isLenient, build));
+    throw CommandFailure(kModelRefused, ExplainRefusal(file, exception, isLenient, build));
   }
   if (transformations == nullptr)
     throw CommandFailure(kModelRefused, path + ": the document derives no field");

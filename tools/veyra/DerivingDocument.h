@@ -7,15 +7,16 @@
 #include <string>
 
 #include "transform/TransformationDictionary.h"
+#include "veyra/ByteSource.h"
 #include "veyra/ScoreDictionary.h"
 
 namespace VeyraTool {
 
 struct DerivingDocument {
-  // Reads the document, which may be packed by gzip.  The library's parser expands what a DTD declares:
+  // Reads the document.  The library's parser expands what a DTD declares:
   // unless `trustsDtd`, a document that refers to an external DTD or declares entities is refused before the
   // library sees it.  Throws CommandFailure, also for a document without derived fields.
-  DerivingDocument(const std::string& path, bool trustsDtd, bool isLenient);
+  DerivingDocument(const DocumentFile& file, bool trustsDtd, bool isLenient);
   DerivingDocument(const DerivingDocument&) = delete;
   DerivingDocument& operator=(const DerivingDocument&) = delete;
 

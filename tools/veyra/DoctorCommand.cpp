@@ -20,6 +20,7 @@
 #include "veyra/KnownFunctions.h"
 #include "veyra/LibrarySession.h"
 #include "veyra/ModelFactory.h"
+#include "veyra/OutputCheck.h"
 #include "veyra/OutputFile.h"
 #include "veyra/ParsedDocument.h"
 #include "veyra/PluginSearch.h"
@@ -149,10 +150,10 @@ struct Places {
 class Doctor {
  public:
   Doctor(const DoctorOptions& options, std::string& out)
-      : fLibrary(options.catalog), fPath(options.model), fAuxPath(options.auxPath), fOut(out) {}
+      : fLibrary(options.catalog), fFile(options.model), fAuxPath(options.auxPath), fOut(out) {}
 
   ExitStatus Run() {
-    fDocument = std::make_unique<ParsedDocument>(fPath, ParsedDocument::Extent::kWhole);
+    fDocument = std::make_unique<ParsedDocument>(fFile, ParsedDocument::Extent::kWhole);
     if (!fDocument->GetFault().empty()) {
       Say("not well-formed", fDocument->GetFault(), {});
       return Conclude(1);
@@ -357,7 +358,7 @@ class Doctor {
   }
 
   LibrarySession fLibrary;
-  std::string fPath;
+  DocumentFile fFile;
   std::string fAuxPath;
   std::string& fOut;
   std::unique_ptr<ParsedDocument> fDocument;
@@ -370,6 +371,9 @@ class Doctor {
 }  // namespace
 
 ExitStatus RunDoctor(const DoctorOptions& options) {
+  CheckOutput({}, {{"the document", options.model.path},
+                   {"the training data", options.auxPath},
+                   {"the catalogue", ChooseCatalog(options.catalog)}});
   OutputFile output{std::string()};
   std::string text;
   const ExitStatus status = Doctor(options, text).Run();

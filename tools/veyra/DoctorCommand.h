@@ -5,12 +5,13 @@
 
 #include <string>
 
+#include "veyra/ByteSource.h"
 #include "veyra/Failures.h"
 
 namespace VeyraTool {
 
 struct DoctorOptions {
-  std::string model;
+  DocumentFile model;
   std::string catalog;
   std::string auxPath;  // of data that belongs to the document
 };

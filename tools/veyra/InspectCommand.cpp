@@ -17,6 +17,7 @@
 #include "veyra/Failures.h"
 #include "veyra/LibrarySession.h"
 #include "veyra/Number.h"
+#include "veyra/OutputCheck.h"
 #include "veyra/OutputFile.h"
 #include "veyra/ParsedDocument.h"
 #include "veyra/ScoreDictionary.h"
@@ -229,7 +230,7 @@ std::string DrawTree(const DOMElement& root, const InspectOptions& options) {
   if (!options.tree && options.svg.empty()) return {};
   const DOMElement* const tree = BaseTranslator::GetChildByTag(&root, Tags::XML_ELE_TREEMODEL);
   if (tree == nullptr)
-    throw CommandFailure(kWrongUsage, options.document + ": there is no TreeModel to draw");
+    throw CommandFailure(kWrongUsage, options.document.path + ": there is no TreeModel to draw");
   std::ostringstream text;
   if (options.tree) {
     text << "\nTree:\n";
@@ -250,7 +251,7 @@ std::string Inspect(const InspectOptions& options) {
   const ParsedDocument document(options.document, NeedsWhole(options) ? ParsedDocument::Extent::kWhole
                                                                       : ParsedDocument::Extent::kHeader);
   if (!document.GetFault().empty()) {
-    throw CommandFailure(kModelRefused, options.document + ": " + document.GetFault());
+    throw CommandFailure(kModelRefused, options.document.path + ": " + document.GetFault());
   }
   const DOMElement& root = *document.GetRoot();
   if (options.display) return WriteDisplay(root);
@@ -262,11 +263,14 @@ std::string Inspect(const InspectOptions& options) {
 }  // namespace
 
 void RunInspect(const InspectOptions& options) {
+  const std::vector<InputFile> inputs = {{"the document", options.document.path}};
+  CheckOutput({}, inputs);
+  if (!options.svg.empty()) CheckOutput(options.svg, inputs);
   OutputFile output{std::string()};
   try {
     output.Write(Inspect(options));
   } catch (const KxVeyra_940::VYException& exception) {
-    throw CommandFailure(kModelRefused, options.document + ": " + RefusalText(exception));
+    throw CommandFailure(kModelRefused, options.document.path + ": " + RefusalText(exception));
   }
 }
 

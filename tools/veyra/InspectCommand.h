@@ -6,10 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "veyra/ByteSource.h"
+
 namespace VeyraTool {
 
 struct InspectOptions {
-  std::string document;
+  DocumentFile document;
   bool json = false;             // for programs: docs/inspect-json.md
   bool display = false;          // the library's own display of the dictionaries
   bool tree = false;             // the nodes of a tree as well

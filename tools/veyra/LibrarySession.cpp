@@ -10,7 +10,6 @@
 #include "translate/PMMLModelTags.h"
 #include "translate/ZENTModelTags.h"
 #include "veyra/Adaptations.h"
-#include "veyra/ByteSource.h"
 #include "veyra/ElementPath.h"
 #include "veyra/Failures.h"
 #include "veyra/MemoryStream.h"
@@ -35,13 +34,6 @@ std::string InstalledCatalog() {
   std::error_code error;
   const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
   return (program.parent_path().parent_path() / "share" / "veyra" / "modeldll.txt").string();
-}
-
-std::string ChooseCatalog(const std::string& path) {
-  if (!path.empty()) return path;
-  std::error_code error;
-  if (std::filesystem::exists("modeldll.txt", error)) return "modeldll.txt";
-  return InstalledCatalog();
 }
 
 // Whether the text can hold the element at all: documents of other encodings than those that extend ASCII,
@@ -84,6 +76,13 @@ void WarnOfAuxPath(const std::string& path, const std::string& auxPath, const Sc
 
 }  // namespace
 
+std::string ChooseCatalog(const std::string& path) {
+  if (!path.empty()) return path;
+  std::error_code error;
+  if (std::filesystem::exists("modeldll.txt", error)) return "modeldll.txt";
+  return InstalledCatalog();
+}
+
 std::string RefusalText(const VYException& exception) {
   return "error " + std::to_string(exception.GetErrorCode()) + ": " + exception.GetErrorMessage();
 }
@@ -125,15 +124,16 @@ std::string DescribeOwnFunction(const xercesc::DOMElement& root, const VYExcepti
 
 }  // namespace
 
-std::string ExplainRefusal(const std::string& path, const VYException& exception, bool isLenient,
+std::string ExplainRefusal(const DocumentFile& file, const VYException& exception, bool isLenient,
                            const Build& build) {
+  const std::string& path = file.path;
   std::string text = path + ": " + RefusalText(exception);
   const auto addLine = [&](const std::string& line) {
     if (!line.empty()) text.append("\nveyra: ").append(path).append(": ").append(line);
   };
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) return text;
-  const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
+  const ParsedDocument document(file, ParsedDocument::Extent::kWhole);
   addLine(document.GetFault());
   if (document.GetRoot() == nullptr) return text;
   // With --lenient the place is that of the adapted document, whose paths are the same.
@@ -162,35 +162,36 @@ std::unique_ptr<ScoreModel> LibrarySession::MakeModel(std::string_view text,
       ModelFactory::MakeModelFromXML(in, ModelFactory::fModelNames, std::string(), auxPath));
 }
 
-std::unique_ptr<ScoreModel> LibrarySession::MakeModelOfFile(const std::string& path,
+std::unique_ptr<ScoreModel> LibrarySession::MakeModelOfFile(const DocumentFile& file,
                                                             const std::string& auxPath) const {
-  if (IsPacked(path)) return MakeModel(ReadWhole(path), auxPath);
+  if (IsPacked(file.path)) return MakeModel(ReadWhole(file), auxPath);
   return std::unique_ptr<ScoreModel>(
-      ModelFactory::MakeModelFromXML(path, fCatalogPath, std::string(), auxPath));
+      ModelFactory::MakeModelFromXML(file.path, fCatalogPath, std::string(), auxPath));
 }
 
-LoadedModel LibrarySession::LoadModel(const std::string& path, const std::string& auxPath,
+LoadedModel LibrarySession::LoadModel(const DocumentFile& file, const std::string& auxPath,
                                       bool isLenient) const {
+  const std::string& path = file.path;
   LoadedModel loaded;
   try {
     std::vector<Applied> adapted;
     std::string text;
     if (isLenient) {
-      const ParsedDocument document(path, ParsedDocument::Extent::kWhole);
+      const ParsedDocument document(file, ParsedDocument::Extent::kWhole);
       if (document.GetRoot() != nullptr) adapted = Adapt(*document.GetRoot()->getOwnerDocument());
       if (!adapted.empty()) text = document.Serialise();
     }
     for (const Applied& one : adapted) {
       std::fprintf(stderr, "veyra: %s: adapted: %s\n", path.c_str(), Describe(one).c_str());
     }
-    loaded.model = text.empty() ? MakeModelOfFile(path, auxPath) : MakeModel(text, auxPath);
+    loaded.model = text.empty() ? MakeModelOfFile(file, auxPath) : MakeModel(text, auxPath);
     if (loaded.model == nullptr) throw CommandFailure(kModelRefused, path + ": the plug-in built no model");
-    if (text.empty()) text = ReadWhole(path);
+    if (text.empty()) text = ReadWhole(file);
     loaded.keepsHistory = HoldsLag(text);
     WarnOfVersion(path, text, *loaded.model);
   } catch (const VYException& exception) {
     throw CommandFailure(kModelRefused,
-                         ExplainRefusal(path, exception, isLenient,
+                         ExplainRefusal(file, exception, isLenient,
                                         [&](std::string_view document) { MakeModel(document, auxPath); }));
   }
   WarnOfAuxPath(path, auxPath, *loaded.model);

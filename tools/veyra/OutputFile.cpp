@@ -34,10 +34,10 @@ bool IsSpecialFile(const std::string& path) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path, int input) : fDescriptor(STDOUT_FILENO) {
+OutputFile::OutputFile(const std::string& path) : fDescriptor(STDOUT_FILENO) {
   try {
     if (!path.empty()) fPath = ResolveLinks(path);
-    Open(input);
+    Open();
   } catch (...) {
     Discard();
     throw;
@@ -53,17 +53,14 @@ void OutputFile::Discard() {
   KeepOnSignal();
 }
 
-void OutputFile::Open(int input) {
+void OutputFile::Open() {
   if (fPath.empty() || IsSpecialFile(fPath)) {
     if (!fPath.empty()) fDescriptor = open(fPath.c_str(), O_WRONLY | O_CLOEXEC);
     if (fDescriptor < 0) Fail("cannot write the file");
-    struct stat status {};
-    if (fstat(fDescriptor, &status) == 0) RefuseInput(status, input);
     return;
   }
   struct stat old {};
   const bool isThere = stat(fPath.c_str(), &old) == 0;
-  if (isThere) RefuseInput(old, input);
   const std::string partialPath = fPath + ".partial." + std::to_string(getpid());
   RemoveOnSignal(partialPath);
   fDescriptor = open(partialPath.c_str(), O_WRONLY | O_CLOEXEC | O_CREAT | O_EXCL, 0666);
@@ -76,14 +73,6 @@ void OutputFile::Open(int input) {
   if (isThere && S_ISREG(old.st_mode) && fchmod(fDescriptor, old.st_mode & 07777U) != 0) {
     Fail("cannot write the file");
   }
-}
-
-// Only a regular file can be the other's: a terminal may well be both.
-void OutputFile::RefuseInput(const struct stat& output, int input) const {
-  struct stat status {};
-  if (!S_ISREG(output.st_mode) || input < 0 || fstat(input, &status) != 0) return;
-  if (status.st_dev != output.st_dev || status.st_ino != output.st_ino) return;
-  throw CommandFailure(kWrongUsage, GetName() + ": the output would replace the input");
 }
 
 std::string OutputFile::GetName() const { return fPath.empty() ? "standard output" : fPath; }

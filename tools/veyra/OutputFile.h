@@ -6,8 +6,6 @@
 #ifndef VEYRA_TOOLS_OUTPUTFILE_H_
 #define VEYRA_TOOLS_OUTPUTFILE_H_
 
-#include <sys/stat.h>
-
 #include <string>
 #include <string_view>
 
@@ -18,9 +16,8 @@ namespace VeyraTool {
 // At most one at a time writes to a file.
 class OutputFile {
  public:
-  // An empty path is standard output.  `input` is a descriptor of what is read, -1 for nothing.  Throws
-  // CommandFailure when the file cannot be made, and when it is the input.
-  explicit OutputFile(const std::string& path, int input = -1);
+  // An empty path is standard output.  Throws CommandFailure when the file cannot be made.
+  explicit OutputFile(const std::string& path);
   // Without Finish, the partial file goes.
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
@@ -32,9 +29,8 @@ class OutputFile {
   void Finish();
 
  private:
-  void Open(int input);
+  void Open();
   void Discard();
-  void RefuseInput(const struct stat& output, int input) const;
   std::string GetName() const;
   [[noreturn]] void Fail(const char* what) const;
 

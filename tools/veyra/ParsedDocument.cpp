@@ -12,7 +12,6 @@
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
 #include "translate/PMMLModelTags.h"
-#include "veyra/ByteSource.h"
 #include "veyra/Failures.h"
 #include "veyra/ZentDocument.h"
 #include "xml/ParserLimits.h"
@@ -37,7 +36,7 @@ constexpr const char* kHeaderTags[] = {
 // stream: the parser sees a document that ends there.
 class FileInput : public xercesc::InputSource {
  public:
-  explicit FileInput(const std::string& path) : fSource(path) {}
+  explicit FileInput(const DocumentFile& file) : fSource(file.path, file.limit) {}
 
   xercesc::BinInputStream* makeStream() const override { return new (getMemoryManager()) Stream(*this); }
   void RethrowFailure() const {
@@ -123,12 +122,12 @@ class ParsedDocument::HeaderParser : public KxXML_940::LimitedDOMParser {
   bool fIsHeaderRead = false;
 };
 
-ParsedDocument::ParsedDocument(const std::string& path, Extent extent)
+ParsedDocument::ParsedDocument(const DocumentFile& file, Extent extent)
     : fParser(std::make_unique<HeaderParser>()) {
   try {
-    Parse(FileInput(path), extent);
+    Parse(FileInput(file), extent);
   } catch (const SourceFailure& failure) {
-    throw CommandFailure(kModelRefused, path + ": " + failure.what());
+    throw CommandFailure(kModelRefused, file.path + ": " + failure.what());
   } catch (const CommandFailure& failure) {
     throw CommandFailure(kModelRefused, failure.what());  // a document that cannot be opened is refused
   }

@@ -12,6 +12,8 @@
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "veyra/ByteSource.h"
+
 namespace VeyraTool {
 
 // Gives what the parser's implementation made back to it.
@@ -29,9 +31,9 @@ class ParsedDocument {
     kHeader,  // the dictionaries and the first model's own header; what follows is not even read
   };
 
-  // Packed by gzip or not.  Throws CommandFailure when the file cannot be read.  A document that is not
+  // Throws CommandFailure when the file cannot be read or unpacks beyond its limit.  A document that is not
   // well-formed is no failure: GetFault tells.
-  ParsedDocument(const std::string& path, Extent extent);
+  ParsedDocument(const DocumentFile& file, Extent extent);
   // The text is lent for the time of the call.
   explicit ParsedDocument(std::string_view text);
   ~ParsedDocument();

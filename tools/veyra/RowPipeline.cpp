@@ -101,7 +101,7 @@ ExitStatus RowPipeline::Run(const std::vector<std::string>& resultColumns, const
   const auto makeLane = [&] { return std::make_unique<Lane>(fOptions, fHeader.size(), makeWorker()); };
   std::vector<std::unique_ptr<Lane>> lanes;
   lanes.push_back(makeLane());
-  fOutput.emplace(fOptions.output, fSource.GetBytes().GetDescriptor());
+  fOutput.emplace(fOptions.output);
   fProgress.emplace(fOptions.quiet, fSource.GetBytes());
   WriteHeader(resultColumns);
   if (Take(lanes[0]->block)) {

@@ -8,6 +8,7 @@
 #include "factory/BaseModel.h"
 #include "veyra/CsvWriter.h"
 #include "veyra/LibrarySession.h"
+#include "veyra/OutputCheck.h"
 #include "veyra/ScoreModel.h"
 
 namespace VeyraTool {
@@ -94,10 +95,14 @@ class ScoreWorker : public RowWorker {
 }  // namespace
 
 ExitStatus RunScore(const ScoreOptions& options) {
+  CheckOutput(options.rows.output, {{"the document", options.model.path},
+                                    {"the data", options.rows.data, true},
+                                    {"the training data", options.auxPath},
+                                    {"the catalogue", ChooseCatalog(options.catalog)}});
   const LibrarySession library(options.catalog);
   const LoadedModel loaded = library.LoadModel(options.model, options.auxPath, options.isLenient);
   const std::unique_ptr<ScoreModel>& model = loaded.model;
-  RowPipeline rows(loaded.keepsHistory ? WithOneThread(options.rows, options.model) : options.rows);
+  RowPipeline rows(loaded.keepsHistory ? WithOneThread(options.rows, options.model.path) : options.rows);
   CaseLayout layout(rows.GetDataName(), rows.GetHeader(), options.cells);
   BindFields(*model, layout);
   const std::unique_ptr<ScoreResult> result(model->NewResult());

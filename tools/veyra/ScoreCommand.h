@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "veyra/ByteSource.h"
 #include "veyra/CaseReader.h"
 #include "veyra/Failures.h"
 #include "veyra/RowPipeline.h"
@@ -12,7 +13,7 @@
 namespace VeyraTool {
 
 struct ScoreOptions {
-  std::string model;
+  DocumentFile model;
   std::string catalog;
   std::string auxPath;     // of data that belongs to the document
   bool isLenient = false;  // documents are adapted before the library sees them
