@@ -19,8 +19,8 @@ class HeldPart {
   HeldPart() = default;
   // A copy is nobody's; what is assigned to stays where it is, edited.
   HeldPart(const HeldPart&) {}
-  HeldPart& operator=(const HeldPart&) {
-    Edited();
+  HeldPart& operator=(const HeldPart& other) {
+    if (this != &other) Edited();
     return *this;
   }
   ~HeldPart() = default;
