@@ -16,6 +16,7 @@
 #include "translate/OptypesInternal.h"
 #include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "translate/VariablesInternal.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
@@ -73,7 +74,7 @@ class DerivedFieldReader {
 
 std::unique_ptr<TransformVar> DerivedFieldReader::Read() {
   const XMLCh* const nameText = RequiredNonEmptyAttribute(fField, XML_ATT_DATAFIELD_NAME);
-  const std::string name = fTranslator.BaseTranslator::ToString(nameText);
+  const std::string name = NameOf(fTranslator, nameText);
   const bool isInData = fDataDictionary != nullptr && fDataDictionary->GetVar(name) != nullptr;
   if (isInData || fDictionary.GetVar(name) != nullptr)
     Raise(MessageId::kDuplicateVariableIn, {ToUTF8(nameText), XML_ELE_DATADICTIONARY});
@@ -200,7 +201,8 @@ void PMMLTranslator::ExtendTransformationDictionary(const DOMElement& element,
     std::unique_ptr<TransformVar> variable =
         DerivedFieldReader(*this, field, dataDictionary, dictionary).Read();
     const std::string name = variable->GetName();
-    if (dictionary.AddVar(name, variable.get())) static_cast<void>(variable.release());
+    TakeVariable(dictionary, name, std::move(variable), Attribute(field, XML_ATT_DATAFIELD_NAME),
+                 XML_ELE_DATADICTIONARY);
     dictionary.AddDerievedVarName(name);
   });
 }

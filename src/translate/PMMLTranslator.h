@@ -159,9 +159,9 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
                            const ScoreDictionary* dataDictionary, const ScoreDictionary* transformations,
                            TransformFunction function, const std::vector<TransformFunction>& childFunctions,
                            const ScoreDictVar* derivedVar) const;
-  // Error 260243 for a nested function whose result the parent does not take.  Logic functions, "if", "value",
-  // the recasts and "greaterOrEqual" take any: what documents nest most is conditions, which a parent that took
-  // functions of its own class only could not hold.  Nothing is refused there.
+  // Error 260243 for a nested function whose result the parent does not take.  Logic functions, "if",
+  // "value", the recasts and "greaterOrEqual" take any: what documents nest most is conditions, which a
+  // parent that took functions of its own class only could not hold.  Nothing is refused there.
   void VerifyParentAndChildFunction(TransformFunction parent, TransformFunction child) const;
   // Error 260245 for a field or constant of the wrong kind; a field that no dictionary has passes as a
   // number.

@@ -25,6 +25,14 @@ inline std::string NameOf(const BaseTranslator& translator, const XMLCh* text) {
   return name;
 }
 
+// Hands the variable to the dictionary; a refusal is that of a doubled name.
+inline void TakeVariable(ScoreDictionary& dictionary, const std::string& name,
+                         std::unique_ptr<ScoreDictVar> variable, const XMLCh* text, const char* element) {
+  if (!dictionary.AddVar(name, variable.get()))
+    Raise(MessageId::kDuplicateVariableIn, {KxXML_940::ToUTF8(text), element});
+  static_cast<void>(variable.release());
+}
+
 // Adds the variable that `read` makes, which is called when the name will do.  Errors: those of NameOf,
 // 260202 (name, `element`) when the dictionary has the name, be it another one in the document, and those of
 // `read`.
@@ -34,8 +42,7 @@ void AddVariable(ScoreDictionary& dictionary, const BaseTranslator& translator, 
   const std::string name = NameOf(translator, text);
   if (static_cast<const ScoreDictionary&>(dictionary).GetVar(name) != nullptr)
     Raise(MessageId::kDuplicateVariableIn, {KxXML_940::ToUTF8(text), element});
-  std::unique_ptr<ScoreDictVar> variable = read();
-  if (dictionary.AddVar(name, variable.get())) static_cast<void>(variable.release());
+  TakeVariable(dictionary, name, read(), text, element);
 }
 
 // Gives the variable a part in place of the one that it holds, which the setter would leave to nobody.

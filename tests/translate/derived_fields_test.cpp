@@ -269,6 +269,21 @@ TEST(DerivedFieldTranslation, LocalFieldsExtendADictionary) {
   EXPECT_EQ(Shown(extended.GetValuesForDerivedVars(&fields.Record(), &fields.Data())->Get("b")), "10");
 }
 
+TEST(DerivedFieldTranslation, ANameThatTheEncodingLosesIsRefused) {
+  const auto refusal = [](const std::string& fields) {
+    const Document document("<T>" + fields + "</T>");
+    PlainTranslator translator("ISO-8859-1");
+    TransformationDictionary dictionary;
+    BaseDictionary data;
+    data.AddVar("x", new DictVar("x", ScoreDictVar::kNUMERIC_VAR));
+    return Refusal([&] { translator.ExtendTransformationDictionary(*document.Root(), &data, dictionary); });
+  };
+  EXPECT_EQ(refusal(Field(kX, "double", "\u65e5\u672c")), "260303 \u65e5\u672c|name");
+  EXPECT_EQ(refusal(Field(kX, "double", "a\u65e5") + Field(kX, "double", "a\u672c")),
+            "260202 a\u672c|DataDictionary");
+  EXPECT_EQ(refusal(Field(kX, "double", "a\u65e5")), "nothing");
+}
+
 // Tables and bins of the size that real documents have: a mistake of order shows as minutes.
 TEST(DerivedFieldTranslation, LargeTablesAndManyBins) {
   std::string rows, bins;
