@@ -62,8 +62,7 @@ InvalidValuesByField ReadInvalidValues(const PMMLTranslator& translator, const D
   InvalidValuesByField fields;
   ForEachChildElement(dataDictionary, [&](const DOMElement& dataField) {
     if (!HasTag(dataField, Tags::XML_ELE_DATAFIELD) || !HasInvalidValues(dataField)) return;
-    const std::string name =
-        translator.BaseTranslator::ToString(Attribute(dataField, Tags::XML_ATT_DATAFIELD_NAME));
+    const std::string name = translator.EncodedText(Attribute(dataField, Tags::XML_ATT_DATAFIELD_NAME));
     const ScoreDictVar* field = dictionary.GetVar(name);
     if (field == nullptr) return;
     fields.emplace(name, std::make_shared<const InvalidValues>(translator, dataField, *field));

@@ -56,7 +56,7 @@ std::shared_ptr<const ScoreValue> OptionalValue(const PMMLTranslator& translator
   const XMLCh* text = FindAttribute(element, name);
   if (text == nullptr) return nullptr;
   if (field.GetVarType() == ScoreDictVar::kDATETIME_VAR)
-    return ReadDateTime(field, translator.BaseTranslator::ToString(text));
+    return ReadDateTime(field, translator.EncodedText(text));
   return std::shared_ptr<const ScoreValue>(translator.CarefullyMakeVarValue(&field, text));
 }
 
@@ -64,7 +64,7 @@ MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& 
                             FieldFinder& fields) {
   MiningField field;
   const std::string name =
-      translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_MININGFIELD_NAME));
+      translator.EncodedText(RequiredNonEmptyAttribute(element, Tags::XML_ATT_MININGFIELD_NAME));
   field.var = fields.Find(name);
   if (field.var == nullptr) Raise(MessageId::kMissingVariableIn, {name, Tags::XML_ELE_DATADICTIONARY});
   if (element.getAttributes()->getLength() == 1) return field;  // most fields have a name and nothing else

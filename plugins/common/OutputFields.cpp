@@ -98,14 +98,13 @@ OutputFields::Feature OutputFields::FindFeature(ScoreResultField::ResultFeature 
 std::shared_ptr<const ResultVar> OutputFields::ReadOutputField(const PMMLTranslator& translator,
                                                                const DOMElement& element,
                                                                ScoreResultField::ResultFeature feature) {
-  const std::string name =
-      translator.BaseTranslator::ToString(RequiredNonEmptyAttribute(element, Tags::XML_ATT_NAME));
+  const std::string name = translator.EncodedText(RequiredNonEmptyAttribute(element, Tags::XML_ATT_NAME));
   const bool isText =
       BaseTranslator::IsEqual(Attribute(element, Tags::XML_ATT_DATATYPE), Tags::XML_VAL_STRING);
   auto var =
       std::make_shared<ResultVar>(name, isText ? ScoreDictVar::STRING_VAR : ScoreDictVar::kNUMERIC_VAR);
   const XMLCh* label = Attribute(element, Tags::XML_ATT_DATAFIELD_DISPLAYNAME);
-  var->SetLabel(IsEmpty(label) ? name : translator.BaseTranslator::ToString(label));
+  var->SetLabel(IsEmpty(label) ? name : translator.EncodedText(label));
   var->SetFeature(feature);
   return var;
 }
@@ -113,7 +112,7 @@ std::shared_ptr<const ResultVar> OutputFields::ReadOutputField(const PMMLTransla
 // The index of the target that the element names; the first one when it names none.
 int OutputFields::ReadTarget(const PMMLTranslator& translator, const DOMElement& element,
                              const std::vector<const ScoreDictVar*>& targets) {
-  const std::string name = translator.BaseTranslator::ToString(Attribute(element, kTargetField));
+  const std::string name = translator.EncodedText(Attribute(element, kTargetField));
   if (name.empty() || targets.empty()) return 0;
   for (std::size_t i = 0; i < targets.size(); ++i) {
     if (targets[i]->GetName() == name) return static_cast<int>(i);
@@ -128,7 +127,7 @@ OutputFields::Field OutputFields::ReadField(PMMLTranslator& translator, const DO
   const PluginResult& answer = layout.OfTarget(target);
   const std::string feature = OptionalText(element, Tags::XML_ATT_VAL_MINING_FEATURE);
   const FeatureRow& row = FindFeature(feature, answer, layout.GetExtras());
-  const std::string category = translator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_VALUE));
+  const std::string category = translator.EncodedText(Attribute(element, Tags::XML_ATT_VALUE));
   const ScoreDictVar* const field = targets.empty() ? nullptr : targets[static_cast<std::size_t>(target)];
   const int rank = OptionalInteger(element, kRank).value_or(1);
   if (rank < 1) Raise(MessageId::kNotPositive, {std::to_string(rank), kRank});

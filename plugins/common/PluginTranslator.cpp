@@ -127,7 +127,7 @@ ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<S
     Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
   }
   Frame frame;
-  frame.algorithm = BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_MODELALGO));
+  frame.algorithm = EncodedText(Attribute(element, Tags::XML_ATT_MODELALGO));
   frame.function =
       BaseModel::MiningFunctionFromString(ToString(RequiredAttribute(element, Tags::XML_ATT_FUNCTIONNAME)));
   frame.invalidValues = ReadInvalidValues(*this, dataDictionary, *dictionary);
@@ -141,9 +141,9 @@ ScoreModel* PluginTranslator::BuildFrom(const DOMElement& element, Frame frame) 
   std::unique_ptr<PluginModel> model = NewModel();
   fFields.emplace(*frame.dictionary);
   model->SetScoreDictionary(frame.dictionary.release(), true);
-  model->SetVersionInfo(std::make_unique<VersionInfo>(
-                            BaseTranslator::ToString(Attribute(RootOf(element), Tags::XML_ATT_VERSION)))
-                            .release());
+  model->SetVersionInfo(
+      std::make_unique<VersionInfo>(EncodedText(Attribute(RootOf(element), Tags::XML_ATT_VERSION)))
+          .release());
   model->SetAlgorithmName(std::move(frame.algorithm));
   model->SetMiningFunction(frame.function);
   fInvalidValues = std::move(frame.invalidValues);
@@ -221,7 +221,7 @@ void PluginTranslator::AddFields(MiningSchema schema, PluginModel& model) const 
 }
 
 int PluginTranslator::FindInput(const DOMElement& element, const char* attribute) {
-  const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(element, attribute));
+  const std::string name = EncodedText(RequiredNonEmptyAttribute(element, attribute));
   ScoreDictVar* var = fFields->Find(name);
   TransformationDictionary* const derived = fModel->GetTransformationDictionary();
   if (var == nullptr && derived != nullptr && (var = derived->GetVar(name)) != nullptr &&
@@ -249,7 +249,7 @@ std::unique_ptr<ScoreValue> PluginTranslator::ReadTargetCategory(const DOMElemen
                                                                  const char* attribute,
                                                                  const ScoreDictVar* target) const {
   const XMLCh* text = RequiredAttribute(element, attribute);
-  if (target == nullptr) return std::make_unique<StringValue>(BaseTranslator::ToString(text));
+  if (target == nullptr) return std::make_unique<StringValue>(EncodedText(text));
   std::unique_ptr<ScoreValue> category(CarefullyMakeVarValue(target, text));
   if (!target->IsValidValue(category.get())) {
     Raise(MessageId::kValueNotInValueList, {ToString(text), target->GetName()});

@@ -68,7 +68,7 @@ MiningSchema GeneralRegressionTranslator::ReadZentFields(const DOMElement& eleme
   MiningSchema schema;
   std::set<std::string> known;
   const auto find = [&](const DOMElement& named, const char* attribute) {
-    const std::string name = BaseTranslator::ToString(RequiredNonEmptyAttribute(named, attribute));
+    const std::string name = EncodedText(RequiredNonEmptyAttribute(named, attribute));
     ScoreDictVar* field = dictionary.GetVar(name);
     if (field == nullptr) Raise(MessageId::kMissingVariableIn, {name, ZENTModelTags::XML_ELE_DICTIONARY});
     return field;
@@ -96,7 +96,7 @@ MiningSchema GeneralRegressionTranslator::ReadZentFields(const DOMElement& eleme
 void GeneralRegressionTranslator::NameTarget(const DOMElement& element, PluginModel& model) const {
   const Setting name = FindSetting(element, Tags::XML_ATT_RM_TARGET_VAR);
   if (model.GetTargetVar() != nullptr || !name.IsGiven()) return;
-  const std::string target = BaseTranslator::ToString(FindAttribute(*name.element, name.attribute));
+  const std::string target = EncodedText(FindAttribute(*name.element, name.attribute));
   if (model.GetDictionary()->GetVar(target) == nullptr) {
     Raise(MessageId::kMissingVariableIn, {target, Tags::XML_ELE_DATADICTIONARY});
   }

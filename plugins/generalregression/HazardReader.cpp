@@ -75,8 +75,7 @@ class HazardReader {
   // A field that plays no part in a case need not be an input.
   void RequireField(const Setting& field) const {
     if (!field.IsGiven()) return;
-    const std::string name =
-        fTranslator.BaseTranslator::ToString(FindAttribute(*field.element, field.attribute));
+    const std::string name = fTranslator.EncodedText(FindAttribute(*field.element, field.attribute));
     const ScoreDictionary* derived = fModel.GetTransformationDictionary();
     const bool isDerived = derived != nullptr && derived->GetVar(name) != nullptr;
     if (isDerived || fModel.GetDictionary()->GetVar(name) != nullptr) return;

@@ -71,7 +71,7 @@ void InstanceReader::Read(const DOMElement& model) {
   const DOMElement& instances = *BaseTranslator::GetChildByTagForced(&model, kTrainingInstances);
   fIsTransformed = ReadKeyword(instances, "isTransformed", kBooleans);
   ReadFields(instances);
-  const std::string idField = fTranslator.BaseTranslator::ToString(Attribute(model, kInstanceIdVariable));
+  const std::string idField = fTranslator.EncodedText(Attribute(model, kInstanceIdVariable));
   if (!idField.empty()) fIdColumn = static_cast<int>(ColumnOf(idField));
   PlanTargets();
   PlanInputs();
@@ -88,8 +88,7 @@ void InstanceReader::ReadFields(const DOMElement& instances) {
   const DOMElement* fields = BaseTranslator::GetChildByTagForced(&instances, kInstanceFields);
   ForEachChildElement(fields, [&](const DOMElement& child) {
     if (!HasTag(child, kInstanceField)) return;
-    const std::string name =
-        fTranslator.BaseTranslator::ToString(RequiredNonEmptyAttribute(child, Tags::XML_ATT_FIELD));
+    const std::string name = fTranslator.EncodedText(RequiredNonEmptyAttribute(child, Tags::XML_ATT_FIELD));
     for (const auto& [field, column] : fColumnOfField) {
       if (field == name) Raise(MessageId::kDuplicateValueIn, {kInstanceField, name, kInstanceFields});
     }
@@ -188,7 +187,7 @@ std::unique_ptr<ScoreValue> InstanceReader::ValueOf(const TrainingRow& row, cons
   if (row.cells[column] == nullptr) return nullptr;
   switch (var.GetVarType()) {
     case ScoreDictVar::STRING_VAR:
-      return std::make_unique<StringValue>(fTranslator.BaseTranslator::ToString(row.cells[column]));
+      return std::make_unique<StringValue>(fTranslator.EncodedText(row.cells[column]));
     case ScoreDictVar::kDATETIME_VAR:
       return std::make_unique<DateTimeValue>(NumberAt(row, var, column), var.GetDateTimeType());
     default:
@@ -203,7 +202,7 @@ void InstanceReader::TakeRow(const TrainingRow& row) {
   fMatrix->Add(fPlace);
   for (const auto& target : fTargets) TakeTarget(row, *target);
   const XMLCh* const id = fIdColumn < 0 ? nullptr : row.cells[static_cast<std::size_t>(fIdColumn)];
-  fIds.push_back(id == nullptr ? std::to_string(fMatrix->Size()) : fTranslator.BaseTranslator::ToString(id));
+  fIds.push_back(id == nullptr ? std::to_string(fMatrix->Size()) : fTranslator.EncodedText(id));
 }
 
 void InstanceReader::TakeTransformed(const TrainingRow& row) {
@@ -237,7 +236,7 @@ void InstanceReader::FillSlot(const TrainingRow& row, const InputColumn& input, 
   if (row.cells[input.column] == nullptr) return;
   switch (var.GetVarType()) {
     case ScoreDictVar::STRING_VAR:
-      fRecord.SetText(slot, fTranslator.BaseTranslator::ToString(row.cells[input.column]));
+      fRecord.SetText(slot, fTranslator.EncodedText(row.cells[input.column]));
       return;
     case ScoreDictVar::kDATETIME_VAR:
       fRecord.SetValue(slot, NumberAt(row, var, input.column), var.GetDateTimeType());

@@ -73,8 +73,7 @@ std::unique_ptr<PluginModel> RegressionTranslator::NewModel() const {
 void RegressionTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
   // Older documents name the target here and not in the mining schema.
   if (model.GetTargetVar() == nullptr) {
-    model.SetVarRole(BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_TAGFIELDNAME)),
-                     ScoreModel::kTargetRole);
+    model.SetVarRole(EncodedText(Attribute(element, Tags::XML_ATT_TAGFIELDNAME)), ScoreModel::kTargetRole);
   }
   auto& regression = static_cast<RegressionModel&>(model);
   switch (model.GetMiningFunction()) {

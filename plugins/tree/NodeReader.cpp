@@ -128,7 +128,7 @@ void NodeReader::ReadTest(std::int32_t node) {
 
 void NodeReader::ReadAnswer(const DOMElement& element, std::int32_t node) {
   const XMLCh* id = Attribute(element, Tags::XML_VAL_NAME_ID);
-  fTree.Id(node) = IsEmpty(id) ? std::to_string(fReadNodes) : fTranslator.BaseTranslator::ToString(id);
+  fTree.Id(node) = IsEmpty(id) ? std::to_string(fReadNodes) : fTranslator.EncodedText(id);
   NodeAnswer& answer = fTree.Answer(node);
   answer.recordCount = OptionalCount(element, Tags::XML_ATT_RECORDCOUNT);
   const XMLCh* score = Attribute(element, Tags::XML_ATT_SCORE);
@@ -237,7 +237,7 @@ int NodeReader::CategoryOf(const XMLCh* text) {
   std::unique_ptr<ScoreValue> value;
   int category = kNoCategory;
   if (IsText(fTarget)) {
-    const std::string narrow = fTranslator.BaseTranslator::ToString(text);
+    const std::string narrow = fTranslator.EncodedText(text);
     category = fCategories->FindText(narrow);
     if (category != kNoCategory) return category;
     value = std::make_unique<StringValue>(narrow);

@@ -59,7 +59,7 @@ PredicateReader::PredicateReader(const PMMLTranslator& translator, ScoreDictiona
 }
 
 ScoreDictVar* PredicateReader::FindField(const DOMElement& element) const {
-  const std::string name = fTranslator.BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_FIELD));
+  const std::string name = fTranslator.EncodedText(Attribute(element, Tags::XML_ATT_FIELD));
   return const_cast<ScoreDictVar*>(PMMLTranslator::FindVariable(name, &fDictionary, fTransformations));
 }
 
@@ -91,7 +91,7 @@ void PredicateReader::LearnCategories(const DOMElement& tree) {
 void PredicateReader::LearnCategory(ScoreDictVar& variable, const XMLCh* text) const {
   if (IsEmpty(text)) return;
   variable.AddScoreValueLabel(fTranslator.CarefullyMakeVarValue(&variable, text),
-                              fTranslator.BaseTranslator::ToString(text));
+                              fTranslator.EncodedText(text));
 }
 
 bool PredicateReader::IsPredicate(const DOMElement& element) {

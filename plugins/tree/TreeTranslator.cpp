@@ -86,7 +86,7 @@ void TreeTranslator::NameDerivedInputs(const DOMElement& root, const PluginModel
   if (derived == nullptr) return;
   for (const char* tag : {Tags::XML_ELE_PREDICATE, Tags::XML_ELE_SETPREDICATE}) {
     ForEachElementBelow(root, tag, [&](const DOMElement& element) {
-      const std::string name = BaseTranslator::ToString(Attribute(element, Tags::XML_ATT_FIELD));
+      const std::string name = EncodedText(Attribute(element, Tags::XML_ATT_FIELD));
       if (derived->GetVar(name) != nullptr) FindInput(element, Tags::XML_ATT_FIELD);
     });
   }

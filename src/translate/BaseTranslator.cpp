@@ -242,7 +242,7 @@ double BaseTranslator::VerifyDateTime(const std::string& text, ScoreDictVar::Dat
 ScoreValue* BaseTranslator::CarefullyMakeVarValue(const ScoreDictVar* variable, const XMLCh* text) const {
   switch (variable->GetVarType()) {
     case ScoreDictVar::STRING_VAR:
-      return new StringValue(ToString(text));
+      return new StringValue(EncodedText(text));
     case ScoreDictVar::kNUMERIC_VAR:
       return new NumericValue(VerifyDouble(text));
     case ScoreDictVar::kDATETIME_VAR:
@@ -281,7 +281,9 @@ void BaseTranslator::CreateTranscoder(const std::string& encoding) {
   fTranscoder = std::move(transcoder);
 }
 
-std::string BaseTranslator::ToString(const XMLCh* text) const {
+std::string BaseTranslator::ToString(const XMLCh* text) const { return EncodedText(text); }
+
+std::string BaseTranslator::EncodedText(const XMLCh* text) const {
   return fTranscoder == nullptr ? ToUTF8(text) : fTranscoder->transcodeTo(text);
 }
 

@@ -101,6 +101,8 @@ class VEYRA_API BaseTranslator : public ScoreTranslator {
   // (encoding, "encoding") when the encoding is unknown; the one before then stays.
   void CreateTranscoder(const std::string& encoding);
   // The text in the translator's encoding, in UTF-8 without a transcoder; empty for null.
+  std::string EncodedText(const XMLCh* text) const;
+  // EncodedText.  A PMMLTranslator has an operation of that name which answers in UTF-8.
   std::string ToString(const XMLCh* text) const;
 
   VeyraTranscoder* GetTranscoder() const { return fTranscoder.get(); }  // lent; null before it is created

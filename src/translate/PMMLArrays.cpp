@@ -171,7 +171,7 @@ std::vector<std::string> PMMLTranslator::GetArrayElements(const DOMElement* node
   for (std::u16string item; scanner.Next(item);) {
     if (type == XML_VAL_ARRAY_TYPE_REAL) VerifyDouble(item);
     if (type == XML_VAL_ARRAY_TYPE_INT) VerifyInt(item);
-    items.push_back(BaseTranslator::ToString(item.c_str()));
+    items.push_back(EncodedText(item.c_str()));
   }
   if (declared != 0 && (declared < 0 || static_cast<std::size_t>(declared) != items.size()))
     RaiseSizeMismatch(declared, items.size());

@@ -134,7 +134,7 @@ class FieldReader {
   void RefuseValidAndMissing() const;
 
   // The text in the translator's encoding.
-  std::string Narrow(const XMLCh* text) const { return fTranslator.BaseTranslator::ToString(text); }
+  std::string Narrow(const XMLCh* text) const { return fTranslator.EncodedText(text); }
 
   const PMMLTranslator& fTranslator;
   const DOMElement& fField;
@@ -153,8 +153,7 @@ class FieldReader {
 FieldReader::FieldReader(const PMMLTranslator& translator, const DOMElement& field, const XMLCh* name)
     : fTranslator(translator),
       fField(field),
-      fVariable(
-          std::make_unique<DictVar>(translator.BaseTranslator::ToString(name), ScoreDictVar::kNUMERIC_VAR)),
+      fVariable(std::make_unique<DictVar>(translator.EncodedText(name), ScoreDictVar::kNUMERIC_VAR)),
       fDataType(Attribute(field, XML_ATT_DATATYPE)),
       fStorageType(Attribute(field, XML_ATT_STORAGETYPE)) {
   const XMLCh* label = Attribute(field, XML_ATT_DATAFIELD_DISPLAYNAME);

@@ -161,7 +161,7 @@ int PMMLTranslator::HandleOrdinalVariable(const DOMElement* element, const Score
 int PMMLTranslator::GetIndexOfOrdinalValue(const XMLCh* value, const ScoreDictVar* variable) const {
   RequiredLabels(*variable);
   const ScoreValueLabelSet& labels = *variable->GetValueLabels();
-  const std::string text = BaseTranslator::ToString(value);
+  const std::string text = EncodedText(value);
   const std::unique_ptr<ScoreValue> wanted = ValueOf(*variable, text);
   // With no space trimmed texts are equal when they are identical.
   if (IsString(*variable)) return ValueLabelSet::FindEqual(labels, wanted.get(), true, true);
@@ -189,7 +189,7 @@ std::unique_ptr<ScoreValue> PMMLTranslator::FindOrLearnCategory(ScoreDictVar& va
 void PMMLTranslator::SetDiscreteSplitValue(ScoreDictVar* variable, DiscreteSplit* split, const XMLCh* value,
                                            int child) const {
   if (value == nullptr) Raise(MessageId::kMissingAttribute, {XML_ATT_VALUE});
-  std::unique_ptr<ScoreValue> category = FindOrLearnCategory(*variable, BaseTranslator::ToString(value));
+  std::unique_ptr<ScoreValue> category = FindOrLearnCategory(*variable, EncodedText(value));
   if (category == nullptr) Raise(MessageId::kNoValidValue, {ToUTF8Argument(variable->GetName())});
   if (variable->GetEncoder() == nullptr) {
     split->PutSplit(category.release(), child);
@@ -229,7 +229,7 @@ DiscreteSplit* PMMLTranslator::HandleArrayDiscreteSplit(const DOMElement* node, 
     Raise(MessageId::kInvalidAttributeValueIn,
           {ToUTF8(operatorText), XML_ATT_OPERATOR, ToUTF8Argument(variable->GetName())});
   }
-  setOperator = BaseTranslator::ToString(operatorText);
+  setOperator = EncodedText(operatorText);
   const DOMElement& array = *GetArrayNode(node);
   const std::string type = OptionalText(array, XML_ATT_ARRAY_TYPE);
   if (!IsArrayType(type)) Raise(MessageId::kAttributeProcessingError, {type, XML_ATT_ARRAY_TYPE});

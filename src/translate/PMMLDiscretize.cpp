@@ -120,14 +120,14 @@ void BinReader::Read(const DOMElement& discretize) {
   if (AnyIntersect(fRanges)) Raise(MessageId::kValueRangesIntersect, {ToUTF8(fField)});
   if (fRanges.size() != fValues.size())
     Raise(MessageId::kBadBinning, {XML_ELE_DISCRETIZEBIN, ToUTF8(fField)});
-  const std::string name = fTranslator.BaseTranslator::ToString(fField);
+  const std::string name = fTranslator.EncodedText(fField);
   for (std::size_t i = 0; i < fRanges.size(); ++i)
     fVariable.AddBinningValue(fRanges[i].release(), fValues[i].release(), name);
 }
 
 void BinReader::AddLabel(const XMLCh* text) {
   if (!fLearnsLabels || IsEmpty(text)) return;
-  const std::string label = fTranslator.BaseTranslator::ToString(text);
+  const std::string label = fTranslator.EncodedText(text);
   fVariable.AddScoreValueLabel(fTranslator.CarefullyMakeVarValue(&fVariable, text), label);
 }
 
@@ -171,7 +171,7 @@ void BinReader::ReadBin(const DOMElement& bin) {
   } else if (!hasExtension && fVariable.GetVarType() == ScoreDictVar::kNUMERIC_VAR) {
     AddValue(std::make_unique<NumericValue>(BaseTranslator::VerifyDouble(text)));
   } else if (!hasExtension) {
-    AddValue(std::make_unique<StringValue>(fTranslator.BaseTranslator::ToString(text)));
+    AddValue(std::make_unique<StringValue>(fTranslator.EncodedText(text)));
   }
   if (!hasInterval) Raise(MessageId::kMissingNodeIn, {XML_ELE_INTERVAL, XML_ELE_DISCRETIZEBIN});
 }

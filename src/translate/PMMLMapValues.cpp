@@ -85,7 +85,7 @@ class MapReader {
 std::string MapReader::Read(const DOMElement& element) {
   ReadValues(element);
   fOutputColumn = RequiredAttribute(element, XML_ATT_MAPVALUES_OUTCOLUMN);
-  fMap->SetOutputColumn(fTranslator.BaseTranslator::ToString(fOutputColumn));
+  fMap->SetOutputColumn(fTranslator.EncodedText(fOutputColumn));
   fMap->SetDataType(fVariable.GetVarType());
   ForEachChildElement(&element, [this](const DOMElement& child) {
     if (HasTag(child, XML_ELE_FIELDCOLPAIR)) return ReadPair(child);
@@ -114,7 +114,7 @@ void MapReader::ReadValues(const DOMElement& element) {
 
 void MapReader::ReadPair(const DOMElement& pair) {
   fFieldText = RequiredAttribute(pair, XML_ATT_FIELD);
-  fFieldName = fTranslator.BaseTranslator::ToString(fFieldText);
+  fFieldName = fTranslator.EncodedText(fFieldText);
   fLastField = PMMLTranslator::FindVariable(fFieldName, fDataDictionary, fTransformations);
   if (fLastField == nullptr)
     throw VYException(kUnknownFieldCode, ToUTF8(fFieldText) + kNotPredefined, &gErrorFormater);
@@ -131,7 +131,7 @@ void MapReader::AddMissingTarget(const DOMElement& extension) {
   const XMLCh* const text = Attribute(extension, XML_ATT_EXT_VALUE);
   const bool isNumber = fLastField != nullptr && fLastField->GetVarType() == ScoreDictVar::kNUMERIC_VAR;
   auto value = isNumber ? std::unique_ptr<ScoreValue>(new NumericValue(BaseTranslator::VerifyDouble(text)))
-                        : std::make_unique<StringValue>(fTranslator.BaseTranslator::ToString(text));
+                        : std::make_unique<StringValue>(fTranslator.EncodedText(text));
   fVariable.AddEncodingMap(value.release(), new NumericValue);
 }
 
@@ -229,7 +229,7 @@ std::unique_ptr<ScoreValue> MapReader::ReadCell(const DOMElement& cell, const Sc
   const XMLCh* const text = TextOf(cell, fBuffer);
   if (field.GetVarType() == ScoreDictVar::kNUMERIC_VAR)
     return std::make_unique<NumericValue>(BaseTranslator::VerifyDouble(text));
-  return std::make_unique<StringValue>(fTranslator.BaseTranslator::ToString(text));
+  return std::make_unique<StringValue>(fTranslator.EncodedText(text));
 }
 
 }  // namespace

@@ -63,11 +63,10 @@ std::unique_ptr<ScoreValue> ReadCategory(const PMMLTranslator& translator, const
     std::unique_ptr<ScoreValue> value(translator.CarefullyMakeVarValue(&field, text));
     // The dictionary is the caller's, who builds it.
     auto& learning = const_cast<ScoreDictVar&>(field);
-    if (value != nullptr)
-      learning.AddScoreValueLabel(value->Clone(), translator.BaseTranslator::ToString(text));
+    if (value != nullptr) learning.AddScoreValueLabel(value->Clone(), translator.EncodedText(text));
     return value;
   }
-  std::unique_ptr<ScoreValue> value(field.ToMyValue(translator.BaseTranslator::ToString(text)));
+  std::unique_ptr<ScoreValue> value(field.ToMyValue(translator.EncodedText(text)));
   return field.IsValidValue(value.get()) ? std::move(value) : nullptr;
 }
 

@@ -130,8 +130,7 @@ void TargetReader::ReadCategory(const DOMElement& element, ScoreValueLabelSet& l
   const std::unique_ptr<ScoreValue> value(fTranslator.CarefullyMakeVarValue(&fVariable, text));
   if (!labels.Contains(value.get())) {
     const XMLCh* display = Attribute(element, XML_ATT_VALUE_DISPLAYVALUE);
-    labels.Add(new ValueLbl(value->Clone(),
-                            fTranslator.BaseTranslator::ToString(IsEmpty(display) ? text : display)));
+    labels.Add(new ValueLbl(value->Clone(), fTranslator.EncodedText(IsEmpty(display) ? text : display)));
   }
   const std::optional<double> prior = NumberIfPresent(element, XML_ATT_PRIORPROBABILITY);
   if (prior.has_value()) priors.Add(new ValueProbability(value->Clone(), *prior));
@@ -153,7 +152,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(const xercesc::DOMNode* n
     const std::string name = NameOf(*this, RequiredNonEmptyAttribute(element, XML_ATT_VAL_MINING_NAME));
     auto variable = std::make_unique<ResultVar>(name, ScoreDictVar::kNUMERIC_VAR);
     const XMLCh* label = Attribute(element, XML_ATT_DATAFIELD_DISPLAYNAME);
-    variable->SetLabel(IsEmpty(label) ? name : BaseTranslator::ToString(label));
+    variable->SetLabel(IsEmpty(label) ? name : EncodedText(label));
     const XMLCh* optype = Attribute(element, XML_ATT_VAL_MINING_OPTYPE);
     if (!IsEmpty(optype)) variable->SetMLevel(LevelOf(optype));
     if (EqualsAscii(Attribute(element, XML_ATT_DATATYPE), XML_VAL_STRING)) {
@@ -161,7 +160,7 @@ ScoreDictionary* PMMLTranslator::ParseResultDictionary(const xercesc::DOMNode* n
     }
     variable->SetFeature(FeatureOf(RequiredAttribute(element, XML_ATT_VAL_MINING_FEATURE)));
     const XMLCh* value = Attribute(element, XML_ATT_VALUE);
-    if (!IsEmpty(value)) variable->SetDefValue(new StringValue(BaseTranslator::ToString(value)));
+    if (!IsEmpty(value)) variable->SetDefValue(new StringValue(EncodedText(value)));
     // A name given twice keeps its first field.
     if (dictionary->AddVar(name, variable.get())) static_cast<void>(variable.release());
   });
@@ -172,7 +171,7 @@ bool PMMLTranslator::HandleTargets(const DOMElement* targets, ScoreDictionary* d
   ForEachChildElement(targets, [&](const DOMElement& target) {
     if (!HasTag(target, XML_ELE_TARGET)) return;
     const XMLCh* name = RequiredNonEmptyAttribute(target, XML_ATT_FIELD);
-    ScoreDictVar* variable = dictionary->GetVar(BaseTranslator::ToString(name));
+    ScoreDictVar* variable = dictionary->GetVar(EncodedText(name));
     if (variable == nullptr) Raise(MessageId::kMissingVariableIn, {ToUTF8(name), XML_ELE_DATADICTIONARY});
     TargetReader(*this, target, *variable).Read();
   });

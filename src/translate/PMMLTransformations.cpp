@@ -80,7 +80,7 @@ std::unique_ptr<TransformVar> DerivedFieldReader::Read() {
     Raise(MessageId::kDuplicateVariableIn, {ToUTF8(nameText), XML_ELE_DATADICTIONARY});
   fVariable = std::make_unique<TransformVar>(name, ScoreDictVar::kNUMERIC_VAR);
   const XMLCh* const label = Attribute(fField, XML_ATT_DATAFIELD_DISPLAYNAME);
-  fVariable->SetLabel(IsEmpty(label) ? name : fTranslator.BaseTranslator::ToString(label));
+  fVariable->SetLabel(IsEmpty(label) ? name : fTranslator.EncodedText(label));
   ReadType();
   ForEachChildElement(&fField,
                       [this](const DOMElement& child) { ReadChild(const_cast<DOMElement&>(child)); });
@@ -215,8 +215,7 @@ const ScoreDictVar* PMMLTranslator::FindVariable(const std::string& name,
 
 const ScoreDictVar& PMMLTranslator::RequiredVariable(const XMLCh* name, const ScoreDictionary* dataDictionary,
                                                      const ScoreDictionary* transformations) const {
-  const ScoreDictVar* const variable =
-      FindVariable(BaseTranslator::ToString(name), dataDictionary, transformations);
+  const ScoreDictVar* const variable = FindVariable(EncodedText(name), dataDictionary, transformations);
   if (variable != nullptr) return *variable;
   Raise(MessageId::kMissingVariableInBoth, {ToUTF8(name), XML_ELE_DATADICTIONARY, XML_ELE_TRANSFORMATION});
 }
@@ -250,7 +249,7 @@ std::string PMMLTranslator::HandelConstant(const DOMElement* constant, double& n
   const XMLCh* const dataType = Attribute(*constant, XML_ATT_DATATYPE);
   if (EqualsAscii(dataType, XML_VAL_STRING)) {
     type = ScoreValue::kStringValueType;
-    return BaseTranslator::ToString(text);
+    return EncodedText(text);
   }
   number = VerifyDouble(text);
   const ScoreDictVar::DateTimeType dateTimeType = ParseDateTimeType(dataType);
@@ -259,14 +258,14 @@ std::string PMMLTranslator::HandelConstant(const DOMElement* constant, double& n
     return DateTimeValue(number, dateTimeType).GetNumericString();
   }
   type = ScoreValue::kNumericValueType;
-  return BaseTranslator::ToString(text);
+  return EncodedText(text);
 }
 
 ScoreValue* PMMLTranslator::HandelConstant(const DOMElement* constant) const {
   std::u16string buffer;
   const XMLCh* const text = TextOfConstant(*constant, buffer);
   const XMLCh* const dataType = Attribute(*constant, XML_ATT_DATATYPE);
-  if (EqualsAscii(dataType, XML_VAL_STRING)) return new StringValue(BaseTranslator::ToString(text));
+  if (EqualsAscii(dataType, XML_VAL_STRING)) return new StringValue(EncodedText(text));
   const double number = VerifyDouble(text);
   const ScoreDictVar::DateTimeType dateTimeType = ParseDateTimeType(dataType);
   if (dateTimeType != ScoreDictVar::kNoDateTime) return new DateTimeValue(number, dateTimeType);
@@ -279,7 +278,7 @@ ScoreValue* PMMLTranslator::HandelConstantDefaultStringType(const DOMElement* co
   const XMLCh* const dataType = Attribute(*constant, XML_ATT_DATATYPE);
   if (!IsEmpty(dataType) && !EqualsAscii(dataType, XML_VAL_STRING))
     Raise(MessageId::kInvalidAttributeValueIn, {ToUTF8(dataType), XML_ATT_DATATYPE, XML_ELE_CONSTANT});
-  return new StringValue(BaseTranslator::ToString(text));
+  return new StringValue(EncodedText(text));
 }
 
 void PMMLTranslator::HandleValueList(const DOMElement* derivedField, TransformVar* variable) const {
@@ -292,7 +291,7 @@ void PMMLTranslator::HandleValueList(const DOMElement* derivedField, TransformVa
     const XMLCh* const text = RequiredAttribute(child, XML_ATT_VALUE_VALUE);
     if (variable->GetVarType() == ScoreDictVar::kNUMERIC_VAR) VerifyDouble(text);
     const XMLCh* const display = Attribute(child, XML_ATT_VALUE_DISPLAYVALUE);
-    const std::string label = BaseTranslator::ToString(IsEmpty(display) ? text : display);
+    const std::string label = EncodedText(IsEmpty(display) ? text : display);
     auto entry = std::make_unique<ValueLbl>(CarefullyMakeVarValue(variable, text), label);
     if (labels->Add(entry.get())) static_cast<void>(entry.release());
   });

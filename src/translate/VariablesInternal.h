@@ -19,7 +19,7 @@ namespace KxVeyra_940 {
 // The name in the translator's encoding, which may be shorter there.  Error 260303 (name, "name") when the
 // encoding leaves nothing of it: no dictionary takes a variable without a name.
 inline std::string NameOf(const BaseTranslator& translator, const XMLCh* text) {
-  std::string name = translator.ToString(text);
+  std::string name = translator.EncodedText(text);
   if (name.empty())
     Raise(MessageId::kUnsupportedValue, {KxXML_940::ToUTF8(text), PMMLModelTags::XML_ATT_DATAFIELD_NAME});
   return name;

@@ -74,10 +74,10 @@ VariableReader::VariableReader(const ZENTTranslator& translator, const DOMElemen
     : fTranslator(translator), fElement(element), fName(name) {
   const bool isString = EqualsAscii(RequiredNonEmptyAttribute(element, XML_ATT_VR_STORAGE_TYPE.c_str()),
                                     XML_VAL_ST_STRING.c_str());
-  fVariable = std::make_unique<DictVar>(translator.ToString(name),
+  fVariable = std::make_unique<DictVar>(translator.EncodedText(name),
                                         isString ? ScoreDictVar::STRING_VAR : ScoreDictVar::kNUMERIC_VAR);
   const XMLCh* label = Attribute(element, XML_ATT_LABEL.c_str());
-  fVariable->SetLabel(IsEmpty(label) ? fVariable->GetName() : translator.ToString(label));
+  fVariable->SetLabel(IsEmpty(label) ? fVariable->GetName() : translator.EncodedText(label));
 }
 
 std::unique_ptr<DictVar> VariableReader::Read() {
@@ -155,7 +155,7 @@ void VariableReader::ReadCategories(const DOMElement& categories) {
       Raise(MessageId::kInvalidAttributeValue, {ToUTF8(child.getTagName()), XML_ELE_CATEGORY});
     const XMLCh* text = RequiredAttribute(child, XML_ATT_VALUE.c_str());
     const XMLCh* display = Attribute(child, XML_ATT_CA_DISPLAY_VALUE.c_str());
-    AddLabel(*labels, MakeValue(text), fTranslator.ToString(IsEmpty(display) ? text : display));
+    AddLabel(*labels, MakeValue(text), fTranslator.EncodedText(IsEmpty(display) ? text : display));
   });
   ReplacePart(*fVariable, &ScoreDictVar::GetValueLabels, &ScoreDictVar::SetValueLabels, std::move(labels));
 }
