@@ -223,7 +223,7 @@ void Inputs::LearnCategories(const ScoreCaseRecord& record, const ScoreCaseRecor
     const Input& input = fInputs[i];
     if (input.categories == nullptr) continue;
     const auto [outcome, value] = Treat(input, ValueOf(input, slots, derived));
-    if (outcome == Outcome::kComplete) input.categories->Add(*value);
+    if (outcome == Outcome::kComplete && value != nullptr) input.categories->Add(*value);
   }
 }
 
@@ -276,18 +276,21 @@ Inputs::Standing Inputs::Judge(const Input& input, const ScoreValue& value) {
 Inputs::Outcome Inputs::ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
                                     CaseValues& values) {
   const Treated treated = Treat(input, value);
-  if (treated.outcome == Outcome::kMissing) {
-    values.numbers[index] = NumericValue::gSysmisValue;
-    values.codes[index] = kMissingCategory;
-    return input.TakesMissing() ? Outcome::kComplete : Outcome::kMissing;
-  }
   if (treated.outcome == Outcome::kInvalid) return treated.outcome;
-  if (input.categories != nullptr) values.codes[index] = input.categories->Find(*treated.value);
-  if (!input.isNumber) return Outcome::kComplete;
-  const double number =
-      input.isForRanges ? RangeNumberOf(input.Var(), *treated.value) : NumberOf(input.Var(), *treated.value);
+  if (treated.outcome == Outcome::kComplete && treated.value != nullptr) {
+    Store(input, index, *treated.value, values);
+    return Outcome::kComplete;
+  }
+  values.numbers[index] = NumericValue::gSysmisValue;
+  values.codes[index] = kMissingCategory;
+  return input.TakesMissing() ? Outcome::kComplete : Outcome::kMissing;
+}
+
+void Inputs::Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values) {
+  if (input.categories != nullptr) values.codes[index] = input.categories->Find(value);
+  if (!input.isNumber) return;
+  const double number = input.isForRanges ? RangeNumberOf(input.Var(), value) : NumberOf(input.Var(), value);
   values.numbers[index] = input.acceptsMissing ? WithoutInfinity(number) : number;
-  return Outcome::kComplete;
 }
 
 }  // namespace KxVeyra_940::Plugin

@@ -155,6 +155,7 @@ class Inputs {
   static bool ReadPlain(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
   static Outcome ReadByRules(const Input& input, std::size_t index, const ScoreValue* value,
                              CaseValues& values);
+  static void Store(const Input& input, std::size_t index, const ScoreValue& value, CaseValues& values);
   static Standing Judge(const Input& input, const ScoreValue& value);
 
   std::vector<Input> fInputs;

@@ -151,6 +151,34 @@ TEST(FallbackAnswer, AddsProbabilitiesToTheKindsThatTakeThem) {
   }
 }
 
+// A dictionary that counts how many of its kind there are.
+class CountedDictionary final : public BaseDictionary {
+ public:
+  explicit CountedDictionary(int& count) : fCount(count) { ++fCount; }
+  ~CountedDictionary() override { --fCount; }
+  ScoreDictionary* Clone() const override { return new CountedDictionary(fCount); }
+
+ private:
+  int& fCount;
+};
+
+class UncopiedTransformations final : public TransformationDictionary {
+ public:
+  ScoreDictionary* Clone() const override { throw std::bad_alloc(); }
+};
+
+TEST(CopiedModels, LeaveNothingBehindWhenMemoryRunsOut) {
+  int count = 0;
+  {
+    Model model;
+    model.SetScoreDictionary(new CountedDictionary(count));
+    model.SetTransformationScoreDictionary(new UncopiedTransformations);
+    EXPECT_THROW(model.Clone(), std::bad_alloc);
+    EXPECT_EQ(count, 1);
+  }
+  EXPECT_EQ(count, 0);
+}
+
 TEST(Roles, BelongToVariables) {
   Model model;
   EXPECT_FALSE(model.SetVarRole("x", ScoreModel::kTargetRole)) << "no dictionary yet";

@@ -154,26 +154,4 @@ TEST(Memory, MayRunOutWhileACaseIsScored) {
   }
 }
 
-// What was cloned before memory ran out is given back: sanitizers watch.
-TEST(Memory, MayRunOutWhileAModelIsCloned) {
-  const std::string local = "<LocalTransformations>" + DerivedFields() + "</LocalTransformations>";
-  const std::unique_ptr<ScoreModel> model =
-      MakeModel(OfNumber(local + kOutputs +
-                         Node("score='1'", "<True/>" + Node("score='2'", Simple("sum", "greaterThan", "4"))))
-                    .Text(),
-                "TreeModel");
-  std::unique_ptr<ScoreModel> clone;
-  int successes = 0;
-  for (; clone == nullptr; ++successes) {
-    const AllocationFailure failure(successes);
-    try {
-      clone.reset(model->Clone());
-    } catch (const std::bad_alloc&) {
-      EXPECT_TRUE(failure.HasHappened());
-    }
-  }
-  EXPECT_GT(successes, 100);
-  EXPECT_EQ(Text(Scored(*clone, "x=9, free=a")->GetPredictedValue()), "2");
-}
-
 }  // namespace
