@@ -131,9 +131,10 @@ FunctionTree* FunctionTreeImp::Clone() const {
     for (const FunctionTree* child : from->fChildren) {
       if (child == nullptr) continue;
       const auto* const own = dynamic_cast<const FunctionTreeImp*>(child);
-      FunctionTree* const copy = own == nullptr ? child->Clone() : new FunctionTreeImp(own->fAllowsChildren);
+      // The place first: a copy has an owner from the start.
+      FunctionTree*& copy = to->fChildren.emplace_back(nullptr);
+      copy = own == nullptr ? child->Clone() : new FunctionTreeImp(own->fAllowsChildren);
       copy->SetParent(to);
-      to->fChildren.push_back(copy);
       if (own != nullptr) open.emplace_back(own, static_cast<FunctionTreeImp*>(copy));
     }
   }
