@@ -15,8 +15,8 @@ struct Row {
 
 constexpr Row kTags[] = {
 #define VEYRA_TAG(name, text) {#name, text},
-#include "translate/PMMLModelTags.def"
-#include "translate/ZENTModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
+#include "vocabulary/ZENTModelTags.def"
 #undef VEYRA_TAG
 };
 

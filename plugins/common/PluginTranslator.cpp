@@ -6,7 +6,7 @@
 #include "transform/TransformVar.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/DocumentStream.h"
 #include "xml/ParserLimits.h"
 

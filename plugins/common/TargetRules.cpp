@@ -6,7 +6,7 @@
 #include "common/Keywords.h"
 #include "data/NumericValue.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

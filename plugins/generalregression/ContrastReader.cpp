@@ -6,8 +6,8 @@
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

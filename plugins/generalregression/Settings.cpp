@@ -2,9 +2,9 @@
 
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

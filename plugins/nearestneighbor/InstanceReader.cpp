@@ -10,8 +10,8 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {

@@ -4,7 +4,7 @@
 
 #include "common/Keywords.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

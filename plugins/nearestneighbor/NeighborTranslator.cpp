@@ -6,7 +6,7 @@
 #include "nearestneighbor/InstanceReader.h"
 #include "nearestneighbor/MeasureReader.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

@@ -5,9 +5,9 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "tree/NodeTests.h"
 #include "tree/TestPredicates.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {

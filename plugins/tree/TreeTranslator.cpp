@@ -4,9 +4,9 @@
 #include "error/Raise.h"
 #include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "tree/NodeReader.h"
 #include "tree/PredicateReader.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

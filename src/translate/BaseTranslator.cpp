@@ -13,7 +13,7 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 

@@ -21,10 +21,10 @@
 #include "translate/DomReader.h"
 #include "translate/InvalidRangeInternal.h"
 #include "translate/OptypesInternal.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/ValueSetsInternal.h"
 #include "translate/VariablesInternal.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 

@@ -14,8 +14,8 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
 #include "translate/OptypesInternal.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 

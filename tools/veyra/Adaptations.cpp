@@ -9,9 +9,9 @@
 
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ElementPath.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {

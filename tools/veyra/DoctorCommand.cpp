@@ -11,9 +11,7 @@
 #include "error/Messages.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
 #include "translate/ZENTTranslator.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ElementPath.h"
@@ -25,6 +23,8 @@
 #include "veyra/ParsedDocument.h"
 #include "veyra/PluginSearch.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -110,7 +110,7 @@ std::set<std::string_view> MakeVocabulary() {
   std::set<std::string_view> words(std::begin(kOtherElements), std::end(kOtherElements));
 #define VEYRA_TAG(name, text) \
   if (std::string_view(#name).starts_with("XML_EL")) words.insert(text);
-#include "translate/PMMLModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
 #undef VEYRA_TAG
   return words;
 }

@@ -5,8 +5,8 @@
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {

@@ -8,7 +8,7 @@
 
 #include "error/Messages.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {

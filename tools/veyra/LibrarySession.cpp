@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ElementPath.h"
 #include "veyra/Failures.h"
 #include "veyra/MemoryStream.h"
 #include "veyra/ModelFactory.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/ScoreSax2Parser.h"
 
 namespace VeyraTool {

@@ -11,9 +11,9 @@
 
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/Failures.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/ParserLimits.h"
 #include "xml/XmlText.h"
 

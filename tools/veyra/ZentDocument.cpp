@@ -4,7 +4,7 @@
 
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -84,7 +84,7 @@ std::set<std::string_view> ZentVocabulary() {
   std::set<std::string_view> words;
 #define VEYRA_TAG(name, text) \
   if (std::string_view(#name).starts_with("XML_ELE_")) words.insert(text);
-#include "translate/ZENTModelTags.def"
+#include "vocabulary/ZENTModelTags.def"
 #undef VEYRA_TAG
   return words;
 }

@@ -1,4 +1,4 @@
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 #include <algorithm>
 #include <string_view>
@@ -6,14 +6,14 @@
 namespace KxVeyra_940::PMMLModelTags {
 
 #define VEYRA_TAG(name, text) const char name[sizeof(text)] = text;
-#include "translate/PMMLModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
 #undef VEYRA_TAG
 
 namespace {
 
 constexpr std::string_view kNames[] = {
 #define VEYRA_TAG(name, text) #name,
-#include "translate/PMMLModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
 #undef VEYRA_TAG
 };
 
