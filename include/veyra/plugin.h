@@ -42,6 +42,7 @@
 #include "veyra/ScoreTranslator.h"
 #include "veyra/veyra.h"
 #include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "vocabulary/ZENTModelTags.h"
 
 #endif  // VEYRA_PLUGIN_H_
