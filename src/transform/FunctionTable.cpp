@@ -24,7 +24,7 @@ using Call = FunctionCall;
 
 constexpr double kMissing = NumericValue::gSysmisValue;
 
-// --- Adapters: how a call reaches a function of numbers --------------------------------------------------
+// --- Adapters: how a call reaches a function of numbers
 
 Outcome Answer(Call& call, double number) {
   call.result.SetNumber(number);
@@ -70,7 +70,6 @@ Outcome Median(Call& call) {
 }
 
 // --- Arithmetic that needs no test of missing operands: they are settled before
-// -----------------------------
 
 double Add(double a, double b) { return a + b; }
 double Subtract(double a, double b) { return a - b; }
@@ -79,7 +78,6 @@ double Divide(double a, double b) { return b == 0 ? kMissing : a / b; }
 double RealPower(double x, double y) { return std::pow(x, y); }
 
 // --- Dates and times
-// ----------------------------------------------------------------------------------------
 
 using Duration = double (DateTimeValue::*)(const DateTimeValue&) const;
 using Part = double (DateTimeValue::*)() const;
@@ -100,7 +98,6 @@ Outcome PartOf(Call& call) {
 }
 
 // --- Comparisons and logic
-// ----------------------------------------------------------------------------------
 
 // An operand as the value that it was, for pairs that are no two numbers.
 class AsValue {
@@ -251,7 +248,6 @@ Outcome TakeOver(Call& call) {
 constexpr FunctionBody Unchanged{TakeOver, [](double x, double, double) { return x; }, 1};
 
 // --- Texts
-// ----------------------------------------------------------------------------------------------------
 
 using TextMap = std::int64_t (*)(std::string_view, std::int64_t, std::string&);
 
@@ -321,7 +317,6 @@ Outcome Length(Call& call) {
 }
 
 // --- Recodings
-// --------------------------------------------------------------------------------------------------
 
 Outcome Outlier(Call& call) {
   if (call.Count() != 6) return Outcome::kNoResult;
@@ -350,7 +345,6 @@ Outcome Impute(Call& call) {
 }
 
 // --- The table
-// --------------------------------------------------------------------------------------------------
 
 constexpr unsigned kNumeric = kNumericInputFunction | kNumericOutputFunction;
 constexpr unsigned kA = kArithmeticFunction | kNumeric;

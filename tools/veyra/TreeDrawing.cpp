@@ -50,7 +50,6 @@ struct DrawnNode {
 };
 
 // --- What a node says
-// ---------------------------------------------------------------------------------------
 
 struct OperatorRow {
   std::string_view text;
@@ -192,7 +191,6 @@ std::string HiddenText(std::size_t count) {
 }
 
 // --- The picture
-// --------------------------------------------------------------------------------------------
 
 constexpr double kBoxWidth = 216;
 constexpr double kBoxHeight = 66;
