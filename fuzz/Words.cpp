@@ -15,13 +15,11 @@ struct Row {
 
 constexpr Row kTags[] = {
 #define VEYRA_TAG(name, text) {#name, text},
-#include "translate/PMMLModelTags.def"
-#include "translate/ZENTModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
+#include "vocabulary/PMMLStandardTags.def"
+#include "vocabulary/ZENTModelTags.def"
 #undef VEYRA_TAG
 };
-
-// Words of the format that no table lists.
-constexpr const char* kMoreElements[] = {"Lag", "Output", "OutputField", "Targets", "KNNInputs", "KNNInput"};
 
 constexpr const char* kOddTexts[] = {
     "",
@@ -82,7 +80,6 @@ Words Collect() {
     if (std::string_view(row.text).find_first_of(" <&\"") == std::string_view::npos)
       group.emplace_back(row.text);
   }
-  words.elements.insert(words.elements.end(), std::begin(kMoreElements), std::end(kMoreElements));
   for (const auto& row : KxVeyra_940::AllFunctions()) {
     // Arithmetic signs are words too; the comparison signs are not among them.
     words.values.emplace_back(row.name);

@@ -37,11 +37,12 @@
 #include "translate/DOMElemUtility.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
 #include "translate/ZENTTranslator.h"
 #include "veyra/ScoreTranslator.h"
 #include "veyra/veyra.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 #endif  // VEYRA_PLUGIN_H_

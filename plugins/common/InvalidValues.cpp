@@ -2,7 +2,7 @@
 
 #include "data/DictVar.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

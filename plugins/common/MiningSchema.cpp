@@ -7,47 +7,50 @@
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kInvalidValueReplacement = "invalidValueReplacement";
-constexpr const char* kInvalidTreatment = "invalidValueTreatment";
-
 constexpr Keyword<Usage> kUsages[] = {
-    {"active", Usage::kActive},
-    {"predicted", Usage::kTarget},
-    {"target", Usage::kTarget},
-    {"supplementary", Usage::kSupplementary},
+    {Tags::XML_ATT_MF_FUT_ACTIVE, Usage::kActive},
+    {Tags::XML_ATT_MF_FUT_PREDICTED, Usage::kTarget},
+    {Tags::XML_ATT_MF_FUT_TARGET, Usage::kTarget},
+    {Tags::XML_ATT_MF_FUT_SUPPLEMENTARY, Usage::kSupplementary},
     // Roles that play no part when a case is scored.
-    {"group", Usage::kSupplementary},
-    {"order", Usage::kSupplementary},
-    {"frequencyWeight", Usage::kSupplementary},
-    {"analysisWeight", Usage::kSupplementary},
+    {StandardTags::XML_VAL_GROUP, Usage::kSupplementary},
+    {Tags::XML_ATT_MF_FUT_ORDER, Usage::kSupplementary},
+    {StandardTags::XML_VAL_FREQUENCYWEIGHT, Usage::kSupplementary},
+    {StandardTags::XML_VAL_ANALYSISWEIGHT, Usage::kSupplementary},
 };
 
 constexpr Keyword<OutlierTreatment> kOutliers[] = {
-    {"asIs", OutlierTreatment::kAsIs},
-    {"asMissingValues", OutlierTreatment::kAsMissing},
-    {"asExtremeValues", OutlierTreatment::kAsExtreme},
+    {Tags::XML_VAL_MININGFIELD_OUTLIERS_ASIS, OutlierTreatment::kAsIs},
+    {Tags::XML_VAL_MININGFIELD_OUTLIERS_ASMISS, OutlierTreatment::kAsMissing},
+    {Tags::XML_VAL_MININGFIELD_OUTLIERS_ASEXTREME, OutlierTreatment::kAsExtreme},
 };
 
 constexpr Keyword<InvalidTreatment> kInvalidTreatments[] = {
-    {"returnInvalid", InvalidTreatment::kReturnInvalid},
-    {"asIs", InvalidTreatment::kAsIs},
-    {"asMissing", InvalidTreatment::kAsMissing},
-    {"asValue", InvalidTreatment::kAsValue},
+    {Tags::XML_ATT_RETURNINVALID, InvalidTreatment::kReturnInvalid},
+    {Tags::XML_ATT_ASIS, InvalidTreatment::kAsIs},
+    {Tags::XML_ATT_ASMISSING, InvalidTreatment::kAsMissing},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASVALUE, InvalidTreatment::kAsValue},
 };
 
 // The treatments but the last only say how the replacement was found.
 constexpr Keyword<bool> kMissingTreatments[] = {
-    {"asIs", false},     {"asMean", false},  {"asMode", false},
-    {"asMedian", false}, {"asValue", false}, {"returnInvalid", true},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASIS, false},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASMEAN, false},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASMODE, false},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASMEDIAN, false},
+    {Tags::XML_VAL_MININGFIELD_MISSTREATMENT_ASVALUE, false},
+    {Tags::XML_ATT_RETURNINVALID, true},
 };
 
 // The attribute's value in the type of the field; null when the attribute is absent.
@@ -85,10 +88,12 @@ MiningField ReadMiningField(const PMMLTranslator& translator, const DOMElement& 
   field.missingIsInvalid = ReadKeyword(element, Tags::XML_ATT_MININGFIELD_MISSTREATMENT, kMissingTreatments);
   field.missingReplacement =
       OptionalValue(translator, element, Tags::XML_ATT_MININGFIELD_MISSREPLACE, *field.var);
-  field.invalidTreatment = ReadKeyword(element, kInvalidTreatment, kInvalidTreatments);
-  field.invalidReplacement = OptionalValue(translator, element, kInvalidValueReplacement, *field.var);
+  field.invalidTreatment = ReadKeyword(element, Tags::XML_ATT_INVALIDVALUETREATMENT, kInvalidTreatments);
+  field.invalidReplacement =
+      OptionalValue(translator, element, StandardTags::XML_ATT_INVALIDVALUEREPLACEMENT, *field.var);
   if (field.invalidTreatment == InvalidTreatment::kAsValue && field.invalidReplacement == nullptr) {
-    Raise(MessageId::kMissingAttributeOf, {kInvalidValueReplacement, Tags::XML_ELE_MININGFIELD});
+    Raise(MessageId::kMissingAttributeOf,
+          {StandardTags::XML_ATT_INVALIDVALUEREPLACEMENT, Tags::XML_ELE_MININGFIELD});
   }
   return field;
 }

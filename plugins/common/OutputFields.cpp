@@ -5,18 +5,16 @@
 #include "data/BaseDictionary.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
-
-constexpr const char* kOutputField = "OutputField";
-constexpr const char* kTargetField = "targetField";
-constexpr const char* kRank = "rank";
 
 // The model's category of that text in the translator's encoding; -1 for an empty text.
 int FindCategory(const PMMLTranslator& translator, const std::string& text, const PluginResult& layout,
@@ -59,18 +57,22 @@ struct OutputFields::FeatureRow {
 
 // The features of models that predict a value.  The first is meant when a field names none.
 constexpr OutputFields::FeatureRow OutputFields::kFeatures[] = {
-    {"predictedValue", ScoreResultField::kPredictedValue, Feature::kValue, false, 0},
-    {"predictedDisplayValue", ScoreResultField::kPredictedDisplayValue, Feature::kDisplayValue, false, 0},
-    {"probability", ScoreResultField::kProbability, Feature::kProbability, true, 0},
-    {"residual", ScoreResultField::kResidual, Feature::kResidual, false, 0},
-    {"entityId", ScoreResultField::kEntityId, Feature::kEntityId, false, PluginResult::kEntityIds},
-    {"entityAffinity", ScoreResultField::kEntityAffinity, Feature::kAffinity, false,
+    {Tags::XML_ATT_VAL_MINING_PREDICTEDVALUE, ScoreResultField::kPredictedValue, Feature::kValue, false, 0},
+    {Tags::XML_ATT_VAL_MINING_PREDICTEDDispVALUE, ScoreResultField::kPredictedDisplayValue,
+     Feature::kDisplayValue, false, 0},
+    {Tags::XML_ATT_VAL_MINING_PROBABILITY, ScoreResultField::kProbability, Feature::kProbability, true, 0},
+    {Tags::XML_ATT_VAL_MINING_RESIDUAL, ScoreResultField::kResidual, Feature::kResidual, false, 0},
+    {Tags::XML_ATT_VAL_MINING_ENTITYID, ScoreResultField::kEntityId, Feature::kEntityId, false,
+     PluginResult::kEntityIds},
+    {Tags::XML_ATT_VAL_MINING_ENTITYIDAFFINITY, ScoreResultField::kEntityAffinity, Feature::kAffinity, false,
      PluginResult::kAffinities},
-    {"affinity", ScoreResultField::kEntityAffinity, Feature::kAffinity, false, PluginResult::kAffinities},
-    {"confidence", ScoreResultField::kNoFeature, Feature::kConfidence, true, PluginResult::kConfidences},
-    {"standardError", ScoreResultField::kStandardError, Feature::kStandardError, false,
+    {StandardTags::XML_VAL_AFFINITY, ScoreResultField::kEntityAffinity, Feature::kAffinity, false,
+     PluginResult::kAffinities},
+    {Tags::XML_ATT_CONFIDENCE, ScoreResultField::kNoFeature, Feature::kConfidence, true,
+     PluginResult::kConfidences},
+    {Tags::XML_ATT_VAL_MINING_STANDARDERROR, ScoreResultField::kStandardError, Feature::kStandardError, false,
      PluginResult::kStandardErrors},
-    {"transformedValue", ScoreResultField::kNoFeature, Feature::kTransformed, false, 0},
+    {StandardTags::XML_VAL_TRANSFORMEDVALUE, ScoreResultField::kNoFeature, Feature::kTransformed, false, 0},
 };
 
 bool OutputFields::IsGiven(const FeatureRow& row, const PluginResult& answer, unsigned extras) {
@@ -112,7 +114,7 @@ std::shared_ptr<const ResultVar> OutputFields::ReadOutputField(const PMMLTransla
 // The index of the target that the element names; the first one when it names none.
 int OutputFields::ReadTarget(const PMMLTranslator& translator, const DOMElement& element,
                              const std::vector<const ScoreDictVar*>& targets) {
-  const std::string name = translator.EncodedText(Attribute(element, kTargetField));
+  const std::string name = translator.EncodedText(Attribute(element, StandardTags::XML_ATT_TARGETFIELD));
   if (name.empty() || targets.empty()) return 0;
   for (std::size_t i = 0; i < targets.size(); ++i) {
     if (targets[i]->GetName() == name) return static_cast<int>(i);
@@ -129,8 +131,8 @@ OutputFields::Field OutputFields::ReadField(PMMLTranslator& translator, const DO
   const FeatureRow& row = FindFeature(feature, answer, layout.GetExtras());
   const std::string category = translator.EncodedText(Attribute(element, Tags::XML_ATT_VALUE));
   const ScoreDictVar* const field = targets.empty() ? nullptr : targets[static_cast<std::size_t>(target)];
-  const int rank = OptionalInteger(element, kRank).value_or(1);
-  if (rank < 1) Raise(MessageId::kNotPositive, {std::to_string(rank), kRank});
+  const int rank = OptionalInteger(element, StandardTags::XML_ATT_RANK).value_or(1);
+  if (rank < 1) Raise(MessageId::kNotPositive, {std::to_string(rank), StandardTags::XML_ATT_RANK});
   return {ReadOutputField(translator, element, row.code), row.feature,
           FindCategory(translator, category, answer, field), target, rank};
 }
@@ -141,7 +143,8 @@ OutputFields OutputFields::Read(PMMLTranslator& translator, const DOMElement& mo
   std::set<std::string> names;
   const DOMElement* output = BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT);
   ForEachChildElement(output, [&](const DOMElement& element) {
-    if (HasTag(element, kOutputField)) outputs.Add(ReadField(translator, element, layout, targets), names);
+    if (HasTag(element, StandardTags::XML_ELE_OUTPUTFIELD))
+      outputs.Add(ReadField(translator, element, layout, targets), names);
   });
   const ScoreDictVar* const target = targets.empty() ? nullptr : targets.front();
   const std::unique_ptr<ScoreDictionary> results(translator.ParseResultDictionary(output));
@@ -179,7 +182,7 @@ void OutputFields::ReadTransformed(PMMLTranslator& translator, const DOMElement&
   }
   std::size_t next = 0;
   ForEachChildElement(&output, [&](const DOMElement& element) {
-    if (!HasTag(element, kOutputField)) return;
+    if (!HasTag(element, StandardTags::XML_ELE_OUTPUTFIELD)) return;
     const std::size_t field = next++;
     if (fFields[field].feature != Feature::kTransformed) return;
     fTransformed.AddTransformed(translator, element, static_cast<int>(field));
@@ -189,7 +192,8 @@ void OutputFields::ReadTransformed(PMMLTranslator& translator, const DOMElement&
 
 void OutputFields::Add(Field field, std::set<std::string>& names) {
   if (!names.insert(field.var->GetName()).second) {
-    Raise(MessageId::kDuplicateValueIn, {kOutputField, field.var->GetName(), Tags::XML_ELE_VAL_OUTPUT});
+    Raise(MessageId::kDuplicateValueIn,
+          {StandardTags::XML_ELE_OUTPUTFIELD, field.var->GetName(), Tags::XML_ELE_VAL_OUTPUT});
   }
   fFields.push_back(std::move(field));
 }

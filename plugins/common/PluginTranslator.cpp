@@ -6,13 +6,15 @@
 #include "transform/TransformVar.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/DocumentStream.h"
 #include "xml/ParserLimits.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 
@@ -123,8 +125,8 @@ ScoreModel* PluginTranslator::ParseFromTree(DOMElement* first, DOMElement* secon
 ScoreModel* PluginTranslator::Build(const DOMElement& element, std::unique_ptr<ScoreDictionary> dictionary,
                                     const DOMElement* dataDictionary,
                                     std::unique_ptr<TransformationDictionary> transformations) {
-  if (IsEqual(Attribute(element, Tags::XML_ATT_RM_IS_SCORABLE), "false")) {
-    Raise(MessageId::kUnsupportedValue, {"false", Tags::XML_ATT_RM_IS_SCORABLE});
+  if (IsEqual(Attribute(element, Tags::XML_ATT_RM_IS_SCORABLE), StandardTags::XML_VAL_FALSE)) {
+    Raise(MessageId::kUnsupportedValue, {StandardTags::XML_VAL_FALSE, Tags::XML_ATT_RM_IS_SCORABLE});
   }
   Frame frame;
   frame.algorithm = EncodedText(Attribute(element, Tags::XML_ATT_MODELALGO));

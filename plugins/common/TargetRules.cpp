@@ -6,24 +6,26 @@
 #include "common/Keywords.h"
 #include "data/NumericValue.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 using Cast = TargetRules::Cast;
 
 namespace {
 
-constexpr const char* kMin = "min";
-constexpr const char* kMax = "max";
+constexpr const char* kMin = Tags::XML_ZENT_TRANFUNC_MIN;
+constexpr const char* kMax = Tags::XML_ZENT_TRANFUNC_MAX;
 
 constexpr Keyword<Cast> kCasts[] = {
     {"", Cast::kNone},
-    {"round", Cast::kRound},
-    {"ceiling", Cast::kCeiling},
-    {"floor", Cast::kFloor},
+    {Tags::XML_ZENT_TRANFUNC_RND, Cast::kRound},
+    {StandardTags::XML_VAL_CEILING, Cast::kCeiling},
+    {Tags::XML_ZENT_TRANFUNC_FLOOR, Cast::kFloor},
 };
 
 TargetRules ReadRules(const DOMElement& element) {
@@ -34,9 +36,9 @@ TargetRules ReadRules(const DOMElement& element) {
     Raise(MessageId::kValuesMismatch,
           {OptionalText(element, kMin), kMin, OptionalText(element, kMax), kMax, Tags::XML_ELE_TARGET});
   }
-  rules.factor = OptionalNumber(element, "rescaleFactor").value_or(rules.factor);
-  rules.constant = OptionalNumber(element, "rescaleConstant").value_or(rules.constant);
-  rules.cast = ReadKeyword(element, "castInteger", kCasts);
+  rules.factor = OptionalNumber(element, StandardTags::XML_ATT_RESCALEFACTOR).value_or(rules.factor);
+  rules.constant = OptionalNumber(element, StandardTags::XML_ATT_RESCALECONSTANT).value_or(rules.constant);
+  rules.cast = ReadKeyword(element, StandardTags::XML_ATT_CASTINTEGER, kCasts);
   return rules;
 }
 

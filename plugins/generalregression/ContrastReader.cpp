@@ -6,23 +6,24 @@
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kCell = "MatCell";
-constexpr const char* kColumns = "nbCols";
 constexpr std::size_t kMostNumbers = std::size_t{1} << 22;
 
 enum class Kind { kAny, kSymmetric, kDiagonal };
-constexpr Keyword<Kind> kKinds[] = {
-    {"any", Kind::kAny}, {"symmetric", Kind::kSymmetric}, {"diagonal", Kind::kDiagonal}};
+constexpr Keyword<Kind> kKinds[] = {{StandardTags::XML_VAL_ANY, Kind::kAny},
+                                    {StandardTags::XML_VAL_SYMMETRIC, Kind::kSymmetric},
+                                    {StandardTags::XML_VAL_DIAGONAL, Kind::kDiagonal}};
 
 using Rows = std::vector<std::vector<double>>;
 
@@ -48,7 +49,7 @@ class MatrixReader {
     ForEachChildElement(&fElement, [&](const DOMElement& child) {
       if (HasTag(child, Tags::XML_ELE_ARRAY)) {
         fRows.push_back(PMMLTranslator::VerifyDoubleArray(&child, 0));
-      } else if (HasTag(child, kCell)) {
+      } else if (HasTag(child, StandardTags::XML_ELE_MATCELL)) {
         fHasCells = true;
       } else if (!HasTag(child, Tags::XML_ELE_EXTENSION)) {
         Raise(MessageId::kInvalidNodeIn,
@@ -74,24 +75,25 @@ class MatrixReader {
     std::size_t rows = fKind == Kind::kDiagonal && !fHasCells ? fRows.front().size() : fRows.size();
     std::size_t columns = isSquare || fHasCells ? rows : fRows.front().size();
     const std::optional<std::size_t> givenRows = ReadSize(fElement, Tags::XML_ELE_MATRIX_NBROWS);
-    const std::optional<std::size_t> givenColumns = ReadSize(fElement, kColumns);
+    const std::optional<std::size_t> givenColumns = ReadSize(fElement, Tags::XML_ELE_MATRIX_NBCOLS);
     if (fHasCells) {
       if (!givenRows.has_value() || !givenColumns.has_value()) {
-        const char* const missing = givenRows.has_value() ? kColumns : Tags::XML_ELE_MATRIX_NBROWS;
+        const char* const missing =
+            givenRows.has_value() ? Tags::XML_ELE_MATRIX_NBCOLS : Tags::XML_ELE_MATRIX_NBROWS;
         Raise(MessageId::kMissingAttributeOf, {missing, Tags::XML_ELE_MATRIX});
       }
       rows = *givenRows;
       columns = *givenColumns;
     }
     RequireSize(Tags::XML_ELE_MATRIX_NBROWS, givenRows, rows);
-    RequireSize(kColumns, givenColumns, columns);
-    if (isSquare && rows != columns) RequireSize(kColumns, columns, rows);
+    RequireSize(Tags::XML_ELE_MATRIX_NBCOLS, givenColumns, columns);
+    if (isSquare && rows != columns) RequireSize(Tags::XML_ELE_MATRIX_NBCOLS, columns, rows);
     if (columns > kMostNumbers / rows) {
-      Raise(MessageId::kUnsupportedValue, {std::to_string(columns), kColumns});
+      Raise(MessageId::kUnsupportedValue, {std::to_string(columns), Tags::XML_ELE_MATRIX_NBCOLS});
     }
-    const double others = OptionalNumber(fElement, "offDiagDefault").value_or(0);
+    const double others = OptionalNumber(fElement, StandardTags::XML_ATT_OFFDIAGDEFAULT).value_or(0);
     fMatrix = {rows, columns, std::vector<double>(rows * columns, others)};
-    const double diagonal = OptionalNumber(fElement, "diagDefault").value_or(others);
+    const double diagonal = OptionalNumber(fElement, StandardTags::XML_ATT_DIAGDEFAULT).value_or(others);
     for (std::size_t i = 0; i < std::min(rows, columns); ++i) Set(i, i, diagonal);
   }
 
@@ -105,16 +107,17 @@ class MatrixReader {
   std::size_t ReadPosition(const DOMElement& cell, const char* attribute, std::size_t size) const {
     const int position = BaseTranslator::VerifyInt(RequiredAttribute(cell, attribute));
     if (position < 1 || static_cast<std::size_t>(position) > size) {
-      Raise(MessageId::kInvalidAttributeValueIn, {std::to_string(position), attribute, kCell});
+      Raise(MessageId::kInvalidAttributeValueIn,
+            {std::to_string(position), attribute, StandardTags::XML_ELE_MATCELL});
     }
     return static_cast<std::size_t>(position) - 1;
   }
 
   void ReadCells() {
     ForEachChildElement(&fElement, [&](const DOMElement& child) {
-      if (!HasTag(child, kCell)) return;
-      const std::size_t row = ReadPosition(child, "row", fMatrix.rows);
-      const std::size_t column = ReadPosition(child, "col", fMatrix.columns);
+      if (!HasTag(child, StandardTags::XML_ELE_MATCELL)) return;
+      const std::size_t row = ReadPosition(child, Tags::XML_ELE_ROW, fMatrix.rows);
+      const std::size_t column = ReadPosition(child, StandardTags::XML_ATT_COL, fMatrix.columns);
       std::u16string buffer;
       const double number = BaseTranslator::VerifyDouble(TextOf(child, buffer));
       Set(row, column, number);

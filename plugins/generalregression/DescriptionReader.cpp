@@ -11,7 +11,7 @@
 #include "generalregression/GeneralRegressionTranslator.h"
 #include "generalregression/Settings.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

@@ -8,9 +8,9 @@
 #include "generalregression/GeneralRegressionModel.h"
 #include "generalregression/HazardReader.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
 #include "translate/ZENTTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

@@ -9,20 +9,16 @@
 #include "generalregression/GeneralRegressionTranslator.h"
 #include "generalregression/Settings.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
-
-// What the library's vocabulary does not have.
-constexpr const char* kMaxTime = "maxTime";
-constexpr const char* kStrataVariable = "baselineStrataVariable";
-constexpr const char* kStatusVariable = "statusVariable";
-constexpr const char* kEventValues = "EventValues";
 
 // Where one table stands.
 struct TableElement {
@@ -35,10 +31,9 @@ struct TableWords {
   const char* list;
   const char* cell;
 };
-constexpr TableWords kStandardWords = {Tags::XML_ELM_BASECUMHAZARDTABLES, "BaselineCell"};
+constexpr TableWords kStandardWords = {Tags::XML_ELM_BASECUMHAZARDTABLES, Tags::XML_ELM_BASELINECELL};
 constexpr TableWords kExtensionWords = {Tags::XML_EXT_NAME_COXREG_XBASE_CUMHAZARD_TABLES,
                                         Tags::XML_EXT_ELE_COXREG_BASELINE};
-constexpr const char* kStratum = "BaselineStratum";
 
 class HazardReader {
  public:
@@ -47,8 +42,9 @@ class HazardReader {
 
   BaselineHazards Read() {
     ReadTime();
-    for (const char* const name : {Tags::XML_EXT_NAME_COXREG_STARTTIMEVARIABLE,
-                                   Tags::XML_EXT_NAME_COXREG_SUBJECT_VARIABLE, kStatusVariable}) {
+    for (const char* const name :
+         {Tags::XML_EXT_NAME_COXREG_STARTTIMEVARIABLE, Tags::XML_EXT_NAME_COXREG_SUBJECT_VARIABLE,
+          StandardTags::XML_ATT_STATUSVARIABLE}) {
       RequireField(FindSetting(fElement, name));
     }
     ReadEventValues();
@@ -85,13 +81,16 @@ class HazardReader {
 
   // Which values of the status are events: that mattered when the hazards were found.
   void ReadEventValues() const {
-    ForEachChildElement(BaseTranslator::GetChildByTag(&fElement, kEventValues), [](const DOMElement& child) {
-      if (HasTag(child, Tags::XML_ELE_VALUE)) {
-        RequiredAttribute(child, Tags::XML_ATT_VALUE);
-      } else if (!HasTag(child, Tags::XML_ELE_INTERVAL) && !HasTag(child, Tags::XML_ELE_EXTENSION)) {
-        Raise(MessageId::kInvalidNodeIn, {PMMLTranslator::ToString(child.getTagName()), kEventValues});
-      }
-    });
+    ForEachChildElement(
+        BaseTranslator::GetChildByTag(&fElement, StandardTags::XML_ELE_EVENTVALUES),
+        [](const DOMElement& child) {
+          if (HasTag(child, Tags::XML_ELE_VALUE)) {
+            RequiredAttribute(child, Tags::XML_ATT_VALUE);
+          } else if (!HasTag(child, Tags::XML_ELE_INTERVAL) && !HasTag(child, Tags::XML_ELE_EXTENSION)) {
+            Raise(MessageId::kInvalidNodeIn,
+                  {PMMLTranslator::ToString(child.getTagName()), StandardTags::XML_ELE_EVENTVALUES});
+          }
+        });
   }
 
   void FindTables() {
@@ -119,7 +118,7 @@ class HazardReader {
   void FindStandardTables(const DOMElement& tables) {
     bool hasCells = false;
     ForEachChildElement(&tables, [&](const DOMElement& child) {
-      if (HasTag(child, kStratum)) {
+      if (HasTag(child, Tags::XML_ELM_BASELINESTRATUM)) {
         fTables.push_back({&child, &child});
       } else if (HasTag(child, fWords.cell)) {
         hasCells = true;
@@ -127,21 +126,24 @@ class HazardReader {
         Raise(MessageId::kInvalidNodeIn, {PMMLTranslator::ToString(child.getTagName()), fWords.list});
       }
     });
-    if (hasCells && !fTables.empty()) Raise(MessageId::kConflictingElements, {kStratum, fWords.cell});
+    if (hasCells && !fTables.empty())
+      Raise(MessageId::kConflictingElements, {Tags::XML_ELM_BASELINESTRATUM, fWords.cell});
     if (hasCells) fTables.push_back({&tables, nullptr});
-    const bool hasVariable = FindSetting(fElement, kStrataVariable).IsGiven();
-    if (hasCells && hasVariable) Raise(MessageId::kMissingNodeIn, {kStratum, fWords.list});
+    const bool hasVariable = FindSetting(fElement, Tags::XML_ATT_BASELINESTRATAVARIABLE).IsGiven();
+    if (hasCells && hasVariable)
+      Raise(MessageId::kMissingNodeIn, {Tags::XML_ELM_BASELINESTRATUM, fWords.list});
   }
 
   void ReadStrata() {
-    const Setting variable = FindSetting(fElement, kStrataVariable);
+    const Setting variable = FindSetting(fElement, Tags::XML_ATT_BASELINESTRATAVARIABLE);
     if (variable.IsGiven()) {
       fRead.strataInput = fTranslator.FindInput(*variable.element, variable.attribute);
     } else if (fWords.list == kExtensionWords.list) {
       fRead.strataInput =
           fTranslator.FindInput(*fTables.front().stratum, Tags::XML_EXT_ELE_ATT_COXREG_STRATUM_VARNAME);
     } else {
-      Raise(MessageId::kMissingAttributeOf, {kStrataVariable, Tags::XML_ELE_REGRESSMODEL});
+      Raise(MessageId::kMissingAttributeOf,
+            {Tags::XML_ATT_BASELINESTRATAVARIABLE, Tags::XML_ELE_REGRESSMODEL});
     }
     CategoryTable& strata = fModel.GetInputs().UseAsCategory(fRead.strataInput);
     const ScoreDictVar& field = fModel.GetInputs().GetVar(fRead.strataInput);
@@ -151,7 +153,8 @@ class HazardReader {
       const std::unique_ptr<ScoreValue> value(fTranslator.CarefullyMakeVarValue(&field, text));
       const int code = strata.Add(*value);
       if (!known.insert(code).second) {
-        Raise(MessageId::kDuplicateValueIn, {kStratum, PMMLTranslator::ToString(text), fWords.list});
+        Raise(MessageId::kDuplicateValueIn,
+              {Tags::XML_ELM_BASELINESTRATUM, PMMLTranslator::ToString(text), fWords.list});
       }
       fRead.hazards.SetTable(code, ReadTable(table));
     }
@@ -160,7 +163,7 @@ class HazardReader {
   // An element of its own in the older form.
   static double ReadMaxTime(const DOMElement& table) {
     const auto* own = BaseTranslator::GetChildByTag(&table, Tags::XML_EXT_ELE_COXREG_BASEMAXTIME);
-    if (own == nullptr) return RequiredNumber(table, kMaxTime);
+    if (own == nullptr) return RequiredNumber(table, Tags::XML_ATT_MAXTIME);
     const bool hasTime = FindAttribute(*own, Tags::XML_EXT_ELE_ATT_COXREG_BASELINE_TIME) != nullptr;
     return RequiredNumber(*own, hasTime ? Tags::XML_EXT_ELE_ATT_COXREG_BASELINE_TIME : Tags::XML_ATT_VALUE);
   }

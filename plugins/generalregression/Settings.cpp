@@ -2,9 +2,9 @@
 
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -13,27 +13,16 @@ using xercesc::DOMElement;
 
 namespace {
 
-// What the library's vocabulary does not have.
-constexpr const char* kModelDF = "modelDF";
-
 constexpr Keyword<ModelType> kPmmlTypes[] = {
-    {"regression", ModelType::kLinear},
-    {"generalLinear", ModelType::kLinear},
-    {"generalizedLinear", ModelType::kGeneralizedLinear},
-    {"multinomialLogistic", ModelType::kMultinomialLogistic},
-    {"ordinalMultinomial", ModelType::kOrdinalMultinomial},
-    {"CoxRegression", ModelType::kCoxRegression},
+    {Tags::XML_VAL_MT_REGRESS, ModelType::kLinear},
+    {Tags::XML_VAL_MT_GLIN, ModelType::kLinear},
+    {Tags::XML_VAL_MT_GDLIN, ModelType::kGeneralizedLinear},
+    {Tags::XML_VAL_MT_MLR, ModelType::kMultinomialLogistic},
+    {Tags::XML_VAL_MT_ORDINAL, ModelType::kOrdinalMultinomial},
+    {Tags::XML_VAL_MT_COXRGN, ModelType::kCoxRegression},
     // Of older documents.
-    {"logLinear", ModelType::kLogLinear},
-    {"conditionalLogistic", ModelType::kMultinomialLogistic},
-};
-
-constexpr Keyword<ModelType> kZentTypes[] = {
-    {"regression", ModelType::kLinear},
-    {"general-linear", ModelType::kLinear},
-    {"log-linear", ModelType::kLogLinear},
-    {"multinomial-logistic", ModelType::kMultinomialLogistic},
-    {"conditional-logistic", ModelType::kMultinomialLogistic},
+    {Tags::XML_VAL_MT_LOGLIN, ModelType::kLogLinear},
+    {Tags::XML_VAL_MT_COND, ModelType::kMultinomialLogistic},
 };
 
 struct LinkWord {
@@ -42,36 +31,40 @@ struct LinkWord {
 };
 
 constexpr Keyword<LinkWord> kLinks[] = {
-    {"identity", {LinkFunction::kIdentity, false}},
-    {"log", {LinkFunction::kLog, false}},
-    {"logc", {LinkFunction::kLogc, false}},
-    {"logit", {LinkFunction::kLogit, false}},
-    {"probit", {LinkFunction::kProbit, false}},
-    {"cloglog", {LinkFunction::kCloglog, false}},
-    {"loglog", {LinkFunction::kLoglog, false}},
-    {"cauchit", {LinkFunction::kCauchit, false}},
-    {"power", {LinkFunction::kPower, false}},
-    {"oddspower", {LinkFunction::kOddspower, false}},
-    {"negbin", {LinkFunction::kNegbin, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_IDENTITY, {LinkFunction::kIdentity, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_LOG, {LinkFunction::kLog, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_LOGC, {LinkFunction::kLogc, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_LOGIT, {LinkFunction::kLogit, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_PROBIT, {LinkFunction::kProbit, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CLOGLOG, {LinkFunction::kCloglog, false}},
+    {Tags::XML_VAL_RM_VALUE_LINK_LOGLOG, {LinkFunction::kLoglog, false}},
+    {Tags::XML_VAL_RM_VALUE_LINK_CAUCHIT, {LinkFunction::kCauchit, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_POWER, {LinkFunction::kPower, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_ODDSPOWER, {LinkFunction::kOddspower, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_NEGBIN, {LinkFunction::kNegbin, false}},
     // Of older documents, which write cumulative links of ordinal models here as well.
-    {"nloglog", {LinkFunction::kLoglog, false}},
-    {"cumlogit", {LinkFunction::kLogit, true}},
-    {"cumprobit", {LinkFunction::kProbit, true}},
-    {"cumcloglog", {LinkFunction::kCloglog, true}},
-    {"cumnloglog", {LinkFunction::kLoglog, true}},
-    {"cumcauchit", {LinkFunction::kCauchit, true}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_NLOGLOG, {LinkFunction::kLoglog, false}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CUM_LOGIT, {LinkFunction::kLogit, true}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CUM_PROBIT, {LinkFunction::kProbit, true}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CUM_CLOGLOG, {LinkFunction::kCloglog, true}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CUM_LOGLOG, {LinkFunction::kLoglog, true}},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CUM_CAUCHIT, {LinkFunction::kCauchit, true}},
 };
 
 constexpr Keyword<LinkFunction> kCumulativeLinks[] = {
-    {"logit", LinkFunction::kLogit},     {"probit", LinkFunction::kProbit},
-    {"cloglog", LinkFunction::kCloglog}, {"loglog", LinkFunction::kLoglog},
-    {"cauchit", LinkFunction::kCauchit},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_LOGIT, LinkFunction::kLogit},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_PROBIT, LinkFunction::kProbit},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_CLOGLOG, LinkFunction::kCloglog},
+    {Tags::XML_VAL_RM_VALUE_LINK_LOGLOG, LinkFunction::kLoglog},
+    {Tags::XML_VAL_RM_VALUE_LINK_CAUCHIT, LinkFunction::kCauchit},
 };
 
 // A case is scored by the link alone; the distribution says how the estimates were found.
 constexpr Keyword<bool> kDistributions[] = {
-    {"binomial", true}, {"gamma", true},  {"igauss", true},  {"multinomial", true},
-    {"negbin", true},   {"normal", true}, {"poisson", true}, {"tweedie", true},
+    {Tags::XML_VAL_RM_EXT_VALUE_DIST_BINOMIAL, true}, {Tags::XML_VAL_RM_EXT_VALUE_DIST_GAMMA, true},
+    {Tags::XML_VAL_RM_EXT_VALUE_DIST_IGAUSS, true},   {Tags::XML_VAL_RM_EXT_VALUE_DIST_MULTINOMIAL, true},
+    {Tags::XML_VAL_RM_EXT_VALUE_LINK_NEGBIN, true},   {Tags::XML_VAL_RM_EXT_VALUE_DIST_NORMAL, true},
+    {Tags::XML_VAL_RM_EXT_VALUE_DIST_POISSON, true},  {Tags::XML_VAL_RM_EXT_VALUE_DIST_TWEEDIE, true},
 };
 
 double RequiredSetting(const DOMElement& element, const char* name) {
@@ -90,7 +83,7 @@ class PmmlReader {
     fSettings.type = ReadKeyword(fElement, Tags::XML_ATT_RM_MODEL_TYPE, kPmmlTypes);
     const Setting distribution = Find(Tags::XML_VAL_RM_EXT_NAME_DISTRIBUTION);
     if (distribution.IsGiven()) distribution.ReadWord(kDistributions);
-    FindSetting(fElement, kModelDF).ReadNumber();
+    FindSetting(fElement, Tags::XML_VAL_NAME_MODELDF).ReadNumber();
     ReadLink();
     RequireFunction();
     ReadOffset();
@@ -237,7 +230,14 @@ Settings ReadZentSettings(const DOMElement& element) {
   const char* const type = ZENTModelTags::XML_ATT_RM_MODEL_TYPE.c_str();
   RequiredNonEmptyAttribute(element, type);
   Settings settings;
-  settings.type = ReadKeyword(element, type, kZentTypes);
+  const Keyword<ModelType> types[] = {
+      {ZENTModelTags::XML_VAL_MT_REGRESS, ModelType::kLinear},
+      {ZENTModelTags::XML_VAL_MT_GLM, ModelType::kLinear},
+      {ZENTModelTags::XML_VAL_MT_LOGLIN, ModelType::kLogLinear},
+      {ZENTModelTags::XML_VAL_MT_MLR, ModelType::kMultinomialLogistic},
+      {ZENTModelTags::XML_VAL_MT_CLR, ModelType::kMultinomialLogistic},
+  };
+  settings.type = ReadKeyword(element, type, types);
   if (settings.type == ModelType::kLogLinear) settings.link.function = LinkFunction::kLog;
   // They say nothing about a case.
   OptionalInteger(element, ZENTModelTags::XML_ATT_RM_N_PARAM.c_str());

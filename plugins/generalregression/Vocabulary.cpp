@@ -1,7 +1,7 @@
 #include "generalregression/Vocabulary.h"
 
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

@@ -4,8 +4,13 @@
 
 #include "data/NumericValue.h"
 #include "error/Raise.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
+
+namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 
 namespace {
 
@@ -13,9 +18,9 @@ constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
 double BinaryOf(const ScoreValue& value, const std::string& place) {
   const std::string text = value.GetString();
-  if (text == "0" || text == "false") return 0;
-  if (text == "1" || text == "true") return 1;
-  Raise(MessageId::kInvalidValueOfType, {text, "boolean"}, place);
+  if (text == "0" || text == StandardTags::XML_VAL_FALSE) return 0;
+  if (text == "1" || text == Tags::XML_ATT_EXT_VALUE_VALUE_TRUE) return 1;
+  Raise(MessageId::kInvalidValueOfType, {text, StandardTags::XML_VAL_BOOLEAN}, place);
 }
 
 bool IsText(const ScoreDictVar& var) { return var.GetVarType() == ScoreDictVar::STRING_VAR; }

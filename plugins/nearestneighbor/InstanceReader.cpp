@@ -10,28 +10,26 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kTrainingInstances = "TrainingInstances";
-constexpr const char* kInstanceFields = "InstanceFields";
-constexpr const char* kInstanceField = "InstanceField";
-constexpr const char* kColumn = "column";
-constexpr const char* kRecordCount = "recordCount";
-constexpr const char* kFieldCount = "fieldCount";
-constexpr const char* kInstanceIdVariable = "instanceIdVariable";
 constexpr const char* kAuxiliaryPath = "auxiliary path";
 constexpr double kMissing = std::numeric_limits<double>::quiet_NaN();
 
-constexpr Keyword<bool> kBooleans[] = {{"false", false}, {"true", true}, {"0", false}, {"1", true}};
+constexpr Keyword<bool> kBooleans[] = {{StandardTags::XML_VAL_FALSE, false},
+                                       {Tags::XML_ATT_EXT_VALUE_VALUE_TRUE, true},
+                                       {"0", false},
+                                       {"1", true}};
 
 // A calendar text, or the number of the field's representation.
 double ReadDate(const ScoreDictVar& var, const std::string& text) {
@@ -68,10 +66,12 @@ InstanceReader::InstanceReader(const PMMLTranslator& translator, const InvalidVa
 InstanceReader::~InstanceReader() = default;
 
 void InstanceReader::Read(const DOMElement& model) {
-  const DOMElement& instances = *BaseTranslator::GetChildByTagForced(&model, kTrainingInstances);
-  fIsTransformed = ReadKeyword(instances, "isTransformed", kBooleans);
+  const DOMElement& instances =
+      *BaseTranslator::GetChildByTagForced(&model, StandardTags::XML_ELE_TRAININGINSTANCES);
+  fIsTransformed = ReadKeyword(instances, StandardTags::XML_ATT_ISTRANSFORMED, kBooleans);
   ReadFields(instances);
-  const std::string idField = fTranslator.EncodedText(Attribute(model, kInstanceIdVariable));
+  const std::string idField =
+      fTranslator.EncodedText(Attribute(model, StandardTags::XML_ATT_INSTANCEIDVARIABLE));
   if (!idField.empty()) fIdColumn = static_cast<int>(ColumnOf(idField));
   PlanTargets();
   PlanInputs();
@@ -85,31 +85,36 @@ void InstanceReader::Read(const DOMElement& model) {
 }
 
 void InstanceReader::ReadFields(const DOMElement& instances) {
-  const DOMElement* fields = BaseTranslator::GetChildByTagForced(&instances, kInstanceFields);
+  const DOMElement* fields =
+      BaseTranslator::GetChildByTagForced(&instances, StandardTags::XML_ELE_INSTANCEFIELDS);
   ForEachChildElement(fields, [&](const DOMElement& child) {
-    if (!HasTag(child, kInstanceField)) return;
+    if (!HasTag(child, StandardTags::XML_ELE_INSTANCEFIELD)) return;
     const std::string name = fTranslator.EncodedText(RequiredNonEmptyAttribute(child, Tags::XML_ATT_FIELD));
     for (const auto& [field, column] : fColumnOfField) {
-      if (field == name) Raise(MessageId::kDuplicateValueIn, {kInstanceField, name, kInstanceFields});
+      if (field == name)
+        Raise(MessageId::kDuplicateValueIn,
+              {StandardTags::XML_ELE_INSTANCEFIELD, name, StandardTags::XML_ELE_INSTANCEFIELDS});
     }
-    const std::string column = OptionalText(child, kColumn);
+    const std::string column = OptionalText(child, Tags::XML_ATT_FIELDCOLPAIR_COLUMN);
     fColumnOfField.emplace_back(name, column.empty() ? OptionalText(child, Tags::XML_ATT_FIELD) : column);
   });
-  CheckCount(instances, kFieldCount, fColumnOfField.size(), kInstanceField);
+  CheckCount(instances, StandardTags::XML_ATT_FIELDCOUNT, fColumnOfField.size(),
+             StandardTags::XML_ELE_INSTANCEFIELD);
 }
 
 void InstanceReader::CheckCount(const DOMElement& instances, const char* attribute, std::size_t count,
                                 const char* what) const {
   const std::optional<int> stated = OptionalInteger(instances, attribute);
   if (!stated.has_value() || (*stated >= 0 && static_cast<std::size_t>(*stated) == count)) return;
-  Raise(MessageId::kNumberMismatchIn,
-        {std::to_string(*stated), attribute, std::to_string(count), what, kTrainingInstances});
+  Raise(MessageId::kNumberMismatchIn, {std::to_string(*stated), attribute, std::to_string(count), what,
+                                       StandardTags::XML_ELE_TRAININGINSTANCES});
 }
 
 // The index of the field's column among those that are read.
 std::size_t InstanceReader::ColumnOf(const std::string& field) {
   const auto found = std::ranges::find(fColumnOfField, field, &std::pair<std::string, std::string>::first);
-  if (found == fColumnOfField.end()) Raise(MessageId::kMissingDefinitionIn, {field, kInstanceFields});
+  if (found == fColumnOfField.end())
+    Raise(MessageId::kMissingDefinitionIn, {field, StandardTags::XML_ELE_INSTANCEFIELDS});
   const auto column = std::ranges::find(fColumns, found->second);
   if (column != fColumns.end()) return static_cast<std::size_t>(column - fColumns.begin());
   fColumns.push_back(found->second);
@@ -161,8 +166,8 @@ void InstanceReader::ReadRows(const DOMElement& instances) {
   const RowAction take = [this](const TrainingRow& row) { TakeRow(row); };
   const std::size_t count =
       table != nullptr ? ForEachRow(*table, fColumns, take) : ForEachRow(fAuxPath, fColumns, take);
-  CheckCount(instances, kRecordCount, count, Tags::XML_ELE_ROW);
-  if (count == 0) Raise(MessageId::kRequiredIn, {Tags::XML_ELE_ROW, kTrainingInstances});
+  CheckCount(instances, Tags::XML_ATT_RECORDCOUNT, count, Tags::XML_ELE_ROW);
+  if (count == 0) Raise(MessageId::kRequiredIn, {Tags::XML_ELE_ROW, StandardTags::XML_ELE_TRAININGINSTANCES});
 }
 
 std::string InstanceReader::PlaceOf(const TrainingRow& row, std::size_t column) const {
@@ -177,7 +182,8 @@ double InstanceReader::NumberAt(const TrainingRow& row, const ScoreDictVar& var,
     return isDate ? ReadDate(var, KxXML_940::ToUTF8(text)) : BaseTranslator::VerifyDouble(text);
   } catch (const VYException&) {
     Raise(MessageId::kInvalidValueOfType,
-          {KxXML_940::ToUTF8(text), isDate ? "dateTime" : Tags::XML_VAL_DOUBLE}, PlaceOf(row, column));
+          {KxXML_940::ToUTF8(text), isDate ? Tags::XML_VAL_DATETIME : Tags::XML_VAL_DOUBLE},
+          PlaceOf(row, column));
   }
 }
 

@@ -4,28 +4,25 @@
 
 #include "common/Keywords.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kDistance = "distance";
-constexpr const char* kTable = "table";
-constexpr const char* kPower = "p-parameter";
-constexpr const char* kMinimum = "minimum";
-constexpr const char* kMaximum = "maximum";
-
-constexpr Keyword<bool> kKinds[] = {{kDistance, false}, {"similarity", true}};
+constexpr Keyword<bool> kKinds[] = {{Tags::XML_ATT_DISTANCE, false},
+                                    {StandardTags::XML_VAL_SIMILARITY, true}};
 
 constexpr Keyword<CompareFunction> kFunctions[] = {
-    {"absDiff", CompareFunction::kAbsDiff},
-    {"gaussSim", CompareFunction::kGaussSim},
-    {"delta", CompareFunction::kDelta},
-    {"equal", CompareFunction::kEqual},
+    {Tags::XML_ATT_ABSDIFF, CompareFunction::kAbsDiff},
+    {Tags::XML_ATT_GAUSSSIM, CompareFunction::kGaussSim},
+    {Tags::XML_ATT_DELTA, CompareFunction::kDelta},
+    {Tags::XML_ATT_EQUAL, CompareFunction::kEqual},
 };
 
 // Weights of 11, 10, 01 and 00.
@@ -56,19 +53,22 @@ constexpr MeasureRow kMeasures[] = {
 };
 
 double ReadPower(const DOMElement& element) {
-  const double power = RequiredNumber(element, kPower);
-  if (!(power > 0)) Raise(MessageId::kNotPositive, {OptionalText(element, kPower), kPower});
+  const double power = RequiredNumber(element, StandardTags::XML_ATT_PPARAMETER);
+  if (!(power > 0))
+    Raise(MessageId::kNotPositive,
+          {OptionalText(element, StandardTags::XML_ATT_PPARAMETER), StandardTags::XML_ATT_PPARAMETER});
   return power;
 }
 
 // What the bounds of a measure say changes no answer; they are checked all the same.
 void CheckBounds(const DOMElement& element) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  const double minimum = OptionalNumber(element, kMinimum).value_or(-kInfinity);
-  const double maximum = OptionalNumber(element, kMaximum).value_or(kInfinity);
+  const double minimum = OptionalNumber(element, StandardTags::XML_ATT_MINIMUM).value_or(-kInfinity);
+  const double maximum = OptionalNumber(element, StandardTags::XML_ATT_MAXIMUM).value_or(kInfinity);
   if (minimum <= maximum) return;
   Raise(MessageId::kValuesMismatch,
-        {OptionalText(element, kMinimum), kMinimum, OptionalText(element, kMaximum), kMaximum,
+        {OptionalText(element, StandardTags::XML_ATT_MINIMUM), StandardTags::XML_ATT_MINIMUM,
+         OptionalText(element, StandardTags::XML_ATT_MAXIMUM), StandardTags::XML_ATT_MAXIMUM,
          Tags::XML_ELE_COMPARISONMEASURE});
 }
 
@@ -84,8 +84,8 @@ const MeasureRow* FindRow(const DOMElement& child) {
 CompareFunction ReadCompareFunction(const DOMElement& element, CompareFunction usual) {
   const XMLCh* const text = Attribute(element, Tags::XML_ATT_COMPAREFUNCTION);
   if (IsEmpty(text)) return usual;
-  if (BaseTranslator::IsEqual(text, kTable))
-    Raise(MessageId::kUnsupportedValue, {kTable, Tags::XML_ATT_COMPAREFUNCTION});
+  if (BaseTranslator::IsEqual(text, Tags::XML_ATT_TABLE))
+    Raise(MessageId::kUnsupportedValue, {Tags::XML_ATT_TABLE, Tags::XML_ATT_COMPAREFUNCTION});
   return ReadKeyword(element, Tags::XML_ATT_COMPAREFUNCTION, kFunctions);
 }
 
@@ -105,14 +105,18 @@ Measure ReadMeasure(const DOMElement& element) {
     measure.denominator = row->denominator;
     if (row->aggregation == Aggregation::kMinkowski) measure.power = ReadPower(child);
     if (row->tag != std::string_view(Tags::XML_ELE_BINARYSIMILARITY)) return;
-    measure.numerator = {RequiredNumber(child, "c11-parameter"), RequiredNumber(child, "c10-parameter"),
-                         RequiredNumber(child, "c01-parameter"), RequiredNumber(child, "c00-parameter")};
-    measure.denominator = {RequiredNumber(child, "d11-parameter"), RequiredNumber(child, "d10-parameter"),
-                           RequiredNumber(child, "d01-parameter"), RequiredNumber(child, "d00-parameter")};
+    measure.numerator = {RequiredNumber(child, StandardTags::XML_ATT_C11PARAMETER),
+                         RequiredNumber(child, StandardTags::XML_ATT_C10PARAMETER),
+                         RequiredNumber(child, StandardTags::XML_ATT_C01PARAMETER),
+                         RequiredNumber(child, StandardTags::XML_ATT_C00PARAMETER)};
+    measure.denominator = {RequiredNumber(child, StandardTags::XML_ATT_D11PARAMETER),
+                           RequiredNumber(child, StandardTags::XML_ATT_D10PARAMETER),
+                           RequiredNumber(child, StandardTags::XML_ATT_D01PARAMETER),
+                           RequiredNumber(child, StandardTags::XML_ATT_D00PARAMETER)};
   });
   if (found == nullptr) Raise(MessageId::kNoChildElement, {Tags::XML_ELE_COMPARISONMEASURE});
   if (found->aggregation == Aggregation::kBinary && !measure.isSimilarity)
-    Raise(MessageId::kInvalidAttributeValueIn, {kDistance, Tags::XML_ATT_KIND, found->tag});
+    Raise(MessageId::kInvalidAttributeValueIn, {Tags::XML_ATT_DISTANCE, Tags::XML_ATT_KIND, found->tag});
   return measure;
 }
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

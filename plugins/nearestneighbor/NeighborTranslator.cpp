@@ -6,30 +6,26 @@
 #include "nearestneighbor/InstanceReader.h"
 #include "nearestneighbor/MeasureReader.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kKNNInputs = "KNNInputs";
-constexpr const char* kKNNInput = "KNNInput";
-constexpr const char* kFieldWeight = "fieldWeight";
-constexpr const char* kNumberOfNeighbors = "numberOfNeighbors";
-constexpr const char* kThreshold = "threshold";
-
 constexpr Keyword<ContinuousMethod> kContinuousMethods[] = {
-    {"average", ContinuousMethod::kAverage},
-    {"median", ContinuousMethod::kMedian},
-    {"weightedAverage", ContinuousMethod::kWeightedAverage},
+    {StandardTags::XML_VAL_AVERAGE, ContinuousMethod::kAverage},
+    {Tags::XML_ATT_VAL_MEDIAN, ContinuousMethod::kMedian},
+    {Tags::XML_ATT_VAL_WEIGHTED_AVERAGE, ContinuousMethod::kWeightedAverage},
 };
 
 constexpr Keyword<CategoricalMethod> kCategoricalMethods[] = {
-    {"majorityVote", CategoricalMethod::kMajorityVote},
-    {"weightedMajorityVote", CategoricalMethod::kWeightedMajorityVote},
+    {StandardTags::XML_VAL_MAJORITYVOTE, CategoricalMethod::kMajorityVote},
+    {StandardTags::XML_VAL_WEIGHTEDMAJORITYVOTE, CategoricalMethod::kWeightedMajorityVote},
 };
 
 // Which targets a function predicts.
@@ -40,10 +36,10 @@ struct FunctionRow {
 };
 
 constexpr FunctionRow kFunctions[] = {
-    {"classification", false, true},
-    {"regression", true, false},
-    {"mixed", true, true},
-    {"clustering", false, false},
+    {Tags::XML_VAL_MINING_CLASSIFICATION, false, true},
+    {Tags::XML_VAL_MINING_REGRESSION, true, false},
+    {StandardTags::XML_VAL_MIXED, true, true},
+    {Tags::XML_VAL_FUNCCLUSTERING, false, false},
 };
 
 // The number of the attribute, which is not below 0.
@@ -54,13 +50,17 @@ double ReadNotNegative(const DOMElement& element, const char* name, double usual
 }
 
 Scoring ReadScoring(const DOMElement& element) {
-  const int neighbors = BaseTranslator::VerifyInt(RequiredAttribute(element, kNumberOfNeighbors));
-  if (neighbors < 1) Raise(MessageId::kNotPositive, {std::to_string(neighbors), kNumberOfNeighbors});
+  const int neighbors =
+      BaseTranslator::VerifyInt(RequiredAttribute(element, StandardTags::XML_ATT_NUMBEROFNEIGHBORS));
+  if (neighbors < 1)
+    Raise(MessageId::kNotPositive, {std::to_string(neighbors), StandardTags::XML_ATT_NUMBEROFNEIGHBORS});
   Scoring scoring;
   scoring.neighborCount = static_cast<std::size_t>(neighbors);
-  scoring.continuous = ReadKeyword(element, "continuousScoringMethod", kContinuousMethods);
-  scoring.categorical = ReadKeyword(element, "categoricalScoringMethod", kCategoricalMethods);
-  scoring.threshold = ReadNotNegative(element, kThreshold, scoring.threshold);
+  scoring.continuous =
+      ReadKeyword(element, StandardTags::XML_ATT_CONTINUOUSSCORINGMETHOD, kContinuousMethods);
+  scoring.categorical =
+      ReadKeyword(element, StandardTags::XML_ATT_CATEGORICALSCORINGMETHOD, kCategoricalMethods);
+  scoring.threshold = ReadNotNegative(element, Tags::XML_ATT_THRESHOLD, scoring.threshold);
   return scoring;
 }
 
@@ -110,17 +110,20 @@ std::vector<ComparedField> NeighborTranslator::ReadInputs(const DOMElement& elem
   const DOMElement& measure = *BaseTranslator::GetChildByTag(&element, Tags::XML_ELE_COMPARISONMEASURE);
   const CompareFunction usual = ReadCompareFunction(measure, CompareFunction::kAbsDiff);
   std::vector<ComparedField> fields;
-  ForEachChildElement(BaseTranslator::GetChildByTagForced(&element, kKNNInputs),
-                      [&](const DOMElement& child) {
-                        if (!HasTag(child, kKNNInput)) return;
-                        const ComparedField field = ReadInput(child, usual, isBinary, model);
-                        if (std::ranges::find(fields, field.input, &ComparedField::input) != fields.end()) {
-                          Raise(MessageId::kDuplicateValueIn,
-                                {kKNNInput, model.GetInputs().GetVar(field.input).GetName(), kKNNInputs});
-                        }
-                        fields.push_back(field);
-                      });
-  if (fields.empty()) Raise(MessageId::kRequiredIn, {kKNNInput, kKNNInputs});
+  ForEachChildElement(
+      BaseTranslator::GetChildByTagForced(&element, StandardTags::XML_ELE_KNNINPUTS),
+      [&](const DOMElement& child) {
+        if (!HasTag(child, StandardTags::XML_ELE_KNNINPUT)) return;
+        const ComparedField field = ReadInput(child, usual, isBinary, model);
+        if (std::ranges::find(fields, field.input, &ComparedField::input) != fields.end()) {
+          Raise(MessageId::kDuplicateValueIn,
+                {StandardTags::XML_ELE_KNNINPUT, model.GetInputs().GetVar(field.input).GetName(),
+                 StandardTags::XML_ELE_KNNINPUTS});
+        }
+        fields.push_back(field);
+      });
+  if (fields.empty())
+    Raise(MessageId::kRequiredIn, {StandardTags::XML_ELE_KNNINPUT, StandardTags::XML_ELE_KNNINPUTS});
   return fields;
 }
 
@@ -132,7 +135,7 @@ ComparedField NeighborTranslator::ReadInput(const DOMElement& element, CompareFu
   const bool isNumber = !isBinary && !ComparesCategories(field.function);
   field.input =
       isNumber ? FindNumber(element, Tags::XML_ATT_FIELD, model) : FindInput(element, Tags::XML_ATT_FIELD);
-  field.weight = ReadNotNegative(element, kFieldWeight, field.weight);
+  field.weight = ReadNotNegative(element, Tags::XML_ATT_FIELDWEIGHT, field.weight);
   if (isBinary || field.function != CompareFunction::kGaussSim) return field;
   field.scale = BaseTranslator::VerifyDouble(RequiredAttribute(element, Tags::XML_ATT_SIMILARITYSCALE));
   if (!(field.scale > 0)) {
@@ -152,7 +155,7 @@ void NeighborTranslator::ReadMissingWeights(const DOMElement& element,
   if (numbers.size() != fields.size()) {
     Raise(MessageId::kNumbersMismatch,
           {std::to_string(numbers.size()), Tags::XML_ELE_VALUE, Tags::XML_ELE_MISSINGVALUEWEIGHTS,
-           std::to_string(fields.size()), kKNNInput, kKNNInputs});
+           std::to_string(fields.size()), StandardTags::XML_ELE_KNNINPUT, StandardTags::XML_ELE_KNNINPUTS});
   }
   for (std::size_t i = 0; i < fields.size(); ++i) {
     if (!(numbers[i] >= 0))

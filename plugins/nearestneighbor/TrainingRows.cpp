@@ -10,7 +10,7 @@
 
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {

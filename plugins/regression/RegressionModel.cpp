@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

@@ -7,7 +7,7 @@
 #include "common/Keywords.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 
@@ -16,22 +16,23 @@ using xercesc::DOMElement;
 
 namespace {
 
-constexpr const char* kTargetCategory = "targetCategory";
-constexpr const char* kModelType = "modelType";
-
 constexpr Keyword<Normalization> kNormalizations[] = {
-    {"none", Normalization::kNone},       {"simplemax", Normalization::kSimplemax},
-    {"softmax", Normalization::kSoftmax}, {"logit", Normalization::kLogit},
-    {"probit", Normalization::kProbit},   {"cloglog", Normalization::kCloglog},
-    {"exp", Normalization::kExp},         {"loglog", Normalization::kLoglog},
-    {"cauchit", Normalization::kCauchit},
+    {Tags::XML_VAL_NONE, Normalization::kNone},
+    {Tags::XML_VAL_SIMPLEMAX, Normalization::kSimplemax},
+    {Tags::XML_VAL_SOFTMAX, Normalization::kSoftmax},
+    {Tags::XML_VAL_RM_VALUE_LINK_LOGIT, Normalization::kLogit},
+    {Tags::XML_VAL_RM_VALUE_LINK_PROBIT, Normalization::kProbit},
+    {Tags::XML_VAL_RM_VALUE_LINK_CLOGLOG, Normalization::kCloglog},
+    {Tags::XML_ZENT_TRANFUNC_EXP, Normalization::kExp},
+    {Tags::XML_VAL_RM_VALUE_LINK_LOGLOG, Normalization::kLoglog},
+    {Tags::XML_VAL_RM_VALUE_LINK_CAUCHIT, Normalization::kCauchit},
 };
 
 // Classifiers of older documents say by their model type alone that the equations are logits.
 Normalization ReadNormalization(const DOMElement& element, bool isClassification) {
   const bool isGiven = !IsEmpty(Attribute(element, Tags::XML_ATT_NORMMATHOD));
   if (!isGiven && isClassification &&
-      BaseTranslator::IsEqual(Attribute(element, kModelType), Tags::XML_ATT_LOGISTICREGE)) {
+      BaseTranslator::IsEqual(Attribute(element, Tags::XML_ATT_RM_MODEL_TYPE), Tags::XML_ATT_LOGISTICREGE)) {
     return Normalization::kSoftmax;
   }
   return ReadKeyword(element, Tags::XML_ATT_NORMMATHOD, kNormalizations);
@@ -124,12 +125,13 @@ RegressionTranslator::CategoryTables RegressionTranslator::ReadCategoryTables(co
   read.tableOfCode.resize(static_cast<std::size_t>(read.known->Size()));
   ForEachChildElement(&element, [&](const DOMElement& child) {
     if (!HasTag(child, Tags::XML_ELE_REGTABLE)) return;
-    std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, kTargetCategory, target);
+    std::unique_ptr<ScoreValue> category = ReadTargetCategory(child, Tags::XML_ATT_PC_TARGET_CAT, target);
     const auto code = static_cast<std::size_t>(read.known->Add(*category));
     if (read.tableOfCode.size() <= code) read.tableOfCode.resize(code + 1);
     if (read.tableOfCode[code].has_value()) {
       Raise(MessageId::kDuplicateValueIn,
-            {kTargetCategory, ToString(Attribute(child, kTargetCategory)), Tags::XML_ELE_REGMODEL});
+            {Tags::XML_ATT_PC_TARGET_CAT, ToString(Attribute(child, Tags::XML_ATT_PC_TARGET_CAT)),
+             Tags::XML_ELE_REGMODEL});
     }
     read.tableOfCode[code] = read.tables.size();
     read.categories.push_back(std::move(category));

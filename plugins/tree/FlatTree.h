@@ -108,7 +108,7 @@ class FlatTree {
   bool returnsLastPrediction = false;  // when no child of a node is true
   double penalty = 1;                  // of a confidence, for each surrogate and default child
 
-  // --- Building: the root is node 0 ---
+  // --- Building: the root is node 0
 
   // Adds that many nodes side by side and returns the position of the first.
   std::int32_t AddNodes(std::size_t count);
@@ -120,7 +120,7 @@ class FlatTree {
   // Codes beyond the set are not in it.
   CodeSet AddCodes(const std::vector<std::int32_t>& codes);
 
-  // --- Reading ---
+  // --- Reading
 
   std::size_t Size() const { return fNodes.size(); }
   const NodeAnswer& Answer(std::int32_t node) const { return fAnswers[Index(node)]; }

@@ -5,21 +5,19 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "tree/NodeTests.h"
 #include "tree/TestPredicates.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
-
-constexpr const char* kProbability = "probability";
-constexpr const char* kPartition = "Partition";
-constexpr const char* kBinarySplit = "binarySplit";
 
 // A number that may not be negative; 0 when it is absent.
 double OptionalCount(const DOMElement& element, const char* name) {
@@ -102,7 +100,7 @@ void NodeReader::SortContent(const DOMElement& element) {
     } else if (HasTag(child, Tags::XML_ELE_REGRESSION) || HasTag(child, Tags::XML_ELE_DECISIONTREE)) {
       Raise(MessageId::kUnsupportedElement,
             {PMMLTranslator::ToString(child.getTagName()), Tags::XML_ELE_TREEMODEL});
-    } else if (!HasTag(child, Tags::XML_ELE_EXTENSION) && !HasTag(child, kPartition)) {
+    } else if (!HasTag(child, Tags::XML_ELE_EXTENSION) && !HasTag(child, Tags::XML_ELE_PARTITION)) {
       Raise(MessageId::kInvalidNodeIn, {PMMLTranslator::ToString(child.getTagName()), Tags::XML_ELE_NODE});
     }
   });
@@ -159,7 +157,7 @@ NodeReader::Distribution NodeReader::ReadDistribution(const DOMElement& element,
           {Tags::XML_ELE_SCOREDISTRIBUTION, PMMLTranslator::ToString(value), Tags::XML_ELE_NODE});
   }
   fLastNode[place] = stamp;
-  const std::optional<double> probability = OptionalShare(element, kProbability);
+  const std::optional<double> probability = OptionalShare(element, Tags::XML_ATT_NODE_PROBABILITY);
   const std::optional<double> confidence = OptionalShare(element, Tags::XML_ATT_CONFIDENCE);
   if (!probability.has_value()) RequiredAttribute(element, Tags::XML_ATT_RECORDCOUNT);
   const double recordCount = OptionalCount(element, Tags::XML_ATT_RECORDCOUNT);
@@ -181,7 +179,7 @@ void NodeReader::ReadDistributions(NodeAnswer& answer) {
   }
   const bool hasProbabilities = withProbability > 0;
   if (hasProbabilities && withProbability != fShares.size()) {
-    Raise(MessageId::kNotAllHaveAttribute, {Tags::XML_ELE_SCOREDISTRIBUTION, kProbability});
+    Raise(MessageId::kNotAllHaveAttribute, {Tags::XML_ELE_SCOREDISTRIBUTION, Tags::XML_ATT_NODE_PROBABILITY});
   }
   if (answer.recordCount == 0) answer.recordCount = records;
   if (!hasProbabilities && !(records > 0)) return;
@@ -205,8 +203,9 @@ void NodeReader::ReadChildren(const Pending& pending) {
   const std::size_t count = fContent.children.size();
   if (count == 0) return;
   if (fIsBinary && count != 2) {
-    Raise(MessageId::kElementNumberMismatch, {kBinarySplit, kSplitCharacteristic, std::to_string(count),
-                                              Tags::XML_ELE_NODE, Tags::XML_ELE_NODE});
+    Raise(MessageId::kElementNumberMismatch,
+          {StandardTags::XML_VAL_BINARYSPLIT, StandardTags::XML_ATT_SPLITCHARACTERISTIC,
+           std::to_string(count), Tags::XML_ELE_NODE, Tags::XML_ELE_NODE});
   }
   const std::int32_t first = fTree.AddNodes(count);
   fTree.SetChildren(pending.node, first, static_cast<std::int32_t>(count));

@@ -15,8 +15,6 @@ namespace KxVeyra_940::Plugin {
 
 class NodeReader {
  public:
-  static constexpr const char* kSplitCharacteristic = "splitCharacteristic";
-
   // Everything is lent; `target` may be null.
   NodeReader(const PMMLTranslator& translator, PredicateReader& predicateReader, NodeEvaluation evaluation,
              FlatTree& tree, bool isClassification, bool isBinary, const ScoreDictVar* target);

@@ -10,8 +10,8 @@
 #include "predicate/ConstantPredicates.h"
 #include "predicate/DiscreteSplit.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "tree/TestPredicates.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

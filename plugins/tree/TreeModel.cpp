@@ -6,8 +6,8 @@
 #include "predicate/CompoundPredicate.h"
 #include "predicate/SplitPredicate.h"
 #include "transform/TransformationDictionary.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940::Plugin {
 

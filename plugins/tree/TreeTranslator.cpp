@@ -4,29 +4,33 @@
 #include "error/Raise.h"
 #include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "tree/NodeReader.h"
 #include "tree/PredicateReader.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940::Plugin {
 
 namespace Tags = PMMLModelTags;
+namespace StandardTags = PMMLStandardTags;
 using xercesc::DOMElement;
 
 namespace {
 
 constexpr Keyword<MissingStrategy> kStrategies[] = {
-    {"none", MissingStrategy::kNone},
-    {"lastPrediction", MissingStrategy::kLastPrediction},
-    {"nullPrediction", MissingStrategy::kNullPrediction},
-    {"defaultChild", MissingStrategy::kDefaultChild},
-    {"weightedConfidence", MissingStrategy::kWeightedConfidence},
-    {"aggregateNodes", MissingStrategy::kAggregateNodes},
+    {Tags::XML_VAL_NONE, MissingStrategy::kNone},
+    {Tags::XML_VAL_LASTPREDICTION, MissingStrategy::kLastPrediction},
+    {Tags::XML_VAL_NULLPREDICTION, MissingStrategy::kNullPrediction},
+    {Tags::XML_VAL_DEFAULTCHILD, MissingStrategy::kDefaultChild},
+    {Tags::XML_VAL_WEIGHTEDCONFIDENCE, MissingStrategy::kWeightedConfidence},
+    {Tags::XML_VAL_AGGREGATENODES, MissingStrategy::kAggregateNodes},
 };
 
-constexpr Keyword<bool> kNoTrueChild[] = {{"returnNullPrediction", false}, {"returnLastPrediction", true}};
+constexpr Keyword<bool> kNoTrueChild[] = {{Tags::XML_VAL_RETURNNULLPREDICTION, false},
+                                          {Tags::XML_VAL_RETURNLASTPREDICTION, true}};
 
-constexpr Keyword<bool> kSplits[] = {{"multiSplit", false}, {"binarySplit", true}};
+constexpr Keyword<bool> kSplits[] = {{StandardTags::XML_VAL_MULTISPLIT, false},
+                                     {StandardTags::XML_VAL_BINARYSPLIT, true}};
 
 const DOMElement& FindRoot(const DOMElement& element) {
   const DOMElement* root = nullptr;
@@ -99,7 +103,7 @@ void TreeTranslator::BuildModel(const DOMElement& element, PluginModel& model) {
           {ToString(Attribute(element, Tags::XML_ATT_FUNCTIONNAME)), Tags::XML_ATT_FUNCTIONNAME});
   }
   FlatTree tree = ReadTree(element);
-  const bool isBinary = ReadKeyword(element, NodeReader::kSplitCharacteristic, kSplits);
+  const bool isBinary = ReadKeyword(element, StandardTags::XML_ATT_SPLITCHARACTERISTIC, kSplits);
   const DOMElement& root = FindRoot(element);
   NameDerivedInputs(root, model);
   PredicateReader predicateReader(*this, *model.GetDictionary(), model.GetTransformationDictionary(), root);

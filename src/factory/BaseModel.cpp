@@ -3,6 +3,8 @@
 #include <memory>
 
 #include "transform/TransformationDictionary.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940 {
 
@@ -14,12 +16,12 @@ struct MiningFunctionRow {
 };
 
 constexpr MiningFunctionRow kMiningFunctions[] = {
-    {"associationRules", BaseModel::kAssociationRules},
-    {"sequences", BaseModel::kSequences},
-    {"classification", BaseModel::kClassification},
-    {"regression", BaseModel::kRegression},
-    {"clustering", BaseModel::kClustering},
-    {"timeSeries", BaseModel::kTimeSeries},
+    {PMMLStandardTags::XML_VAL_ASSOCIATIONRULES, BaseModel::kAssociationRules},
+    {PMMLStandardTags::XML_VAL_SEQUENCES, BaseModel::kSequences},
+    {PMMLModelTags::XML_VAL_MINING_CLASSIFICATION, BaseModel::kClassification},
+    {PMMLModelTags::XML_VAL_MINING_REGRESSION, BaseModel::kRegression},
+    {PMMLModelTags::XML_VAL_FUNCCLUSTERING, BaseModel::kClustering},
+    {PMMLModelTags::XML_ATT_TIMESERIES, BaseModel::kTimeSeries},
 };
 
 // Result kinds that take no probability of each category, as a mask over the kinds 0 to 26.

@@ -12,8 +12,9 @@
 #include "factory/DocumentParserInternal.h"
 #include "factory/FactoryInternal.h"
 #include "transform/TransformationDictionary.h"
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/ScoreSax2Parser.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
@@ -31,7 +32,6 @@ using Names = std::vector<std::string>;
 
 constexpr const char* kMakeModel = "MakeModelFromXML";
 constexpr const char* kGetLibraryPath = "GetLibraryPath";
-constexpr const char* kNearestNeighborModel = "NearestNeighborModel";
 
 void FillCatalogueOnce(const Names& names) {
   const sfGuard lock(XercesLock, sfMutex::kWaitLock);
@@ -50,9 +50,9 @@ const RootRow* FindRoot(const std::string& tag) {
   static const RootRow kRoots[] = {
       {PMMLModelTags::XML_ELE_PMML, nullptr},
       {ZENTModelTags::XML_ELE_ZENTML.c_str(), nullptr},
-      {"Tree", "TreeModel"},
-      {"AssocLattice", nullptr},
-      {"SequentialAssociationLattice", nullptr},
+      {PMMLStandardTags::XML_ROOT_TREE, PMMLModelTags::XML_ELE_TREEMODEL},
+      {PMMLStandardTags::XML_ROOT_ASSOCLATTICE, nullptr},
+      {PMMLStandardTags::XML_ROOT_SEQUENTIALASSOCIATIONLATTICE, nullptr},
   };
   for (const RootRow& row : kRoots) {
     if (tag == row.tag) return &row;
@@ -65,7 +65,7 @@ std::string KindOfRoot(const RootRow& row, const DocumentParser& parser) {
   if (row.modelName != nullptr) return row.modelName;
   if (row.tag == ZENTModelTags::XML_ELE_ZENTML &&
       FindModelElement(parser.GetFirstElements(), {ZENTModelTags::XML_ELE_REGRESS_MODEL}) != nullptr) {
-    return "GeneralRegressionModel";
+    return PMMLModelTags::XML_ELE_REGRESSMODEL;
   }
   return {};
 }
@@ -121,14 +121,15 @@ void Rewind(std::istream& in) {
 // True, with the stream rewound either way, when the document holds a nearest-neighbour model: such models
 // are built from the stream, for their training instances may be large.
 bool IsNearestNeighborDocument(std::istream& in) {
-  const bool found = ScoreSax2Parser::IsModelType(kNearestNeighborModel, in);
+  const bool found = ScoreSax2Parser::IsModelType(PMMLModelTags::XML_ELE_KNNMODEL, in);
   Rewind(in);
   return found;
 }
 
 ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, const std::string& encoding,
                                       const std::string& auxPath) {
-  const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, kNearestNeighborModel);
+  const std::unique_ptr<ScoreTranslator> translator =
+      GetScoreTranslator(names, PMMLModelTags::XML_ELE_KNNMODEL);
   if (translator == nullptr) return nullptr;
   ScoreModel* model = Translate([&] { return translator->ParseFromTree(in, encoding, auxPath); });
   ScoringLog::GetInstance()->TraceText(1, "Make Model End");
@@ -144,8 +145,8 @@ std::string RootTag(const DOMElement& root) {
 // The plug-in of a model element that stands on its own; two element names of older documents have another.
 std::string PluginOfElement(const DOMElement& element) {
   const std::string tag = KxXML_940::ToUTF8(element.getTagName());
-  if (tag == "DecisionTree") return "TreeModel";
-  if (tag == "Regression") return "RegressionModel";
+  if (tag == PMMLModelTags::XML_ELE_DECISIONTREE) return PMMLModelTags::XML_ELE_TREEMODEL;
+  if (tag == PMMLModelTags::XML_ELE_REGRESSION) return PMMLModelTags::XML_ELE_REGMODEL;
   return tag;
 }
 
@@ -243,7 +244,7 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, ScoreDictionary* di
   const DOMElement& root = *document->getDocumentElement();
   const std::string tag = RootTag(root);
   const RootRow* row = FindRoot(tag);
-  const bool withDictionary = row == nullptr || tag == "PMML";
+  const bool withDictionary = row == nullptr || tag == PMMLModelTags::XML_ELE_PMML;
   return BuildFromDocument(modelNames, parser, withDictionary ? std::string() : KindOfRoot(*row, parser),
                            [&](ScoreTranslator& translator) {
                              return withDictionary ? translator.ParseFromTree(document, dictionary, encoding)

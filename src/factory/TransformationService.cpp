@@ -8,6 +8,7 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ModelFactory.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XercesWrapper.h"
 #include "xml/XmlText.h"
 
@@ -37,9 +38,9 @@ TransformationDictionary* ModelFactory::GetTransformationDictionaryFromXML(std::
   {
     xercesc::XercesDOMParser parser;
     const xercesc::DOMElement& root = *GetDocElement(parser, in, {})->getDocumentElement();
-    if (KxXML_940::EqualsAscii(root.getTagName(), "PMML")) {
-      auto* const fields = BaseTranslator::GetChildByTagForced(&root, "DataDictionary");
-      auto* const derived = BaseTranslator::GetChildByTagForced(&root, "TransformationDictionary");
+    if (KxXML_940::EqualsAscii(root.getTagName(), PMMLModelTags::XML_ELE_PMML)) {
+      auto* const fields = BaseTranslator::GetChildByTagForced(&root, PMMLModelTags::XML_ELE_DATADICTIONARY);
+      auto* const derived = BaseTranslator::GetChildByTagForced(&root, PMMLModelTags::XML_ELE_TRANSFORMATION);
       PMMLTranslator translator(encoding);
       dictionary = translator.ParseDictionary(fields, false);
       transformations.reset(translator.HandleTransformationDictionary(derived, dictionary));

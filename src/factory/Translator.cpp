@@ -5,6 +5,7 @@
 #include "error/Raise.h"
 #include "factory/DynamicLibrary.h"
 #include "factory/FactoryInternal.h"
+#include "vocabulary/PMMLStandardTags.h"
 
 namespace KxVeyra_940 {
 
@@ -40,7 +41,9 @@ std::unique_ptr<ScoreTranslator> GetScoreTranslator(const std::vector<std::strin
 std::unique_ptr<ScoreTranslator> GetNamedTranslator(const std::vector<std::string>& names,
                                                     const std::string& modelName) {
   // Lattices are built by the plug-in of association models; messages keep the document's name.
-  const std::string pluginName = modelName == "AssociationModelLattice" ? "AssociationModel" : modelName;
+  const std::string pluginName = modelName == PMMLStandardTags::XML_ELE_ASSOCIATIONMODELLATTICE
+                                     ? PMMLStandardTags::XML_ELE_ASSOCIATIONMODEL
+                                     : modelName;
   VYDynamicLoadedLibrary library(PluginPath(pluginName), VYDynamicLoadedLibrary::kLazyMode);
   std::unique_ptr<ScoreTranslator> translator(FindEntry(library, modelName)());
   if (translator == nullptr) Raise(MessageId::kNoPlugin, {modelName});

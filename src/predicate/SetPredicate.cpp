@@ -2,13 +2,15 @@
 
 #include <ostream>
 
+#include "vocabulary/PMMLModelTags.h"
+
 namespace KxVeyra_940 {
 
 SetPredicate::SetPredicate(ScoreSplitVar* split) : SplitPredicate(split) {}
 SetPredicate::~SetPredicate() = default;
 
 void SetPredicate::SetPredicateOperator(const std::string& text) {
-  fOperator = text == "isIn" ? kIsIn : kIsNotIn;
+  fOperator = text == PMMLModelTags::XML_ZENT_TRANFUNC_ISIN ? kIsIn : kIsNotIn;
 }
 
 void SetPredicate::SetArrayData(const std::vector<double>& data) {

@@ -4,13 +4,19 @@
 #include <memory>
 #include <ostream>
 
+#include "vocabulary/PMMLModelTags.h"
+
 namespace KxVeyra_940 {
 
 namespace {
 
+using namespace PMMLModelTags;
+
 // By code; any other text has the last one too.
-constexpr const char* kOperators[] = {"equal",       "notEqual",       "lessThan",  "lessOrEqual",
-                                      "greaterThan", "greaterOrEqual", "isMissing", "isNotMissing"};
+constexpr const char* kOperators[] = {XML_VAL_OPERATOR_EQUAL,       XML_VAL_OPERATOR_NOTEQUAL,
+                                      XML_VAL_OPERATOR_LESSTHAN,    XML_VAL_OPERATOR_LESSOREQUAL,
+                                      XML_VAL_OPERATOR_GREATERTHAN, XML_VAL_OPERATOR_GREATEROREQUAL,
+                                      XML_VAL_OPERATOR_ISMISSING,   XML_VAL_OPERATOR_ISNOTMISSING};
 static_assert(std::size(kOperators) == SimplePredicate::kIsNotMissing + 1);
 
 }  // namespace

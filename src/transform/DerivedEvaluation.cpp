@@ -144,7 +144,6 @@ void TransformVar::ComputeInto(Operand& out, const CaseContext& context) const {
 }
 
 // --- The result in the variable's type
-// ------------------------------------------------------------------------
 
 void TransformVar::SetConstant() const {
   fState->result = nullptr;
@@ -214,7 +213,6 @@ void TransformVar::StoreText(std::string_view text) const {
 }
 
 // --- Expressions of one field
-// -----------------------------------------------------------------------------------
 
 void TransformVar::ReferTo(const ScoreDictVar* source, const ScoreValue* value, Operand& out) const {
   const ScoreValue* const replacement = fRecodeMissValueTo.Get();

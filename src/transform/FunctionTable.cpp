@@ -12,17 +12,19 @@
 #include "transform/FunctionCallInternal.h"
 #include "transform/TextFunctions.h"
 #include "transform/TransformationDictionary.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940 {
 
 namespace {
 
+using namespace PMMLModelTags;
 using T = TransformationDictionary;
 using Call = FunctionCall;
 
 constexpr double kMissing = NumericValue::gSysmisValue;
 
-// --- Adapters: how a call reaches a function of numbers --------------------------------------------------
+// --- Adapters: how a call reaches a function of numbers
 
 Outcome Answer(Call& call, double number) {
   call.result.SetNumber(number);
@@ -68,7 +70,6 @@ Outcome Median(Call& call) {
 }
 
 // --- Arithmetic that needs no test of missing operands: they are settled before
-// -----------------------------
 
 double Add(double a, double b) { return a + b; }
 double Subtract(double a, double b) { return a - b; }
@@ -77,7 +78,6 @@ double Divide(double a, double b) { return b == 0 ? kMissing : a / b; }
 double RealPower(double x, double y) { return std::pow(x, y); }
 
 // --- Dates and times
-// ----------------------------------------------------------------------------------------
 
 using Duration = double (DateTimeValue::*)(const DateTimeValue&) const;
 using Part = double (DateTimeValue::*)() const;
@@ -98,7 +98,6 @@ Outcome PartOf(Call& call) {
 }
 
 // --- Comparisons and logic
-// ----------------------------------------------------------------------------------
 
 // An operand as the value that it was, for pairs that are no two numbers.
 class AsValue {
@@ -249,7 +248,6 @@ Outcome TakeOver(Call& call) {
 constexpr FunctionBody Unchanged{TakeOver, [](double x, double, double) { return x; }, 1};
 
 // --- Texts
-// ----------------------------------------------------------------------------------------------------
 
 using TextMap = std::int64_t (*)(std::string_view, std::int64_t, std::string&);
 
@@ -319,7 +317,6 @@ Outcome Length(Call& call) {
 }
 
 // --- Recodings
-// --------------------------------------------------------------------------------------------------
 
 Outcome Outlier(Call& call) {
   if (call.Count() != 6) return Outcome::kNoResult;
@@ -348,7 +345,6 @@ Outcome Impute(Call& call) {
 }
 
 // --- The table
-// --------------------------------------------------------------------------------------------------
 
 constexpr unsigned kNumeric = kNumericInputFunction | kNumericOutputFunction;
 constexpr unsigned kA = kArithmeticFunction | kNumeric;
@@ -372,85 +368,85 @@ constexpr auto kArg = ResultRule::kOfTheOperand;
 
 // clang-format off
 constexpr FunctionRow kFunctions[] = {
-    {TF_ADDITION, "+", nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Add>},
-    {TF_SUBTRACTION, "-", nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Subtract>},
-    {TF_MULTIPLY, "*", nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Times>},
-    {TF_DIVISION, "/", nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Divide>},
-    {TF_POW, "pow", nullptr, kM, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<RealPower>},
-    {TF_ABS, "abs", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Abs>},
-    {TF_EXP, "exp", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Exp>},
-    {TF_LOG10, "log10", "lg10", kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Log10>},
-    {TF_LN, "ln", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Ln>},
-    {TF_MOD, "mod", nullptr, kM, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<T::Mod>},
-    {TF_ROUND, "round", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Unary<T::Rnd>},
-    {TF_SQRT, "sqrt", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Sqrt>},
-    {TF_TRUNC, "trunc", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Unary<T::Trunc>},
-    {TF_FLOOR, "floor", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Floor>},
-    {TF_CEIL, "ceil", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Ceil>},
-    {TF_PRODUCT, "product", nullptr, kM, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::ProductOperator>}},
-    {TF_MIN, "min", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Min>}},
-    {TF_MAX, "max", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Max>}},
-    {TF_MEAN, "mean", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
-    {TF_AVG, "avg", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
-    {TF_MEDIAN, "median", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {Median}},
-    {TF_SUM, "sum", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sum>}},
-    {TF_SD, "sd", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sd>}},
-    {TF_VARIANCE, "variance", nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Variance>}},
-    {TF_CDF_NORMAL, "cdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
-    {TF_CDFNORM, "cdfnorm", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::CdfNorm>},
-    {TF_IDF_NORMAL, "idf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
-    {TF_PDF_NORMAL, "pdf.normal", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
-    {TF_DATE_YEARS_DIFFERENCE, "date_years_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationYears>}},
-    {TF_DATE_MONTHS_DIFFERENCE, "date_months_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMonths>}},
-    {TF_DATE_DAYS_DIFFERENCE, "date_days_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationDays>}},
-    {TF_YEAR_FROM_DATE, "year-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractYear>}},
-    {TF_MONTH_FROM_DATE, "month-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMonth>}},
-    {TF_DAY_FROM_DATE, "day-from-date", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractDay>}},
-    {TF_TIME_HOURS_DIFFERENCE, "time_hours_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationHours>}},
-    {TF_TIME_MINUTES_DIFFERENCE, "time_minutes_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMinutes>}},
-    {TF_TIME_SECONDS_DIFFERENCE, "time_seconds_difference", nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationSeconds>}},
-    {TF_HOUR_FROM_TIME, "hour-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractHour>}},
-    {TF_MINUTE_FROM_TIME, "minute-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMinute>}},
-    {TF_SECOND_FROM_TIME, "second-from-time", nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractSecond>}},
-    {TF_ISMISSING, "isMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<true>}},
-    {TF_ISNOTMISSING, "isNotMissing", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<false>}},
-    {TF_EQUAL, "equal", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<true>},
-    {TF_NOTEQUAL, "notEqual", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<false>},
-    {TF_LESSTHAN, "lessThan", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLess>},
-    {TF_LESSOREQUAL, "lessOrEqual", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLessOrEqual>},
-    {TF_GREATERTHAN, "greaterThan", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreater>},
-    {TF_GREATEROREQUAL, "greaterOrEqual", nullptr, kNoFunctionClass, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreaterOrEqual>},
-    {TF_ISIN, "isIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<true>}},
-    {TF_ISNOTIN, "isNotIn", nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<false>}},
-    {TF_AND, "and", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kConjunction, kNum, false, And},
-    {TF_OR, "or", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kDisjunction, kNum, false, Or},
-    {TF_NOT, "not", nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kAnyDecides, kNum, false, Not},
-    {TF_MATCHES, "matches", nullptr, kL, 2, kAnything, Op::kTexts, Mi::kAnyDecides, kNum, false, {Matches}},
-    {TF_LOWERCASE, "lowercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
-    {TF_UPPERCASE, "uppercase", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<UpperCase>}},
-    {TF_LOWER, "lower", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
-    {TF_CONCAT, "concat", nullptr, kStr, kAny, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Concat}},
-    {TF_REPLACE, "replace", nullptr, kStr, 3, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Replace}},
-    {TF_LTRIM, "ltrim", nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimLeading>}},
-    {TF_RTRIM, "rtrim", "trimend", kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimEnd>}},
-    {TF_SUBSTR, "substr", nullptr, kStr, 2, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substr}},
-    {TF_SUBSTRING, "substring", nullptr, kNoFunctionClass, 3, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substring}},
-    {TF_LENGTH, "length", nullptr, kStringInputFunction | kNumericOutputFunction, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kNum, false, {Length}},
-    {TF_IF, "if", nullptr, kMix | kMixedOutputFunction, kFree, kAnything, Op::kFirstIsNumber, Mi::kCondition, kArg, false, If},
-    {TF_VALUE, "value", nullptr, kMix | kMixedOutputFunction, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
-    {TF_THRESHOLD, "threshold", nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Binary<T::Threshold>},
-    {TF_SYSMIS, "sysmis", nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kNeverDecides, kNum, false, {SystemMissing}},
-    {TF_RECAST_TO_ORDINAL, "recast_to_ordinal", nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
-    {TF_RECAST_TO_SCALE, "recast_to_scale", nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
-    {TF_OUTLIERHANDLE, "outlierHandle", nullptr, kNumeric, 6, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, {Outlier}},
-    {TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, "imputeCatFieldMissingAgainstConTarget", nullptr, kNumeric, kFree, kNumbers, Op::kAsTheyAre, Mi::kNeverDecides, kArg, false, {Impute}},
-    {TF_NORMALCDF, "normalCDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
-    {TF_NORMALPDF, "normalPDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
-    {TF_STDNORMALCDF, "stdNormalCDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalCDF>}},
-    {TF_STDNORMALPDF, "stdNormalPDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalPDF>}},
-    {TF_ERF, "erf", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::Erf>}},
-    {TF_NORMALIDF, "normalIDF", nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
-    {TF_STDNORMALIDF, "stdNormalIDF", nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalIDF>}},
+    {TF_ADDITION, XML_ZENT_TRANFUNC_ADDITION, nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Add>},
+    {TF_SUBTRACTION, XML_ZENT_TRANFUNC_SUBTRACTION, nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Subtract>},
+    {TF_MULTIPLY, XML_ZENT_TRANFUNC_MULTIPLY, nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Times>},
+    {TF_DIVISION, XML_ZENT_TRANFUNC_DEVISION, nullptr, kA, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<Divide>},
+    {TF_POW, XML_ZENT_TRANFUNC_POW, nullptr, kM, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<RealPower>},
+    {TF_ABS, XML_ZENT_TRANFUNC_ABS, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Abs>},
+    {TF_EXP, XML_ZENT_TRANFUNC_EXP, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Exp>},
+    {TF_LOG10, XML_ZENT_TRANFUNC_LOG10, XML_ZENT_TRANFUNC_LG10, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Log10>},
+    {TF_LN, XML_ZENT_TRANFUNC_LN, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Ln>},
+    {TF_MOD, XML_ZENT_TRANFUNC_MOD, nullptr, kM, 2, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Binary<T::Mod>},
+    {TF_ROUND, XML_ZENT_TRANFUNC_RND, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Unary<T::Rnd>},
+    {TF_SQRT, XML_ZENT_TRANFUNC_SQRT, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Sqrt>},
+    {TF_TRUNC, XML_ZENT_TRANFUNC_TRUNC, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Unary<T::Trunc>},
+    {TF_FLOOR, XML_ZENT_TRANFUNC_FLOOR, nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Floor>},
+    {TF_CEIL, XML_ZENT_TRANFUNC_CEIL, nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::Ceil>},
+    {TF_PRODUCT, XML_ZENT_TRANFUNC_PRODUCT, nullptr, kM, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::ProductOperator>}},
+    {TF_MIN, XML_ZENT_TRANFUNC_MIN, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Min>}},
+    {TF_MAX, XML_ZENT_TRANFUNC_MAX, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Max>}},
+    {TF_MEAN, XML_ZENT_TRANFUNC_MEAN, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
+    {TF_AVG, XML_ZENT_TRANFUNC_AVG, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Mean>}},
+    {TF_MEDIAN, XML_ZENT_TRANFUNC_MEDIAN, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {Median}},
+    {TF_SUM, XML_ZENT_TRANFUNC_SUM, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sum>}},
+    {TF_SD, XML_ZENT_TRANFUNC_SD, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Sd>}},
+    {TF_VARIANCE, XML_ZENT_TRANFUNC_VARIANCE, nullptr, kS, kAny, kNumbers, Op::kNumbers, Mi::kSkipped, kNum, false, {List<T::Variance>}},
+    {TF_CDF_NORMAL, XML_ZENT_TRANFUNC_CDFNORMAL, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
+    {TF_CDFNORM, XML_ZENT_TRANFUNC_CDFNORM, nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, Unary<T::CdfNorm>},
+    {TF_IDF_NORMAL, XML_ZENT_TRANFUNC_IDFNORMAL, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
+    {TF_PDF_NORMAL, XML_ZENT_TRANFUNC_PDFNORMAL, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
+    {TF_DATE_YEARS_DIFFERENCE, XML_ZENT_TRANFUNC_DATE_YEARS_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationYears>}},
+    {TF_DATE_MONTHS_DIFFERENCE, XML_ZENT_TRANFUNC_DATE_MONTHS_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMonths>}},
+    {TF_DATE_DAYS_DIFFERENCE, XML_ZENT_TRANFUNC_DATE_DAYS_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationDays>}},
+    {TF_YEAR_FROM_DATE, XML_ZENT_TRANFUNC_YEAR_FROM_DATE, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractYear>}},
+    {TF_MONTH_FROM_DATE, XML_ZENT_TRANFUNC_MONTH_FROM_DATE, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMonth>}},
+    {TF_DAY_FROM_DATE, XML_ZENT_TRANFUNC_DAY_FROM_DATE, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractDay>}},
+    {TF_TIME_HOURS_DIFFERENCE, XML_ZENT_TRANFUNC_TIME_HOURS_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationHours>}},
+    {TF_TIME_MINUTES_DIFFERENCE, XML_ZENT_TRANFUNC_TIME_MINUTES_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationMinutes>}},
+    {TF_TIME_SECONDS_DIFFERENCE, XML_ZENT_TRANFUNC_TIME_SECONDS_DIFFERENCE, nullptr, kD, 2, kNumbers, Op::kThenNumbers, Mi::kAnyDecides, kNum, false, {Difference<&DateTimeValue::ComputeDurationSeconds>}},
+    {TF_HOUR_FROM_TIME, XML_ZENT_TRANFUNC_HOUR_FROM_TIME, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractHour>}},
+    {TF_MINUTE_FROM_TIME, XML_ZENT_TRANFUNC_MINUTE_FROM_TIME, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractMinute>}},
+    {TF_SECOND_FROM_TIME, XML_ZENT_TRANFUNC_SECOND_FROM_TIME, nullptr, kD, 1, kNumbers, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, {PartOf<&DateTimeValue::ExtractSecond>}},
+    {TF_ISMISSING, XML_ZENT_TRANFUNC_ISMISSING, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<true>}},
+    {TF_ISNOTMISSING, XML_ZENT_TRANFUNC_ISNOTMISSING, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kNeverDecides, kNum, false, {CountsAsMissing<false>}},
+    {TF_EQUAL, XML_ZENT_TRANFUNC_EQUAL, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<true>},
+    {TF_NOTEQUAL, XML_ZENT_TRANFUNC_NOTEQUAL, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Equal<false>},
+    {TF_LESSTHAN, XML_ZENT_TRANFUNC_LESSTHAN, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLess>},
+    {TF_LESSOREQUAL, XML_ZENT_TRANFUNC_LESSOREQUAL, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kLessOrEqual>},
+    {TF_GREATERTHAN, XML_ZENT_TRANFUNC_GREATERTHAN, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreater>},
+    {TF_GREATEROREQUAL, XML_ZENT_TRANFUNC_GREATEROREQUAL, nullptr, kNoFunctionClass, kFree, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kNum, false, Compare<Order::kGreaterOrEqual>},
+    {TF_ISIN, XML_ZENT_TRANFUNC_ISIN, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<true>}},
+    {TF_ISNOTIN, XML_ZENT_TRANFUNC_ISNOTIN, nullptr, kL, kFree, kAnything, Op::kAsTheyAre, Mi::kFirstDecides, kNum, false, {IsMember<false>}},
+    {TF_AND, XML_ZENT_TRANFUNC_AND, nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kConjunction, kNum, false, And},
+    {TF_OR, XML_ZENT_TRANFUNC_OR, nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kDisjunction, kNum, false, Or},
+    {TF_NOT, XML_ZENT_TRANFUNC_NOT, nullptr, kL, kFree, kAnything, Op::kNumbers, Mi::kAnyDecides, kNum, false, Not},
+    {TF_MATCHES, XML_ZENT_TRANFUNC_MATCHES, nullptr, kL, 2, kAnything, Op::kTexts, Mi::kAnyDecides, kNum, false, {Matches}},
+    {TF_LOWERCASE, XML_ZENT_TRANFUNC_LOWERCASE, nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
+    {TF_UPPERCASE, XML_ZENT_TRANFUNC_UPCASE, nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<UpperCase>}},
+    {TF_LOWER, XML_ZENT_TRANFUNC_LOWER, nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<LowerCase>}},
+    {TF_CONCAT, XML_ZENT_TRANFUNC_CONCAT, nullptr, kStr, kAny, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Concat}},
+    {TF_REPLACE, XML_ZENT_TRANFUNC_REPLACE, nullptr, kStr, 3, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {Replace}},
+    {TF_LTRIM, XML_ZENT_TRANFUNC_LTRIM, nullptr, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimLeading>}},
+    {TF_RTRIM, XML_ZENT_TRANFUNC_RTRIM, XML_ZENT_TRANFUNC_TRIMEND, kStr, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kTxt, false, {MapText<TrimEnd>}},
+    {TF_SUBSTR, XML_ZENT_TRANFUNC_SUBSTR, nullptr, kStr, 2, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substr}},
+    {TF_SUBSTRING, XML_ZENT_TRANFUNC_SUBSTRING, nullptr, kNoFunctionClass, 3, kTextThenNumbers, Op::kTextThenNumbers, Mi::kAnyDecides, kTxt, false, {Substring}},
+    {TF_LENGTH, XML_ZENT_TRANFUNC_LENGTH, nullptr, kStringInputFunction | kNumericOutputFunction, 1, kTexts, Op::kTexts, Mi::kAnyDecides, kNum, false, {Length}},
+    {TF_IF, XML_ZENT_TRANFUNC_IF, nullptr, kMix | kMixedOutputFunction, kFree, kAnything, Op::kFirstIsNumber, Mi::kCondition, kArg, false, If},
+    {TF_VALUE, XML_ZENT_TRANFUNC_VALUE, nullptr, kMix | kMixedOutputFunction, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
+    {TF_THRESHOLD, XML_ZENT_TRANFUNC_THRESHOLD, nullptr, kM, kFree, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, Binary<T::Threshold>},
+    {TF_SYSMIS, XML_ZENT_TRANFUNC_SYSMIS, nullptr, kM, 1, kNumbers, Op::kNumbers, Mi::kNeverDecides, kNum, false, {SystemMissing}},
+    {TF_RECAST_TO_ORDINAL, XML_ZENT_TRANFUNC_RECAST_TO_ORDINAL, nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
+    {TF_RECAST_TO_SCALE, XML_ZENT_TRANFUNC_RECAST_TO_SCALE, nullptr, kMix, 1, kAnything, Op::kAsTheyAre, Mi::kAnyDecides, kArg, false, Unchanged},
+    {TF_OUTLIERHANDLE, XML_ZENT_TRANFUNC_OUTLIERHANDLE, nullptr, kNumeric, 6, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, false, {Outlier}},
+    {TF_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, XML_ZENT_TRANFUNC_IMPUTECATFIELDMISSINGAGAINSTCONTARGET, nullptr, kNumeric, kFree, kNumbers, Op::kAsTheyAre, Mi::kNeverDecides, kArg, false, {Impute}},
+    {TF_NORMALCDF, XML_ELE_TRANFUNC_NORMALCDF, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::CdfNormal>}},
+    {TF_NORMALPDF, XML_ELE_TRANFUNC_NORMALPDF, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::PdfNormal>}},
+    {TF_STDNORMALCDF, XML_ELE_TRANFUNC_STDNORMALCDF, nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalCDF>}},
+    {TF_STDNORMALPDF, XML_ELE_TRANFUNC_STDNORMALPDF, nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalPDF>}},
+    {TF_ERF, XML_ELE_TRANFUNC_ERF, nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::Erf>}},
+    {TF_NORMALIDF, XML_ELE_TRANFUNC_NORMALIDF, nullptr, kS, 3, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::IdfNormal>}},
+    {TF_STDNORMALIDF, XML_ELE_TRANFUNC_STDNORMALIDF, nullptr, kS, 1, kNumbers, Op::kNumbers, Mi::kAnyDecides, kNum, kDomain, {List<T::stdNormalIDF>}},
 };
 // clang-format on
 
@@ -461,6 +457,20 @@ consteval bool IsInNumberOrder() {
   return number == kTransformFunctionCount;
 }
 static_assert(IsInNumberOrder());
+
+// The map of names would pass over a second one.
+consteval bool AreNamesUnique() {
+  std::array<std::string_view, 2 * std::size(kFunctions)> names;
+  std::size_t count = 0;
+  for (const FunctionRow& row : kFunctions) {
+    names[count++] = row.name;
+    if (row.alternative != nullptr) names[count++] = row.alternative;
+  }
+  const auto last = names.begin() + static_cast<std::ptrdiff_t>(count);
+  std::sort(names.begin(), last);
+  return std::adjacent_find(names.begin(), last) == last;
+}
+static_assert(AreNamesUnique());
 
 using NameMap = std::unordered_map<std::string_view, const FunctionRow*>;
 

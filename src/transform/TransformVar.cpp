@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "transform/TransformVarInternal.h"
+#include "vocabulary/PMMLModelTags.h"
 
 namespace KxVeyra_940 {
 
@@ -17,9 +18,9 @@ struct OutlierRow {
   TransformVar::OutlierTreatment treatment;
 };
 constexpr OutlierRow kOutlierTreatments[] = {
-    {"asIs", TransformVar::kAsIs},
-    {"asMissingValues", TransformVar::kAsMissingValues},
-    {"asExtremeValues", TransformVar::kAsExtremeValues},
+    {PMMLModelTags::XML_VAL_MININGFIELD_OUTLIERS_ASIS, TransformVar::kAsIs},
+    {PMMLModelTags::XML_VAL_MININGFIELD_OUTLIERS_ASMISS, TransformVar::kAsMissingValues},
+    {PMMLModelTags::XML_VAL_MININGFIELD_OUTLIERS_ASEXTREME, TransformVar::kAsExtremeValues},
 };
 
 // By expression.
@@ -105,7 +106,7 @@ void TransformVar::Display(std::ostream& out) const {
   if (!fBins.empty()) out << "Bin values\n";
   for (const Bin& bin : fBins) {
     bin.range->Display(out);
-    out << (bin.value ? bin.value->GetString() : "recodeIntervalCopy") << '\n';
+    out << (bin.value ? bin.value->GetString() : PMMLModelTags::XML_ATT_TRAN_EXT_NAME_INTERVALCOPY) << '\n';
   }
   out << "Original values and its encoded values\n";
   for (const auto& [source, encoded] : fEncodingMap)

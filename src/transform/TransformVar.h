@@ -63,7 +63,7 @@ class VEYRA_API TransformVar : public DictVar {
   const ScoreValue* GetTransformedValue(const ScoreCaseRecord* input, const ScoreDictionary* dataDictionary,
                                         const ScoreDictionary* transformations) const;
 
-  // --- What a translator sets ------------------------------------------------------------------------------
+  // --- What a translator sets
 
   void AddFieldNameAndTransExpression(const std::string& name, TransExpression expression);
   void SetRoot(FunctionTree* root);  // takes it
@@ -88,7 +88,6 @@ class VEYRA_API TransformVar : public DictVar {
   void SetRecodeIntervalCopy(ScoreValueRange* range) { fRecodeIntervalCopy.Replace(range); }  // takes it
 
   // --- Read access: what is lent lives as long as the variable
-  // -------------------------------------------------
 
   const std::string& GetFieldName() const { return fFieldName; }
   TransExpression GetTransExpression() const { return fExpression; }
@@ -116,7 +115,6 @@ class VEYRA_API TransformVar : public DictVar {
   double CalculateNormAsExtremeValues(double x) const;
 
   // --- For the evaluation
-  // ------------------------------------------------------------------------------------
 
   // The names of the fields that the value depends on.
   std::vector<std::string> GetReads() const;

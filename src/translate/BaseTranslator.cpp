@@ -13,7 +13,7 @@
 #include "data/StringValue.h"
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
@@ -30,7 +30,6 @@ using xercesc::DOMNodeList;
 
 constexpr char kDefaultEncoding[] = "UTF-8";
 constexpr char kEncodingArgument[] = "encoding";
-constexpr char kDateTimeType[] = "dateTime";
 
 // A DOM text in UTF-8: short ASCII ones, which numbers are, stay on the stack.
 class NarrowText {
@@ -142,7 +141,7 @@ int ReadInteger(std::string_view text) {
 
 double NumberOfDateTime(const std::string& text, ScoreDictVar::DateTimeType type) {
   if (!DateTimeValue::IsValidDateTime(text, type))
-    Raise(MessageId::kInvalidValueOfType, {text, kDateTimeType});
+    Raise(MessageId::kInvalidValueOfType, {text, XML_VAL_DATETIME});
   return DateTimeValue(text, type).GetDoubleValue(type);
 }
 

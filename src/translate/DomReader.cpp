@@ -7,7 +7,7 @@
 
 #include "error/Raise.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

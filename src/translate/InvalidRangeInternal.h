@@ -5,8 +5,8 @@
 
 #include "data/NumericValue.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

@@ -4,8 +4,8 @@
 #include <iterator>
 
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 
 namespace KxVeyra_940 {
 

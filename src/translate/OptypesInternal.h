@@ -4,8 +4,8 @@
 #define VEYRA_TRANSLATE_OPTYPESINTERNAL_H_
 
 #include "error/Raise.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ScoreDictVar.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

@@ -9,8 +9,8 @@
 #include "transform/FunctionTreeImp.h"
 #include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

@@ -6,9 +6,9 @@
 
 #include "error/Raise.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/ScoreEncoder.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
@@ -21,7 +21,6 @@ using KxXML_940::View;
 using xercesc::DOMElement;
 
 constexpr char kArrayOrRow[] = "Array, x-BasisRow,X-BasisRow";
-constexpr char kItem[] = "Value";
 constexpr char16_t kWhiteSpace[] = u" \t\n\r";
 constexpr char16_t kEscapedQuote[] = u"\\\"";
 
@@ -43,7 +42,7 @@ std::size_t CountRuns(std::u16string_view text) {
 
 void RequireItems(std::u16string_view text) {
   if (text.find_first_not_of(kWhiteSpace) == std::u16string_view::npos)
-    Raise(MessageId::kEmptyIn, {kItem, XML_ELE_ARRAY});
+    Raise(MessageId::kEmptyIn, {XML_ELE_VALUE, XML_ELE_ARRAY});
 }
 
 [[noreturn]] void RaiseSizeMismatch(int expected, std::size_t found) {

@@ -21,10 +21,11 @@
 #include "translate/DomReader.h"
 #include "translate/InvalidRangeInternal.h"
 #include "translate/OptypesInternal.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/ValueSetsInternal.h"
 #include "translate/VariablesInternal.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 
@@ -38,9 +39,6 @@ using KxXML_940::View;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 
-constexpr char kNoSpaceTrim[] = "noSpaceTrim";
-constexpr char kMeasure[] = "measure";
-constexpr char kFlagTrueValue[] = "flagTypeTrueValue";
 constexpr char kExtensionOrValue[] = "Extension, Value";
 constexpr char kInvalidRangePair[] = "invalidRangeLower, invalidRangeUpper";
 
@@ -180,9 +178,10 @@ std::unique_ptr<DictVar> FieldReader::Read() {
 void FieldReader::ReadFieldExtension(const DOMElement& extension) {
   const XMLCh* name = Attribute(extension, XML_ATT_EXT_NAME);
   const XMLCh* value = Attribute(extension, XML_ATT_EXT_VALUE);
-  if (EqualsAscii(name, kNoSpaceTrim)) {
+  if (EqualsAscii(name, PMMLStandardTags::XML_EXT_NAME_NOSPACETRIM)) {
     if (EqualsAscii(value, XML_ATT_EXT_VALUE_VALUE_TRUE)) fNoSpaceTrim = true;
-  } else if (EqualsAscii(name, XML_ELE_XMEASURE) || EqualsAscii(name, kMeasure)) {
+  } else if (EqualsAscii(name, XML_ELE_XMEASURE) ||
+             EqualsAscii(name, PMMLStandardTags::XML_EXT_NAME_MEASURE)) {
     SetMeasure(value);
   } else if (EqualsAscii(name, XML_ATT_STORAGETYPE) && IsEmpty(fStorageType)) {
     fStorageType = value;
@@ -279,7 +278,7 @@ void FieldReader::ReadValueExtension(const DOMElement& extension) {
   } else if (EqualsAscii(name, XML_VAL_NAME_DECIMAL)) {
     const int decimals = PMMLTranslator::VerifyInt(value);
     if (decimals >= 0 || IsContinuous()) fVariable->SetDecimal(decimals);
-  } else if (EqualsAscii(name, kFlagTrueValue) && !IsContinuous()) {
+  } else if (EqualsAscii(name, PMMLStandardTags::XML_EXT_NAME_FLAGTYPETRUEVALUE) && !IsContinuous()) {
     fVariable->SetFalgTypeTrueValue(Narrow(value));
   } else {
     fInvalidRange.Read(extension);

@@ -12,10 +12,10 @@
 #include "predicate/DiscreteSplit.h"
 #include "translate/CategoryListsInternal.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/PredicatesInternal.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

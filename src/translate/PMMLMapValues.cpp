@@ -13,9 +13,9 @@
 #include "transform/MapValues.h"
 #include "transform/TransformVar.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

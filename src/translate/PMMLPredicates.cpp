@@ -16,9 +16,9 @@
 #include "predicate/SetPredicate.h"
 #include "predicate/SimplePredicate.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/PredicatesInternal.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

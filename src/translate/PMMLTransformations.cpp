@@ -14,9 +14,9 @@
 #include "transform/TransformationDictionary.h"
 #include "translate/DomReader.h"
 #include "translate/OptypesInternal.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "translate/VariablesInternal.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 

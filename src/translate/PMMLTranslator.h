@@ -63,7 +63,7 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // narrow text of which not all can be converted.
   bool XStrEqualsUTF8Str(const XMLCh* text, const char* narrow) const;
 
-  // --- Arrays ---------------------------------------------------------------------------------------------
+  // --- Arrays
 
   // The numbers of an "Array" element or of a basis row.  A basis row must hold `count` items, an "Array" as
   // many as its "n" says when it has one.  Errors 260114, 260151, 260172, 260241, 260283, 260284.
@@ -81,7 +81,7 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // The first child named "Array".  Error 260115 when there is none.
   static xercesc::DOMElement* GetArrayNode(const xercesc::DOMNode* node);
 
-  // --- DataDictionary -------------------------------------------------------------------------------------
+  // --- DataDictionary
 
   // A new dictionary of the element's fields; the caller owns it.  Makes the transcoder when there is none
   // yet. With `setUpEncoders` every string field gets a category encoder.
@@ -103,7 +103,7 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // their order; false for a continuous variable.
   static bool SetupCatEncoder(ScoreDictVar* variable);
 
-  // --- Targets and result fields --------------------------------------------------------------------------
+  // --- Targets and result fields
 
   // A new dictionary of ResultVar variables from the "ResultField" elements at any depth below the node; the
   // caller owns it.  Null when there are none.  Errors 260120, 260152, 260153, 260285.
@@ -116,7 +116,6 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   static std::string ToString(ScoreDictVar::MeasureLevel level);
 
   // --- Derived fields
-  // ---------------------------------------------------------------------------------------
 
   // A new dictionary of the "DerivedField" elements at any depth below the element, in document order, which
   // is the order of their evaluation; the caller owns it.  Null when there are none.  A field may refer to
@@ -213,7 +212,7 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   // values already.
   void VerifyCategories(const ScoreDictVar& variable) const;
 
-  // --- Predicates -----------------------------------------------------------------------------------------
+  // --- Predicates
   //
   // The values for which a predicate holds go to child 0 of its split, a missing value too when it asks for a
   // missing value.  Fields are looked up in `dictionary`, then in `transformations`, which may be null; a
@@ -265,7 +264,6 @@ class VEYRA_API PMMLTranslator : public BaseTranslator {
   static bool IsValidScoreValue(const ScoreDictVar* variable, const std::string& value);
 
   // --- Small services
-  // ---------------------------------------------------------------------------------------
 
   // The variable in one of the dictionaries, the first one first; either may be null.  Null, or error 260125,
   // when neither has it.

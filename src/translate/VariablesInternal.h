@@ -9,9 +9,9 @@
 
 #include "error/Raise.h"
 #include "translate/BaseTranslator.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ScoreDictVar.h"
 #include "veyra/ScoreDictionary.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {

@@ -16,7 +16,7 @@
 #include "translate/PMMLTranslator.h"
 #include "translate/ValueSetsInternal.h"
 #include "translate/VariablesInternal.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/VeyraTranscoder.h"
 #include "xml/XmlText.h"
 

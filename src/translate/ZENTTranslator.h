@@ -1,5 +1,5 @@
 // Turns the "dictionary" element of a zent-ml document into a dictionary.  The model elements of the format
-// are for plug-ins to read; the vocabulary of both is in translate/ZENTModelTags.h.
+// are for plug-ins to read; the vocabulary of both is in vocabulary/ZENTModelTags.h.
 //
 //   <dictionary>
 //     <variable name="age" storage-type="NUMERIC" measurement-level="CONTINUOUS" label="Age in years">

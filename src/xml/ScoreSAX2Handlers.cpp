@@ -1,14 +1,9 @@
 #include "xml/ScoreSAX2Handlers.h"
 
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace KxVeyra_940 {
-
-namespace {
-
-constexpr char kRootTag[] = "PMML";
-
-}  // namespace
 
 ScoreSAX2Handlers::ScoreSAX2Handlers(const char* modelType) : fModelType(modelType) {}
 
@@ -20,7 +15,7 @@ void ScoreSAX2Handlers::startElement(const XMLCh*, const XMLCh*, const XMLCh* qn
 }
 
 void ScoreSAX2Handlers::endElement(const XMLCh*, const XMLCh*, const XMLCh* qname) {
-  if (KxXML_940::EqualsAscii(qname, kRootTag)) throw kEndOfPMML;
+  if (KxXML_940::EqualsAscii(qname, PMMLModelTags::XML_ELE_PMML)) throw kEndOfPMML;
 }
 
 void ScoreSAX2Handlers::error(const xercesc::SAXParseException&) { throw kError; }

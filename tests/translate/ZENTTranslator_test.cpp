@@ -4,8 +4,8 @@
 #include "data/NumericValue.h"
 #include "data/StringValue.h"
 #include "translate/Documents.h"
-#include "translate/ZENTModelTags.h"
 #include "veyra/ScoreVarStats.h"
+#include "vocabulary/ZENTModelTags.h"
 
 using namespace KxVeyra_940;
 using namespace veyra_tests;

@@ -9,14 +9,16 @@
 
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ElementPath.h"
 #include "veyra/VYException.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::PMMLModelTags;
+namespace StandardTags = KxVeyra_940::PMMLStandardTags;
 using KxVeyra_940::Attribute;
 using KxVeyra_940::BaseTranslator;
 using KxVeyra_940::FindAttribute;
@@ -29,8 +31,6 @@ using xercesc::DOMElement;
 using xercesc::DOMNode;
 
 namespace {
-
-constexpr const char* kBoolean = "boolean";
 
 void Note(Applied& applied, const DOMElement& element, const std::string& what) {
   if (applied.count++ > 0) return;
@@ -109,7 +109,8 @@ void CountFields(DOMDocument& document, Applied& applied) {
 
 void WriteBooleansAsTexts(DOMDocument& document, Applied& applied) {
   for (DOMElement* field : ElementsOf(document, Tags::XML_ELE_DATAFIELD)) {
-    if (!BaseTranslator::IsEqual(Attribute(*field, Tags::XML_ATT_DATATYPE), kBoolean)) continue;
+    if (!BaseTranslator::IsEqual(Attribute(*field, Tags::XML_ATT_DATATYPE), StandardTags::XML_VAL_BOOLEAN))
+      continue;
     Note(applied, *field, "dataType boolean is read as the texts 'true' and 'false'");
     SetAttribute(*field, Tags::XML_ATT_DATATYPE, Tags::XML_VAL_STRING);
     if (BaseTranslator::IsEqual(Attribute(*field, Tags::XML_ATT_DATAFIELD_OPTYPE),
@@ -122,8 +123,8 @@ void WriteBooleansAsTexts(DOMDocument& document, Applied& applied) {
       return IsEmpty(property) || BaseTranslator::IsEqual(property, Tags::XML_VAL_PROP_VALID);
     });
     if (listsValid) continue;
-    AppendValue(*field, "true", nullptr);
-    AppendValue(*field, "false", nullptr);
+    AppendValue(*field, Tags::XML_ATT_EXT_VALUE_VALUE_TRUE, nullptr);
+    AppendValue(*field, StandardTags::XML_VAL_FALSE, nullptr);
   }
 }
 

@@ -11,9 +11,7 @@
 #include "error/Messages.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
 #include "translate/ZENTTranslator.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ElementPath.h"
@@ -25,6 +23,8 @@
 #include "veyra/ParsedDocument.h"
 #include "veyra/PluginSearch.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -42,75 +42,22 @@ using xercesc::DOMNode;
 
 namespace {
 
-// Elements of the standard beside the library's vocabulary.
-constexpr std::string_view kOtherElements[] = {
-    "Annotation",
-    "ModelVerification",
-    "VerificationFields",
-    "VerificationField",
-    "ModelExplanation",
-    "OutputField",
-    "Decisions",
-    "Decision",
-    "ParameterField",
-    "TextIndex",
-    "TextIndexNormalization",
-    "ContStats",
-    "DiscrStats",
-    "NumericInfo",
-    "Counts",
-    "Quantile",
-    "FieldValue",
-    "FieldValueCount",
-    "PredictiveModelQuality",
-    "LiftData",
-    "ROC",
-    "ClusteringModelQuality",
-    "Correlations",
-    "Anova",
-    "Int-Array",
-    "INT-SparseArray",
-    "INT-Entries",
-    "REAL-Array",
-    "MatCell",
-    "SetPredicate",
-    "Segmentation",
-    "Segment",
-    "VariableWeight",
-    "EventValues",
-    "BaselineModel",
-    "Scorecard",
-    "Characteristics",
-    "Characteristic",
-    "Attribute",
-    "ComplexPartialScore",
-    "AnomalyDetectionModel",
-    "AssociationModel",
-    "GaussianProcessModel",
-    "BayesianNetworkModel",
-    "SequenceModel",
-    "TextModel",
-    "BaseCumHazardTables",
-    "AssociationModelLattice",
-    "RegressionTable",
-    "ScoreDistribution",
-    "TrainingInstances",
-    "InstanceFields",
-    "InstanceField",
-    "KNNInputs",
-    "KNNInput",
-};
-
 // Whether elements below this one are the writer's own.
 bool IsOpen(const DOMElement& element) {
   return HasTag(element, Tags::XML_ELE_EXTENSION) || HasTag(element, Tags::XML_ELE_INLTABLE);
 }
 
+// By the prefix of its constant.
+bool IsElementTag(std::string_view name) {
+  return name.starts_with("XML_EL") || name.starts_with("XML_MSTAT_");
+}
+
 std::set<std::string_view> MakeVocabulary() {
-  std::set<std::string_view> words(std::begin(kOtherElements), std::end(kOtherElements));
+  std::set<std::string_view> words;
 #define VEYRA_TAG(name, text) \
-  if (std::string_view(#name).starts_with("XML_EL")) words.insert(text);
-#include "translate/PMMLModelTags.def"
+  if (IsElementTag(#name)) words.insert(text);
+#include "vocabulary/PMMLModelTags.def"
+#include "vocabulary/PMMLStandardTags.def"
 #undef VEYRA_TAG
   return words;
 }
@@ -199,7 +146,9 @@ class Doctor {
       if (!vocabulary.contains(tag) && tag.find(':') == std::string::npos) unknown[tag].Add(element);
     });
     for (const auto& [tag, places] : unknown) {
-      Say("unknown element", "'" + tag + "' is no element of " + (isZent ? "zent-ml" : "PMML"),
+      Say("unknown element",
+          "'" + tag + "' is no element of " +
+              (isZent ? KxVeyra_940::ZENTModelTags::XML_ELE_ZENTML.c_str() : Tags::XML_ELE_PMML),
           places.GetText());
     }
   }
@@ -343,7 +292,9 @@ class Doctor {
           KxVeyra_940::BaseTranslator::GetChildByTag(model, Tags::XML_ELE_MININGSCHEMA);
       ForEachChildElement(schema, [&](const DOMElement& field) {
         const std::string usage = OptionalText(field, Tags::XML_ATT_MININGFIELD_USAGETYPE);
-        if (!HasTag(field, Tags::XML_ELE_MININGFIELD) || (!usage.empty() && usage != "active")) return;
+        if (!HasTag(field, Tags::XML_ELE_MININGFIELD) ||
+            (!usage.empty() && usage != Tags::XML_ATT_MF_FUT_ACTIVE))
+          return;
         columns.push_back("'" + OptionalText(field, Tags::XML_ATT_MININGFIELD_NAME) + "'");
       });
     }

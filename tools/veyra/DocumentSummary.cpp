@@ -5,13 +5,15 @@
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::PMMLModelTags;
+namespace StandardTags = KxVeyra_940::PMMLStandardTags;
 using KxVeyra_940::BaseTranslator;
 using KxVeyra_940::ForEachChildElement;
 using KxVeyra_940::ForEachElementBelow;
@@ -20,8 +22,6 @@ using KxVeyra_940::OptionalText;
 using xercesc::DOMElement;
 
 namespace {
-
-constexpr const char* kOutputField = "OutputField";
 
 std::string TextBelow(const DOMElement& element) {
   std::u16string buffer;
@@ -49,8 +49,9 @@ std::unordered_map<std::string, std::string> ReadRoles(const DOMElement* model) 
                       [&](const DOMElement& field) {
                         if (!HasTag(field, Tags::XML_ELE_MININGFIELD)) return;
                         std::string role = OptionalText(field, Tags::XML_ATT_MININGFIELD_USAGETYPE);
-                        if (role.empty()) role = "active";
-                        if (role == "predicted") role = "target";  // its name in older documents
+                        if (role.empty()) role = Tags::XML_ATT_MF_FUT_ACTIVE;
+                        if (role == Tags::XML_ATT_MF_FUT_PREDICTED)
+                          role = Tags::XML_ATT_MF_FUT_TARGET;  // its name in older documents
                         roles.emplace(OptionalText(field, Tags::XML_ATT_MININGFIELD_NAME), std::move(role));
                       });
   return roles;
@@ -104,18 +105,19 @@ void ReadDerivedFields(const DOMElement* list, DocumentSummary& summary) {
 void ReadOutputs(const DOMElement& model, DocumentSummary& summary) {
   const DOMElement* output = BaseTranslator::GetChildByTag(&model, Tags::XML_ELE_VAL_OUTPUT);
   ForEachChildElement(output, [&](const DOMElement& child) {
-    if (!HasTag(child, kOutputField)) return;
+    if (!HasTag(child, StandardTags::XML_ELE_OUTPUTFIELD)) return;
     summary.outputs.push_back(
         {OptionalText(child, Tags::XML_ATT_NAME), OptionalText(child, Tags::XML_ATT_VAL_MINING_FEATURE),
          OptionalText(child, Tags::XML_ATT_VALUE_VALUE), OptionalText(child, Tags::XML_ATT_DATATYPE),
-         OptionalText(child, "rank"), OptionalText(child, "targetField")});
+         OptionalText(child, StandardTags::XML_ATT_RANK),
+         OptionalText(child, StandardTags::XML_ATT_TARGETFIELD)});
   });
 }
 
 }  // namespace
 
 std::string OutputSummary::GetText() const {
-  std::string text = feature.empty() ? "predictedValue" : feature;
+  std::string text = feature.empty() ? Tags::XML_ATT_VAL_MINING_PREDICTEDVALUE : feature;
   if (!value.empty()) text += " of " + value;
   if (!rank.empty()) text += " of rank " + rank;
   if (!target.empty()) text += " for " + target;

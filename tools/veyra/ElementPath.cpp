@@ -8,12 +8,14 @@
 
 #include "error/Messages.h"
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::PMMLModelTags;
+namespace StandardTags = KxVeyra_940::PMMLStandardTags;
 using KxVeyra_940::FindAttribute;
 using KxVeyra_940::HasTag;
 using KxVeyra_940::MessageId;
@@ -96,8 +98,9 @@ const DOMElement* WithTwoValues(const DOMElement& root, const Arguments& argumen
 }
 
 // Elements that define what they name, and do not refer to it.
-constexpr const char* kDefinitions[] = {Tags::XML_ELE_DATAFIELD, Tags::XML_ELE_DERIVEDFIELD, "OutputField",
-                                        Tags::XML_ELE_DEFINEFUNCTION, "ParameterField"};
+constexpr const char* kDefinitions[] = {Tags::XML_ELE_DATAFIELD, Tags::XML_ELE_DERIVEDFIELD,
+                                        StandardTags::XML_ELE_OUTPUTFIELD, Tags::XML_ELE_DEFINEFUNCTION,
+                                        StandardTags::XML_ELE_PARAMETERFIELD};
 
 bool RefersTo(const DOMElement& element, const std::string& name) {
   return (HasValue(element, Tags::XML_ATT_FIELD, name) || HasValue(element, Tags::XML_ATT_NAME, name)) &&
@@ -114,7 +117,7 @@ const DOMElement* Reference(const DOMElement& root, const Arguments& arguments) 
 const DOMElement* Use(const DOMElement& root, const Arguments& arguments) {
   return FindFirst(root, [&](const DOMElement& element) {
     return RefersTo(element, arguments[0]) && !HasTag(element, Tags::XML_ELE_MININGFIELD) &&
-           !IsBelow(element, Tags::XML_ELE_TRANSFORMATION) && !IsBelow(element, "Output");
+           !IsBelow(element, Tags::XML_ELE_TRANSFORMATION) && !IsBelow(element, Tags::XML_ELE_VAL_OUTPUT);
   });
 }
 

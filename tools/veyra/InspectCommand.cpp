@@ -9,9 +9,7 @@
 
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
-#include "translate/ZENTModelTags.h"
 #include "translate/ZENTTranslator.h"
 #include "veyra/DocumentSummary.h"
 #include "veyra/Failures.h"
@@ -24,6 +22,8 @@
 #include "veyra/TextTable.h"
 #include "veyra/TreeDrawing.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/XercesWrapper.h"
 
 namespace VeyraTool {

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
-#include "translate/ZENTModelTags.h"
 #include "veyra/Adaptations.h"
 #include "veyra/ElementPath.h"
 #include "veyra/Failures.h"
 #include "veyra/MemoryStream.h"
 #include "veyra/ModelFactory.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/ScoreSax2Parser.h"
 
 namespace VeyraTool {
@@ -25,7 +25,6 @@ using KxVeyra_940::VYException;
 
 namespace {
 
-constexpr const char* kLag = "Lag";
 constexpr int kNewestMajor = 4;
 constexpr int kNewestMinor = 4;
 
@@ -44,9 +43,9 @@ bool MayHold(std::string_view text, std::string_view tag) {
 }
 
 bool HoldsLag(std::string_view text) {
-  if (!MayHold(text, kLag)) return false;
+  if (!MayHold(text, Tags::XML_ELE_LAG)) return false;
   MemoryStream in(text);
-  return KxVeyra_940::ScoreSax2Parser::IsModelType(kLag, in);
+  return KxVeyra_940::ScoreSax2Parser::IsModelType(Tags::XML_ELE_LAG, in);
 }
 
 // One line when the document says that it is newer than what the library knows.
@@ -112,11 +111,12 @@ std::string DescribeAdapted(const ParsedDocument& document, const std::string& r
 std::string DescribeOwnFunction(const xercesc::DOMElement& root, const VYException& exception) {
   if (exception.GetErrorCode() != kUnsupportedValueCode || exception.GetErrors().empty()) return {};
   const std::vector<std::string>& arguments = exception.GetErrors().back().arguments;
-  if (arguments.size() != 2 || arguments[1] != "function") return {};
+  if (arguments.size() != 2 || arguments[1] != Tags::XML_ATT_APPLY_FUNCTION) return {};
   bool isDefined = false;
-  KxVeyra_940::ForEachElementBelow(root, "DefineFunction", [&](const xercesc::DOMElement& element) {
-    isDefined = isDefined || KxVeyra_940::OptionalText(element, "name") == arguments[0];
-  });
+  KxVeyra_940::ForEachElementBelow(
+      root, Tags::XML_ELE_DEFINEFUNCTION, [&](const xercesc::DOMElement& element) {
+        isDefined = isDefined || KxVeyra_940::OptionalText(element, Tags::XML_ATT_NAME) == arguments[0];
+      });
   return isDefined
              ? "the document defines '" + arguments[0] + "' itself (DefineFunction), which is not supported"
              : std::string();

@@ -11,15 +11,17 @@
 
 #include "translate/DomReader.h"
 #include "translate/ModelElements.h"
-#include "translate/PMMLModelTags.h"
 #include "veyra/Failures.h"
 #include "veyra/ZentDocument.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/PMMLStandardTags.h"
 #include "xml/ParserLimits.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::PMMLModelTags;
+namespace StandardTags = KxVeyra_940::PMMLStandardTags;
 using KxVeyra_940::HasTag;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
@@ -28,8 +30,13 @@ namespace {
 
 // The children of a model that say what goes in and what comes out.
 constexpr const char* kHeaderTags[] = {
-    Tags::XML_ELE_EXTENSION,  Tags::XML_ELE_MININGSCHEMA,         "Output",           Tags::XML_ELE_TARGETS,
-    Tags::XML_ELE_MODELSTATS, Tags::XML_ELE_LOCALTRANSFORMATIONS, "ModelExplanation",
+    Tags::XML_ELE_EXTENSION,
+    Tags::XML_ELE_MININGSCHEMA,
+    Tags::XML_ELE_VAL_OUTPUT,
+    Tags::XML_ELE_TARGETS,
+    Tags::XML_ELE_MODELSTATS,
+    Tags::XML_ELE_LOCALTRANSFORMATIONS,
+    StandardTags::XML_ELE_MODELEXPLANATION,
 };
 
 // Lets the parser read a file that may be packed.  It never throws into the parser, which would leak the

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "translate/DomReader.h"
-#include "translate/PMMLModelTags.h"
 #include "translate/PMMLTranslator.h"
 #include "veyra/Number.h"
+#include "vocabulary/PMMLModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
@@ -50,21 +50,20 @@ struct DrawnNode {
 };
 
 // --- What a node says
-// ---------------------------------------------------------------------------------------
 
 struct OperatorRow {
   std::string_view text;
   const char* sign;
 };
 constexpr OperatorRow kSigns[] = {
-    {"equal", " = "},
-    {"notEqual", " \u2260 "},
-    {"lessThan", " < "},
-    {"lessOrEqual", " \u2264 "},
-    {"greaterThan", " > "},
-    {"greaterOrEqual", " \u2265 "},
-    {"isMissing", " is missing"},
-    {"isNotMissing", " is not missing"},
+    {Tags::XML_VAL_OPERATOR_EQUAL, " = "},
+    {Tags::XML_VAL_OPERATOR_NOTEQUAL, " \u2260 "},
+    {Tags::XML_VAL_OPERATOR_LESSTHAN, " < "},
+    {Tags::XML_VAL_OPERATOR_LESSOREQUAL, " \u2264 "},
+    {Tags::XML_VAL_OPERATOR_GREATERTHAN, " > "},
+    {Tags::XML_VAL_OPERATOR_GREATEROREQUAL, " \u2265 "},
+    {Tags::XML_VAL_OPERATOR_ISMISSING, " is missing"},
+    {Tags::XML_VAL_OPERATOR_ISNOTMISSING, " is not missing"},
 };
 
 enum class Digits { kAll, kFew };
@@ -93,7 +92,7 @@ std::string SetText(const DOMElement& element) {
     std::u16string buffer;
     items = KxXML_940::ToUTF8(KxVeyra_940::TextOf(array, buffer));
   });
-  const bool isIn = OptionalText(element, Tags::XML_ATT_BOOLEANOPERATOR) == "isIn";
+  const bool isIn = OptionalText(element, Tags::XML_ATT_BOOLEANOPERATOR) == Tags::XML_ZENT_TRANFUNC_ISIN;
   return OptionalText(element, Tags::XML_ATT_FIELD) + (isIn ? " in {" : " not in {") + items + "}";
 }
 
@@ -106,7 +105,7 @@ std::string ConditionText(const DOMElement& element, Digits digits, int depth = 
   if (!HasTag(element, Tags::XML_ELE_COMPOUNDPREDICATE)) return {};
   if (depth == kConditionDepth) return "\u2026";
   const std::string name = OptionalText(element, Tags::XML_ATT_BOOLEANOPERATOR);
-  const std::string between = name == "surrogate" ? ", else " : " " + name + " ";
+  const std::string between = name == Tags::XML_VAL_SURROGATE ? ", else " : " " + name + " ";
   std::string text;
   ForEachChildElement(&element, [&](const DOMElement& child) {
     std::string part = ConditionText(child, digits, depth + 1);
@@ -192,7 +191,6 @@ std::string HiddenText(std::size_t count) {
 }
 
 // --- The picture
-// --------------------------------------------------------------------------------------------
 
 constexpr double kBoxWidth = 216;
 constexpr double kBoxHeight = 66;

@@ -4,12 +4,14 @@
 
 #include "translate/BaseTranslator.h"
 #include "translate/DomReader.h"
-#include "translate/ZENTModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
+#include "vocabulary/ZENTModelTags.h"
 #include "xml/XmlText.h"
 
 namespace VeyraTool {
 
 namespace Tags = KxVeyra_940::ZENTModelTags;
+namespace PmmlTags = KxVeyra_940::PMMLModelTags;
 using KxVeyra_940::BaseTranslator;
 using KxVeyra_940::ForEachChildElement;
 using xercesc::DOMElement;
@@ -84,7 +86,7 @@ std::set<std::string_view> ZentVocabulary() {
   std::set<std::string_view> words;
 #define VEYRA_TAG(name, text) \
   if (std::string_view(#name).starts_with("XML_ELE_")) words.insert(text);
-#include "translate/ZENTModelTags.def"
+#include "vocabulary/ZENTModelTags.def"
 #undef VEYRA_TAG
   return words;
 }
@@ -102,8 +104,9 @@ void SummariseZent(const DOMElement& root, DocumentSummary& summary) {
   ForEachChildElement(Child(root, Tags::XML_ELE_DICTIONARY), [&](const DOMElement& variable) {
     if (!HasTag(variable, Tags::XML_ELE_VARIABLE)) return;
     FieldSummary& field = summary.fields.emplace_back(ReadVariable(variable));
-    if (std::ranges::find(predictors, field.name) != predictors.end()) field.role = "active";
-    if (field.name == target) field.role = "target";
+    if (std::ranges::find(predictors, field.name) != predictors.end())
+      field.role = PmmlTags::XML_ATT_MF_FUT_ACTIVE;
+    if (field.name == target) field.role = PmmlTags::XML_ATT_MF_FUT_TARGET;
   });
 }
 

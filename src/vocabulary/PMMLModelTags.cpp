@@ -1,19 +1,22 @@
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 #include <algorithm>
 #include <string_view>
 
 namespace KxVeyra_940::PMMLModelTags {
 
-#define VEYRA_TAG(name, text) const char name[sizeof(text)] = text;
-#include "translate/PMMLModelTags.def"
-#undef VEYRA_TAG
-
 namespace {
 
 constexpr std::string_view kNames[] = {
 #define VEYRA_TAG(name, text) #name,
-#include "translate/PMMLModelTags.def"
+#include "vocabulary/PMMLModelTags.def"
+#undef VEYRA_TAG
+};
+
+// An inline constant is defined where it is used: here all of them are.
+[[gnu::used]] constexpr const char* kDefined[] = {
+#define VEYRA_TAG(name, text) name,
+#include "vocabulary/PMMLModelTags.def"
 #undef VEYRA_TAG
 };
 

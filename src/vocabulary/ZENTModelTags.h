@@ -2,10 +2,10 @@
 //
 // The constants are made when the library is loaded and never change; comparisons with them are exact.
 // Objects with static storage of the library itself must not read them while they are made.  The rows stand
-// in translate/ZENTModelTags.def.
+// in vocabulary/ZENTModelTags.def.
 
-#ifndef VEYRA_TRANSLATE_ZENTMODELTAGS_H_
-#define VEYRA_TRANSLATE_ZENTMODELTAGS_H_
+#ifndef VEYRA_VOCABULARY_ZENTMODELTAGS_H_
+#define VEYRA_VOCABULARY_ZENTMODELTAGS_H_
 
 #include <string>
 
@@ -14,9 +14,9 @@
 namespace KxVeyra_940::ZENTModelTags {
 
 #define VEYRA_TAG(name, text) extern VEYRA_API const std::string name;
-#include "translate/ZENTModelTags.def"
+#include "vocabulary/ZENTModelTags.def"
 #undef VEYRA_TAG
 
 }  // namespace KxVeyra_940::ZENTModelTags
 
-#endif  // VEYRA_TRANSLATE_ZENTMODELTAGS_H_
+#endif  // VEYRA_VOCABULARY_ZENTMODELTAGS_H_

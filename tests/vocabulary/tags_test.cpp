@@ -1,6 +1,6 @@
 // The vocabulary's texts where a wrong one would go unnoticed for long: odd spellings and pairs.
 
-#include "translate/PMMLModelTags.h"
+#include "vocabulary/PMMLModelTags.h"
 
 #include <gtest/gtest.h>
 
