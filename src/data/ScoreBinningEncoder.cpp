@@ -11,12 +11,7 @@ namespace KxVeyra_940 {
 
 namespace {
 
-constexpr int kEnterAndExit = 1;
-
-void TraceEncode() {
-  ScoringLog* const log = ScoringLog::GetInstance();
-  if (log->IsOn(kEnterAndExit)) log->TraceText(kEnterAndExit, "Exit:%s", "Encode");
-}
+constexpr const char* kEncode = "Encode";
 
 int BinOf(const std::vector<double>& cutpoints, double number) {
   int low = 0;
@@ -49,9 +44,9 @@ void ScoreBinningEncoder::SetBinningCutpoints(const std::vector<double>& cutpoin
 }
 
 double ScoreBinningEncoder::Encode(double number) const {
-  TraceEncode();
+  TraceExit(kEncode);
   const int bin = BinOf(fCutpoints, number);
-  TraceEncode();
+  TraceExit(kEncode);
   return bin;
 }
 

@@ -2,11 +2,12 @@
 // "trace_leve,LEVEL".  Lines go to one file a thread in a directory "log<process id>" of the current
 // directory.
 //
-//   ScoringLog::GetInstance()->TraceText(1, "Enter:%s", "Initialize");
+//   TraceEnter("Initialize");
+//   ScoringLog::GetInstance()->TraceText(kTraceDetails, "%d names", count);
 //
-// Levels: 1 enter and exit, 2 details, 3 error messages.  The configuration is read once a process, at the
-// first use.  Threads: every operation may be called by any number of threads.  Nothing is ever reported to
-// the caller: what cannot be opened or made leaves the trace silent.
+// The configuration is read once a process, at the first use.  Threads: every operation may be called by any
+// number of threads.  Nothing is ever reported to the caller: what cannot be opened or made leaves the trace
+// silent.
 
 #ifndef VEYRA_ERROR_SCORINGLOG_H_
 #define VEYRA_ERROR_SCORINGLOG_H_
@@ -19,6 +20,13 @@
 #define VEYRA_PRINTF(text, first) __attribute__((format(printf, text, first)))
 
 namespace KxVeyra_940 {
+
+// What a line of the trace says.  A level in the configuration writes the lines up to it.
+enum TraceLevel : int {
+  kTraceEnterAndExit = 1,  // the names of operations
+  kTraceDetails = 2,
+  kTraceErrors = 3,  // messages of exceptions
+};
 
 class VEYRA_API ScoringLog {
  public:
@@ -56,6 +64,16 @@ class VEYRA_API ScoringLog {
   int fLevel = 0;  // 0: off
   std::string fLogDirectory;
 };
+
+// The trace of an operation.  While it is off they cost one comparison.
+inline void TraceEnter(const char* operation) {
+  ScoringLog* const log = ScoringLog::GetInstance();
+  if (log->IsOn(kTraceEnterAndExit)) log->TraceText(kTraceEnterAndExit, "Enter:%s", operation);
+}
+inline void TraceExit(const char* operation) {
+  ScoringLog* const log = ScoringLog::GetInstance();
+  if (log->IsOn(kTraceEnterAndExit)) log->TraceText(kTraceEnterAndExit, "Exit:%s", operation);
+}
 
 }  // namespace KxVeyra_940
 

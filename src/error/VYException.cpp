@@ -54,7 +54,7 @@ std::string VYException::ConstructMessage() const {
 
 std::string VYException::GetErrorMessage() const {
   std::string text = ConstructMessage() + fDetail;
-  ScoringLog::GetInstance()->TraceText(3, "Error message : %s", text.c_str());
+  ScoringLog::GetInstance()->TraceText(kTraceErrors, "Error message : %s", text.c_str());
   return text;
 }
 

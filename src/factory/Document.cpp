@@ -14,6 +14,7 @@ using xercesc::DOMElement;
 DocumentParser::DocumentParser() {
   setLoadExternalDTD(false);
   setValidationScheme(XercesDOMParser::Val_Never);
+  setDoSchema(false);
 }
 
 DocumentParser::~DocumentParser() = default;

@@ -11,6 +11,7 @@ namespace KxVeyra_940 {
 namespace {
 
 constexpr std::string_view kSuffix = ".dylib";
+constexpr const char* kGetSymbolAddress = "GetSymbolAddress";
 
 std::string LoaderError() {
   const char* text = dlerror();
@@ -47,13 +48,13 @@ int VYDynamicLoadedLibrary::LoadLibraryNow() {
 }
 
 void* VYDynamicLoadedLibrary::GetSymbolAddress(const std::string& symbol) {
-  ScoringLog::GetInstance()->TraceText(1, "Enter:%s", "GetSymbolAddress");
+  TraceEnter(kGetSymbolAddress);
   void* address = nullptr;
   if (LoadLibraryNow() == 0) {
     address = dlsym(fHandle, symbol.c_str());
     if (address == nullptr) fLastError = LoaderError();
   }
-  ScoringLog::GetInstance()->TraceText(1, "Exit:%s", "GetSymbolAddress");
+  TraceExit(kGetSymbolAddress);
   return address;
 }
 

@@ -11,17 +11,9 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
-#include "error/ScoringLog.h"
 #include "veyra/ScoreTranslator.h"
 
 namespace KxVeyra_940 {
-
-inline void TraceEnter(const char* operation) {
-  ScoringLog::GetInstance()->TraceText(1, "Enter:%s", operation);
-}
-inline void TraceExit(const char* operation) {
-  ScoringLog::GetInstance()->TraceText(1, "Exit:%s", operation);
-}
 
 // Replaces `names` by the names in the catalogue file, in their order; an empty path means "modeldll.txt".
 // Raises 260103 when the file cannot be opened or read.

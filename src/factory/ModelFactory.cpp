@@ -108,7 +108,7 @@ ScoreModel* BuildFromDocument(const Names& names, const DocumentParser& parser, 
   const std::string modelName = givenName.empty() ? SearchCatalogue(parser, names) : givenName;
   const std::unique_ptr<ScoreTranslator> translator = GetNamedTranslator(names, modelName);
   ScoreModel* model = Translate([&] { return build(*translator); });
-  ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
+  ScoringLog::GetInstance()->TraceText(kTraceEnterAndExit, "Make Model End.");
   return model;
 }
 
@@ -126,13 +126,12 @@ bool IsNearestNeighborDocument(std::istream& in) {
   return found;
 }
 
-ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, const std::string& encoding,
-                                      const std::string& auxPath) {
+ScoreModel* BuildNearestNeighborModel(std::istream& in, const Names& names, const std::string& auxPath) {
   const std::unique_ptr<ScoreTranslator> translator =
       GetScoreTranslator(names, PMMLModelTags::XML_ELE_KNNMODEL);
   if (translator == nullptr) return nullptr;
-  ScoreModel* model = Translate([&] { return translator->ParseFromTree(in, encoding, auxPath); });
-  ScoringLog::GetInstance()->TraceText(1, "Make Model End");
+  ScoreModel* model = Translate([&] { return translator->ParseFromTree(in, std::string(), auxPath); });
+  ScoringLog::GetInstance()->TraceText(kTraceEnterAndExit, "Make Model End");
   return model;
 }
 
@@ -140,6 +139,20 @@ std::string RootTag(const DOMElement& root) {
   std::string tag = KxXML_940::ToUTF8(root.getTagName());
   if (tag.empty()) Raise(MessageId::kEmptyRootTag);
   return tag;
+}
+
+// Builds from a stream.  `build` gets the parser, the document and the tag of its root; a nearest-neighbour
+// model is built without it.
+template <typename Build>
+ScoreModel* BuildFromStream(std::istream& in, const Names& names, const std::string& auxPath, Build build) {
+  TraceEnter(kMakeModel);
+  // Everything ends in the reverse of this order: translator, parser, guard.
+  const XercesWrapper guard(ModelFactory::fInitialized);
+  FillCatalogueOnce(names);
+  if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, names, auxPath);
+  DocumentParser parser;
+  DOMDocument* document = GetDocElement(parser, in, "");
+  return build(parser, document, RootTag(*document->getDocumentElement()));
 }
 
 // The plug-in of a model element that stands on its own; two element names of older documents have another.
@@ -157,7 +170,7 @@ ScoreModel* BuildFromElement(void* modelElement, const Names& modelNames, Build 
   ScoreModel* model = nullptr;
   if (auto* element = static_cast<DOMElement*>(modelElement)) {
     const std::string name = PluginOfElement(*element);
-    ScoringLog::GetInstance()->TraceText(2, "Model name is :%s", name.c_str());
+    ScoringLog::GetInstance()->TraceText(kTraceDetails, "Model name is :%s", name.c_str());
     const Names names = modelNames.empty() ? ModelFactory::fModelNames : modelNames;
     const std::unique_ptr<ScoreTranslator> translator = GetScoreTranslator(names, name);
     if (translator != nullptr) model = Translate([&] { return build(*translator, element); });
@@ -175,7 +188,7 @@ ScoreModel* BuildFromElements(DOMElement* modelElement, const Names& names, bool
       GetNamedTranslator(names, KxXML_940::ToUTF8(modelElement->getNodeName()));
   translator->SetSupportOldParser(supportOldParser);
   ScoreModel* model = build(*translator);
-  ScoringLog::GetInstance()->TraceText(1, "Make Model End.");
+  ScoringLog::GetInstance()->TraceText(kTraceEnterAndExit, "Make Model End.");
   return model;
 }
 
@@ -201,20 +214,14 @@ ScoreModel* ModelFactory::MakeModelFromXML(const std::string& pmmlPath, const st
 
 ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const Names& modelNames,
                                            const std::string& encoding, const std::string& auxPath) {
-  TraceEnter(kMakeModel);
-  // Everything ends in the reverse of this order: translator, parser, guard.
-  const XercesWrapper guard(fInitialized);
-  FillCatalogueOnce(modelNames);
-  if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", auxPath);
-  DocumentParser parser;
-  DOMDocument* document = GetDocElement(parser, in, "");
-  const DOMElement& root = *document->getDocumentElement();
-  const std::string tag = RootTag(root);
-  const RootRow* row = FindRoot(tag);
-  if (row == nullptr) Raise(MessageId::kUnsupportedModel, {tag});
-  return BuildFromDocument(modelNames, parser, KindOfRoot(*row, parser), [&](ScoreTranslator& translator) {
-    return translator.ParseFromTree(document, encoding);
-  });
+  const auto build = [&](const DocumentParser& parser, DOMDocument* document, const std::string& tag) {
+    const RootRow* row = FindRoot(tag);
+    if (row == nullptr) Raise(MessageId::kUnsupportedModel, {tag});
+    return BuildFromDocument(modelNames, parser, KindOfRoot(*row, parser), [&](ScoreTranslator& translator) {
+      return translator.ParseFromTree(document, encoding);
+    });
+  };
+  return BuildFromStream(in, modelNames, auxPath, build);
 }
 
 ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, const Names& modelNames,
@@ -234,22 +241,16 @@ ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, std::string& catalo
 
 ScoreModel* ModelFactory::MakeModelFromXML(std::istream& in, ScoreDictionary* dictionary,
                                            const Names& modelNames, const std::string& encoding) {
-  TraceEnter(kMakeModel);
-  const XercesWrapper guard(fInitialized);
-  FillCatalogueOnce(modelNames);
-  if (IsNearestNeighborDocument(in)) return BuildNearestNeighborModel(in, modelNames, "", "");
-  DocumentParser parser;
-  parser.setDoSchema(false);
-  DOMDocument* document = GetDocElement(parser, in, "");
-  const DOMElement& root = *document->getDocumentElement();
-  const std::string tag = RootTag(root);
-  const RootRow* row = FindRoot(tag);
-  const bool withDictionary = row == nullptr || tag == PMMLModelTags::XML_ELE_PMML;
-  return BuildFromDocument(modelNames, parser, withDictionary ? std::string() : KindOfRoot(*row, parser),
-                           [&](ScoreTranslator& translator) {
-                             return withDictionary ? translator.ParseFromTree(document, dictionary, encoding)
-                                                   : translator.ParseFromTree(document, encoding);
-                           });
+  const auto build = [&](const DocumentParser& parser, DOMDocument* document, const std::string& tag) {
+    const RootRow* row = FindRoot(tag);
+    const bool withDictionary = row == nullptr || tag == PMMLModelTags::XML_ELE_PMML;
+    const std::string kind = withDictionary ? std::string() : KindOfRoot(*row, parser);
+    return BuildFromDocument(modelNames, parser, kind, [&](ScoreTranslator& translator) {
+      return withDictionary ? translator.ParseFromTree(document, dictionary, encoding)
+                            : translator.ParseFromTree(document, encoding);
+    });
+  };
+  return BuildFromStream(in, modelNames, std::string(), build);
 }
 
 ScoreModel* ModelFactory::MakeModelFromXML(void* modelElement, const Names& modelNames,

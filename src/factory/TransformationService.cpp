@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "error/Raise.h"
+#include "error/ScoringLog.h"
 #include "factory/FactoryInternal.h"
 #include "transform/TransformationDictionary.h"
 #include "translate/PMMLTranslator.h"

@@ -15,12 +15,6 @@ XMLSize_t ExpansionLimit(XMLSize_t longest) {
   return std::min(kMaxEntityExpansions, kMaxExpandedCharacters / std::max(longest, XMLSize_t{1}));
 }
 
-void LimitReader(xercesc::SAX2XMLReader& reader, xercesc::SecurityManager& limits, XMLSize_t longest) {
-  limits.setEntityExpansionLimit(ExpansionLimit(longest));
-  reader.setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
-  reader.setProperty(xercesc::XMLUni::fgXercesSecurityManager, &limits);
-}
-
 bool DtdLimits::AdmitsEntity(const xercesc::DTDEntityDecl& entity, bool isParameterEntity) {
   const std::u16string_view value(entity.getValue(), entity.getValueLen());
   if (isParameterEntity) return value.size() <= kShortEntity && value.find(u'%') == value.npos;
@@ -79,6 +73,27 @@ void LimitedDOMParser::startElement(const xercesc::XMLElementDecl& declaration, 
   }
   if (fDefaultedCharacters > kMaxExpandedCharacters) Refuse();
   XercesDOMParser::startElement(declaration, uriId, prefix, attributes, attributeCount, isEmpty, isRoot);
+}
+
+LimitedSAX2Reader::LimitedSAX2Reader(XMLSize_t longest) : fLongest(longest) {
+  fLimits.setEntityExpansionLimit(ExpansionLimit(longest));
+  setFeature(xercesc::XMLUni::fgXercesDisableDefaultEntityResolution, true);
+  setFeature(xercesc::XMLUni::fgXercesLoadExternalDTD, false);
+  setProperty(xercesc::XMLUni::fgXercesSecurityManager, &fLimits);
+}
+
+LimitedSAX2Reader::~LimitedSAX2Reader() = default;
+
+void LimitedSAX2Reader::entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameterEntity,
+                                   const bool isIgnored) {
+  if (!fDtd.AdmitsEntity(entity, isParameterEntity)) throw Refusal();
+  if (fDtd.GetLongestEntity() > fLongest) throw LongEntity{fDtd.GetLongestEntity()};
+  SAX2XMLReaderImpl::entityDecl(entity, isParameterEntity, isIgnored);
+}
+
+void LimitedSAX2Reader::startAttList(const xercesc::DTDElementDecl& element) {
+  if (!fDtd.AdmitsDefaults()) throw Refusal();
+  SAX2XMLReaderImpl::startAttList(element);
 }
 
 ParseErrorRecorder::ParseErrorRecorder() = default;

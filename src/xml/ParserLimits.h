@@ -15,9 +15,9 @@
 #define VEYRA_XML_PARSERLIMITS_H_
 
 #include <string>
+#include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/sax/ErrorHandler.hpp>
-#include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
 #include "veyra/Export.h"
@@ -72,10 +72,30 @@ class VEYRA_API LimitedDOMParser : public xercesc::XercesDOMParser {
   XMLSize_t fDefaultedCharacters = 0;  // in attribute values that the DTD supplied
 };
 
-// The same limits for a SAX reader: no fetching, and ExpansionLimit of the longest entity that the caller
-// admits. `limits` is lent and outlives the reader's use.
-VEYRA_API void LimitReader(xercesc::SAX2XMLReader& reader, xercesc::SecurityManager& limits,
-                           XMLSize_t longest);
+// A SAX2 reader, as the parser's factory makes them, with the limits of the DTD: no fetching, and
+// ExpansionLimit of the longest entity that it reckons with.  What attribute values that the DTD supplies
+// grow to is for its handlers to watch.
+class VEYRA_API LimitedSAX2Reader : public xercesc::SAX2XMLReaderImpl {
+ public:
+  // Ends the parse: the document declares an entity that is longer than the reader has reckoned with.
+  struct LongEntity {
+    XMLSize_t length;
+  };
+  // Ends the parse: the document is to be refused.
+  struct Refusal {};
+
+  // Reckons with entities of up to `longest` characters.
+  explicit LimitedSAX2Reader(XMLSize_t longest);
+  ~LimitedSAX2Reader() override;
+
+  void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameterEntity, bool isIgnored) override;
+  void startAttList(const xercesc::DTDElementDecl& element) override;
+
+ private:
+  xercesc::SecurityManager fLimits;
+  DtdLimits fDtd;
+  XMLSize_t fLongest;
+};
 
 // Keeps the first fatal error of a parse.  It never throws; warnings and errors are not counted.
 class VEYRA_API ParseErrorRecorder : public xercesc::ErrorHandler {

@@ -1,7 +1,6 @@
 #include "xml/ScoreSax2Parser.h"
 
 #include <algorithm>
-#include <xercesc/parsers/SAX2XMLReaderImpl.hpp>
 #include <xercesc/sax2/Attributes.hpp>
 
 #include <xercesc/util/OutOfMemoryException.hpp>
@@ -22,33 +21,6 @@ using xercesc::XMLUni;
 struct Feature {
   const XMLCh* name;
   bool value;
-};
-
-// Thrown when the document declares an entity that is longer than the scan has reckoned with.
-struct LongEntity {
-  XMLSize_t length;
-};
-
-// A SAX2 reader, as the parser's factory makes them, that watches the document's DTD.
-class LimitedReader final : public xercesc::SAX2XMLReaderImpl {
- public:
-  explicit LimitedReader(XMLSize_t longest) : fLongest(longest) {}
-
-  void entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameterEntity,
-                  const bool isIgnored) override {
-    if (!fDtd.AdmitsEntity(entity, isParameterEntity)) throw ScoreSAX2Handlers::kFatalError;
-    if (fDtd.GetLongestEntity() > fLongest) throw LongEntity{fDtd.GetLongestEntity()};
-    SAX2XMLReaderImpl::entityDecl(entity, isParameterEntity, isIgnored);
-  }
-
-  void startAttList(const xercesc::DTDElementDecl& element) override {
-    if (!fDtd.AdmitsDefaults()) throw ScoreSAX2Handlers::kFatalError;
-    SAX2XMLReaderImpl::startAttList(element);
-  }
-
- private:
-  XMLSize_t fLongest;
-  KxXML_940::DtdLimits fDtd;
 };
 
 // With namespaces on, every start tag costs the parser a walk through the elements around it: a document
@@ -87,24 +59,18 @@ class ScanHandlers final : public ScoreSAX2Handlers {
 
 void SetFeatures(xercesc::SAX2XMLReader& reader) {
   const Feature kFeatures[] = {
-      {XMLUni::fgSAX2CoreValidation, false},
-      {XMLUni::fgXercesLoadExternalDTD, false},
-      {XMLUni::fgXercesDynamic, true},
-      {XMLUni::fgSAX2CoreNameSpaces, true},
-      {XMLUni::fgXercesSchema, false},
-      {XMLUni::fgXercesSchemaFullChecking, false},
-      {XMLUni::fgSAX2CoreNameSpacePrefixes, false},
+      {XMLUni::fgSAX2CoreValidation, false},       {XMLUni::fgXercesDynamic, true},
+      {XMLUni::fgSAX2CoreNameSpaces, true},        {XMLUni::fgXercesSchema, false},
+      {XMLUni::fgXercesSchemaFullChecking, false}, {XMLUni::fgSAX2CoreNameSpacePrefixes, false},
   };
   for (const Feature& feature : kFeatures) reader.setFeature(feature.name, feature.value);
 }
 
 // One scan that reckons with entities of up to `longest` characters.
 bool Scan(const std::string& modelType, std::istream& in, XMLSize_t longest) {
-  xercesc::SecurityManager limits;
   ScanHandlers handlers(modelType.c_str());
-  LimitedReader reader(longest);
+  KxXML_940::LimitedSAX2Reader reader(longest);
   SetFeatures(reader);
-  KxXML_940::LimitReader(reader, limits, longest);
   reader.setContentHandler(&handlers);
   reader.setErrorHandler(&handlers);
   reader.setDeclarationHandler(&handlers);
@@ -115,6 +81,8 @@ bool Scan(const std::string& modelType, std::istream& in, XMLSize_t longest) {
     } catch (const ScoreSAX2Handlers::HandlerState state) {
       if (state == ScoreSAX2Handlers::kFatalError) source.RethrowFailure();
       return state == ScoreSAX2Handlers::kFoundModel;
+    } catch (const KxXML_940::LimitedSAX2Reader::Refusal&) {
+      return false;
     }
   } catch (const xercesc::OutOfMemoryException&) {
     return false;
@@ -137,7 +105,7 @@ bool ScoreSax2Parser::IsModelType(const std::string& modelType, std::istream& in
   for (XMLSize_t longest = KxXML_940::kShortEntity; longest <= KxXML_940::kMaxExpandedCharacters;) {
     try {
       return Scan(modelType, in, longest);
-    } catch (const LongEntity& entity) {
+    } catch (const KxXML_940::LimitedSAX2Reader::LongEntity& entity) {
       longest = std::max(2 * longest, entity.length);
     }
     in.clear();
