@@ -21,6 +21,13 @@ ScoreValue::ValueType TypeOf(ScoreDictVar::VariableType type) {
   return type == ScoreDictVar::STRING_VAR ? ScoreValue::kStringValueType : ScoreValue::kDateTimeValueType;
 }
 
+// What an operand is in the place of a number.
+double NumberOf(const Operand& value) {
+  if (value.isMissing) return kMissing;
+  if (value.kind == Operand::kText) return NumberOfText(value.text);
+  return value.kind == Operand::kDateTime && !std::isfinite(value.number) ? kMissing : value.number;
+}
+
 bool HasNumber(const ScoreValue& value) { return value.GetType() != ScoreValue::kStringValueType; }
 
 }  // namespace
@@ -170,14 +177,11 @@ Value& TransformVar::Result() const {
 }
 
 // Numbers become texts as they are shown, texts numbers when they are one as a whole; date-times count in
-// their stored seconds.
+// their stored seconds, of which those beyond the doubles are none.
 void TransformVar::StoreResult(const Operand& value) const {
   switch (DictVar::GetVarType()) {
     case kNUMERIC_VAR: {
-      const double number = value.kind != Operand::kText ? value.number
-                            : value.isMissing            ? kMissing
-                                                         : NumberOfText(value.text);
-      return Result<NumericValue>().SetDoubleValue(number);
+      return Result<NumericValue>().SetDoubleValue(NumberOf(value));
     }
     case kDATETIME_VAR: {
       const DateTimeType type = DictVar::GetDateTimeType();

@@ -298,6 +298,7 @@ TEST(Evaluation, KindsOfFields) {
        "1"},
       {"whichever row it is", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='a'", "2"},
       {"no row has it", byDate("<FieldColumnPair field='s' column='l'/>", dated), "d=3 s='c'", "missing"},
+      {"a date whose seconds are no number", Field("<Lag field='d'/>"), "d=1e308", "missing"},
       {"width",
        "<DerivedField name='v' optype='categorical' dataType='string'><Extension name='width' value='3'/>" +
            kS + "</DerivedField>",
