@@ -13,11 +13,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "veyra/Export.h"
 #include "veyra/ScoreValue.h"
 
 namespace KxVeyra_940 {
 
-class ValueIndex {
+class VEYRA_API ValueIndex {
  public:
   // Adds the value at the next position; null takes a position and is never found.
   void Append(const ScoreValue* value);
