@@ -23,22 +23,56 @@ bool IsReusable(const ScoreValue& value) {
 
 CaseRecord::CaseRecord(int capacity) { Reserve(static_cast<std::size_t>(std::max(capacity, 0))); }
 
+CaseRecord::CaseRecord(const CaseRecord& other)
+    : ScoreCaseRecord(other),
+      fIndexes(other.fIndexes),
+      fSlots(other.fSlots),
+      fParked(other.fParked),
+      fLayoutId(other.fLayoutId) {
+  HoldAll();
+}
+
+CaseRecord& CaseRecord::operator=(const CaseRecord& other) {
+  if (this == &other) return *this;
+  fIndexes = other.fIndexes;
+  fSlots = other.fSlots;
+  fParked = other.fParked;
+  fLayoutId = other.fLayoutId;
+  HoldAll();
+  return *this;
+}
+
 CaseRecord::~CaseRecord() = default;
 
 void CaseRecord::Add(const std::string& name, ScoreValue* value) {
   const auto [entry, isNew] = fIndexes.try_emplace(name, Size());
   const auto slot = static_cast<std::size_t>(entry->second);
-  const bool isElsewhere = value != nullptr && (fSlots.Holds(value) || fParked.Holds(value)) &&
-                           (isNew || fSlots.At(slot) != value);
+  const bool isElsewhere = fHeld.Contains(value) && (isNew || fSlots.At(slot) != value);
   ScoreValue* const content = isElsewhere ? value->Clone() : value;
   if (isNew) {
     fSlots.Append(content);
     fParked.Append(nullptr);
+    fHeld.Insert(content);
     fLayoutId = NextIdentity();
     return;
   }
-  fSlots.Replace(slot, content);
-  if (content != nullptr) fParked.Replace(slot, nullptr);
+  Put(fSlots, slot, content);
+  if (content != nullptr) Put(fParked, slot, nullptr);
+}
+
+// Takes `value`, which is in no slot but this, and deletes what was there.
+void CaseRecord::Put(OwnedList<ScoreValue>& values, std::size_t slot, ScoreValue* value) {
+  const ScoreValue* const old = values.At(slot);
+  if (value == old) return;
+  fHeld.Insert(value);
+  fHeld.Erase(old);
+  values.Replace(slot, value);
+}
+
+void CaseRecord::HoldAll() {
+  fHeld.Clear();
+  for (const ScoreValue* value : fSlots.All()) fHeld.Insert(value);
+  for (const ScoreValue* value : fParked.All()) fHeld.Insert(value);
 }
 
 // The value of a slot as `Value`, whose kind is `type`; an empty slot is filled.  Null for an index outside
@@ -60,11 +94,13 @@ Value* CaseRecord::Slot(int index, ScoreValue::ValueType type) {
 template <class Value>
 ScoreValue* CaseRecord::Refill(std::size_t slot, ScoreValue::ValueType type) {
   const ScoreValue* const parked = fParked.At(slot);
-  const bool isUsable = parked != nullptr && parked->GetType() == type;
-  ScoreValue* const content = isUsable ? fParked.Release(slot) : new Value;
-  fParked.Replace(slot, nullptr);
-  fSlots.Replace(slot, content);
-  return content;
+  if (parked != nullptr && parked->GetType() == type) {
+    fSlots.Replace(slot, fParked.Release(slot));
+  } else {
+    Put(fParked, slot, nullptr);
+    Put(fSlots, slot, new Value);
+  }
+  return fSlots.At(slot);
 }
 
 bool CaseRecord::SetValue(const std::string& name, double value) { return SetValue(GetIndex(name), value); }
@@ -125,6 +161,7 @@ void CaseRecord::Clear(int index) {
   if (IsReusable(*content)) {
     fParked.Replace(slot, content);
   } else {
+    fHeld.Erase(content);
     delete content;
   }
 }

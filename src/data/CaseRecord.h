@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "data/Owned.h"
+#include "data/PointerSet.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreCaseRecord.h"
 
@@ -31,8 +32,8 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   // Reserves room for that many slots; there are none yet.
   explicit CaseRecord(int capacity = 0);
   // Copies clone every value; assignment deletes the own ones.
-  CaseRecord(const CaseRecord& other) = default;
-  CaseRecord& operator=(const CaseRecord& other) = default;
+  CaseRecord(const CaseRecord& other);
+  CaseRecord& operator=(const CaseRecord& other);
   ~CaseRecord() override;
 
   void Add(const std::string& name, ScoreValue* value) override;
@@ -67,6 +68,8 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
  private:
   bool IsSlot(int index) const { return index >= 0 && static_cast<std::size_t>(index) < fSlots.Size(); }
   void Reserve(std::size_t size);
+  void HoldAll();
+  void Put(OwnedList<ScoreValue>& values, std::size_t slot, ScoreValue* value);
   template <class Value>
   Value* Slot(int index, ScoreValue::ValueType type);
   template <class Value>
@@ -75,6 +78,7 @@ class VEYRA_API CaseRecord : public ScoreCaseRecord {
   std::map<std::string, int> fIndexes;
   OwnedList<ScoreValue> fSlots;
   OwnedList<ScoreValue> fParked;  // by slot: a value for reuse, only where the slot is empty
+  PointerSet fHeld;               // the values of both
   std::uint64_t fLayoutId = 0;
 };
 

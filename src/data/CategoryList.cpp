@@ -7,7 +7,6 @@ namespace KxVeyra_940 {
 CategoryList::CategoryList(const std::vector<ScoreValueLabel*>& labels, std::vector<double> codes)
     : fCodes(std::move(codes)) {
   fValues.Reserve(labels.size());
-  fIndex.Reserve(labels.size());
   for (const ScoreValueLabel* label : labels) {
     const ScoreValue* const value = label->GetValue();
     fValues.Append(value == nullptr ? nullptr : value->Clone());

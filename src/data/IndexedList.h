@@ -3,12 +3,14 @@
 #ifndef VEYRA_DATA_INDEXEDLIST_H_
 #define VEYRA_DATA_INDEXEDLIST_H_
 
+#include <algorithm>
 #include <cstdint>
 #include <typeinfo>
-#include <utility>
+#include <vector>
 
 #include "data/Identity.h"
 #include "data/Owned.h"
+#include "data/PointerSet.h"
 #include "data/ValueIndex.h"
 #include "veyra/ScoreValue.h"
 
@@ -19,20 +21,27 @@ namespace KxVeyra_940 {
 // them, all are compared, so that the answer is always that of what is held.  Adding and removing bring the
 // index up to date, looking up never does: many threads may do that.  An entry without a value is never
 // found.
+//
+// Entries keep their numbers in the index when others go; what is behind these moves up in the list alone,
+// and the index is made again when most of its numbers stand for nothing.
 template <class Entry, class Own>
 class IndexedList {
  public:
   IndexedList() = default;
   IndexedList(const IndexedList& other) : fEntries(other.fEntries) {
-    if (!other.fIsStale) fIndex = other.fIndex;
-    Watch();
+    if (!other.fIsStale) {
+      fIndex = other.fIndex;
+      fNumbers = other.fNumbers;
+    }
+    WatchAll();
     if (other.fIsStale) Rebuild();
   }
   IndexedList& operator=(const IndexedList& other) {
     if (this == &other) return *this;
     fEntries = other.fEntries;
     fContentId = NextIdentity();
-    Watch();
+    fHeld.Clear();
+    WatchAll();
     Rebuild();
     return *this;
   }
@@ -48,14 +57,14 @@ class IndexedList {
 
   // Takes the entry; false for null and for an entry held already.
   bool Add(Entry* entry) {
-    if (entry == nullptr || Holds(entry)) return false;
+    if (entry == nullptr || fHeld.Contains(entry)) return false;
     fEntries.Append(entry);
     fContentId = NextIdentity();
     Watch(entry);
     if (fIsStale) {
       Rebuild();
     } else {
-      fIndex.Append(entry->GetValue());
+      Index(*entry);
     }
     return true;
   }
@@ -64,9 +73,16 @@ class IndexedList {
   bool Remove(const ScoreValue* value) {
     const int position = Find(value);
     if (position < 0) return false;
-    fEntries.Erase(static_cast<std::size_t>(position));
+    const auto place = static_cast<std::size_t>(position);
+    const bool isForgotten = !fIsStale && fIndex.Remove(fNumbers[place], At(position).GetValue());
+    fHeld.Erase(fEntries.At(place));
+    fEntries.Erase(place);
     fContentId = NextIdentity();
-    Rebuild();
+    if (isForgotten && fIndex.Size() <= 2 * Size()) {
+      fNumbers.erase(fNumbers.begin() + position);
+    } else {
+      Rebuild();
+    }
     return true;
   }
 
@@ -80,7 +96,11 @@ class IndexedList {
   int FindFirst(const ScoreValue* value, Matches matches) const {
     if (value == nullptr) return -1;
     const auto isMatch = [&](int position) { return matches(*At(position).GetValue()); };
-    if (!fIsStale) return fIndex.FindFirst(*value, isMatch);
+    if (!fIsStale) {
+      const int number =
+          fIndex.FindFirst(*value, [&](int candidate) { return isMatch(PositionOf(candidate)); });
+      return number < 0 ? -1 : PositionOf(number);
+    }
     for (int i = 0; i < Size(); ++i) {
       if (At(i).GetValue() != nullptr && isMatch(i)) return i;
     }
@@ -88,37 +108,46 @@ class IndexedList {
   }
 
  private:
-  bool Holds(const Entry* entry) const {
-    if (fIsStale || entry->GetValue() == nullptr) return fEntries.Holds(entry);
-    return fIndex.FindFirst(*entry->GetValue(), [&](int position) { return &At(position) == entry; }) >= 0;
-  }
-
   static bool IsOwn(const Entry& entry) { return typeid(entry) == typeid(Own); }
 
+  // Of an entry that the index knows by `number`.
+  int PositionOf(int number) const {
+    if (fIndex.Size() == Size()) return number;  // none has gone
+    return static_cast<int>(std::lower_bound(fNumbers.begin(), fNumbers.end(), number) - fNumbers.begin());
+  }
+
   void Watch(Entry* entry) {
+    fHeld.Insert(entry);
     if (IsOwn(*entry)) {
       static_cast<Own*>(entry)->SetHolder(&fIsStale);
     } else {
       fIsStale = true;
     }
   }
-  void Watch() {
+  void WatchAll() {
     for (Entry* entry : fEntries.All()) Watch(entry);
+  }
+
+  void Index(const Entry& entry) {
+    fNumbers.push_back(fIndex.Size());
+    fIndex.Append(entry.GetValue());
   }
 
   // A host's entry keeps the index stale: it may change at any time.
   void Rebuild() {
     fIndex.Clear();
+    fNumbers.clear();
     fIsStale = false;
     for (const Entry* entry : fEntries.All()) fIsStale = fIsStale || !IsOwn(*entry);
     if (fIsStale) return;
-    fIndex.Reserve(fEntries.Size());
-    for (const Entry* entry : fEntries.All()) fIndex.Append(entry->GetValue());
+    for (const Entry* entry : fEntries.All()) Index(*entry);
   }
 
   OwnedList<Entry> fEntries;
-  ValueIndex fIndex;
-  bool fIsStale = false;  // raised by the entries
+  PointerSet fHeld;           // the entries
+  ValueIndex fIndex;          // by number, in the order of addition
+  std::vector<int> fNumbers;  // by position, ascending; of entries in the index
+  bool fIsStale = false;      // raised by the entries
   std::uint64_t fContentId = NextIdentity();
 };
 

@@ -6,7 +6,6 @@
 #ifndef VEYRA_DATA_OWNED_H_
 #define VEYRA_DATA_OWNED_H_
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -75,7 +74,6 @@ class OwnedList {
   const std::vector<T*>& All() const { return fParts; }
   std::size_t Size() const { return fParts.size(); }
   T* At(std::size_t position) const { return fParts[position]; }
-  bool Holds(const T* part) const { return std::find(fParts.begin(), fParts.end(), part) != fParts.end(); }
   void Reserve(std::size_t size) { fParts.reserve(size); }
 
   // Takes `part`; the caller keeps it when memory runs out.
@@ -91,6 +89,8 @@ class OwnedList {
     delete fParts[position];
     fParts.erase(fParts.begin() + static_cast<std::ptrdiff_t>(position));
   }
+  // Closes the gaps that null parts are.
+  void EraseNulls() { std::erase(fParts, nullptr); }
 
  private:
   std::vector<T*> fParts;

@@ -46,6 +46,9 @@ class VEYRA_API Range : public ScoreValueRange, public HeldPart {
   void Display(std::ostream& out) const override;
 
   bool IsSingleValue() const { return fSingleValue; }
+  // What numbers are compared with: infinite for bounds that are no numeric values.
+  double GetMinNumber() const { return fMinNumber; }
+  double GetMaxNumber() const { return fMaxNumber; }
 
  private:
   OwnedPart<ScoreValue> fMin;  // never null

@@ -58,23 +58,52 @@ ValueIndex::Keys ValueIndex::KeysOf(const ScoreValue& value) {
 }
 
 void ValueIndex::Append(const ScoreValue* value) {
-  const int position = static_cast<int>(fNext.size());
+  if (value != nullptr) return Link(KeyOf(*value));
   fNext.push_back(-1);
-  if (value == nullptr) return;
-  const auto [chain, isNew] = fChains.try_emplace(KeyOf(*value), Chain{position, position});
+}
+
+void ValueIndex::Append(const ScoreValue& first, const ScoreValue& second) {
+  Link(Joined(KeyOf(first), KeyOf(second)));
+}
+
+void ValueIndex::Link(std::uint64_t key) {
+  const int position = Size();
+  fNext.push_back(-1);
+  const auto [chain, isNew] = fChains.try_emplace(key, Chain{position, position});
   if (isNew) return;
   fNext[static_cast<std::size_t>(chain->second.last)] = position;
   chain->second.last = position;
 }
 
+bool ValueIndex::Remove(int position, const ScoreValue* value) {
+  return value == nullptr || Unlink(position, KeyOf(*value));
+}
+
+bool ValueIndex::Remove(int position, const ScoreValue& first, const ScoreValue& second) {
+  return Unlink(position, Joined(KeyOf(first), KeyOf(second)));
+}
+
+bool ValueIndex::Unlink(int position, std::uint64_t key) {
+  const auto found = fChains.find(key);
+  if (found == fChains.end()) return false;
+  Chain& chain = found->second;
+  int before = -1;
+  int link = chain.first;
+  while (link >= 0 && link != position) {
+    before = link;
+    link = fNext[static_cast<std::size_t>(link)];
+  }
+  if (link < 0) return false;
+  const int after = fNext[static_cast<std::size_t>(position)];
+  (before < 0 ? chain.first : fNext[static_cast<std::size_t>(before)]) = after;
+  if (after < 0) chain.last = before;
+  if (chain.first < 0) fChains.erase(found);
+  return true;
+}
+
 void ValueIndex::Clear() {
   fChains.clear();
   fNext.clear();
-}
-
-void ValueIndex::Reserve(std::size_t size) {
-  fChains.reserve(size);
-  fNext.reserve(size);
 }
 
 }  // namespace KxVeyra_940

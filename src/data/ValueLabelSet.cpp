@@ -1,6 +1,5 @@
 #include "data/ValueLabelSet.h"
 
-#include <ostream>
 #include <typeinfo>
 
 namespace KxVeyra_940 {
@@ -27,33 +26,17 @@ ValueLabelSet::~ValueLabelSet() = default;
 
 ScoreValueLabelSet* ValueLabelSet::Clone() const { return new ValueLabelSet(*this); }
 
-bool ValueLabelSet::Add(ScoreValueLabel* label) { return fLabels.Add(label); }
-
-bool ValueLabelSet::Remove(const ScoreValueLabel* label) {
-  return label != nullptr && fLabels.Remove(label->GetValue());
-}
-
-int ValueLabelSet::Size() const { return fLabels.Size(); }
-
-const std::vector<ScoreValueLabel*>& ValueLabelSet::GetAllValueLabels() const { return fLabels.All(); }
+const std::vector<ScoreValueLabel*>& ValueLabelSet::GetAllValueLabels() const { return Parts().All(); }
 
 std::string ValueLabelSet::GetLabelOfValue(const ScoreValue* value) const {
   const int position = Find(value);
-  return position < 0 ? std::string() : fLabels.At(position).GetLabel();
+  return position < 0 ? std::string() : Parts().At(position).GetLabel();
 }
 
-bool ValueLabelSet::Contains(const ScoreValue* value) const { return Find(value) >= 0; }
-
-void ValueLabelSet::Display(std::ostream& out) const {
-  out << "Start ScoreValueLabelSet Display:\n";
-  for (const ScoreValueLabel* label : fLabels.All()) label->Display(out);
-  out << "End of ScoreValueLabelSet Display.\n\n";
-}
-
-int ValueLabelSet::Find(const ScoreValue* value) const { return fLabels.Find(value); }
+void ValueLabelSet::Display(std::ostream& out) const { DisplayAs(out, "ScoreValueLabelSet"); }
 
 int ValueLabelSet::FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const {
-  return fLabels.FindFirst(
+  return Parts().FindFirst(
       value, [=](const ScoreValue& held) { return held.Equal(value, noSpaceTrim, emptyStringOK); });
 }
 
@@ -70,7 +53,7 @@ int ValueLabelSet::FindEqual(const ScoreValueLabelSet& set, const ScoreValue* va
 }
 
 bool ValueLabelSet::HoldsObject(const ScoreValue* value) const {
-  return fLabels.FindFirst(value, [value](const ScoreValue& held) { return &held == value; }) >= 0;
+  return Parts().FindFirst(value, [value](const ScoreValue& held) { return &held == value; }) >= 0;
 }
 
 }  // namespace KxVeyra_940

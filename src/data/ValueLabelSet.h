@@ -7,14 +7,14 @@
 #ifndef VEYRA_DATA_VALUELABELSET_H_
 #define VEYRA_DATA_VALUELABELSET_H_
 
-#include "data/IndexedList.h"
 #include "data/ValueLbl.h"
+#include "data/ValuedParts.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueLabel.h"
 
 namespace KxVeyra_940 {
 
-class VEYRA_API ValueLabelSet : public ScoreValueLabelSet {
+class VEYRA_API ValueLabelSet : public ValuedPartSet<ScoreValueLabelSet, ScoreValueLabel, ValueLbl> {
  public:
   ValueLabelSet() = default;
   ValueLabelSet(const ValueLabelSet& other) = default;
@@ -22,30 +22,22 @@ class VEYRA_API ValueLabelSet : public ScoreValueLabelSet {
   ~ValueLabelSet() override;
 
   ScoreValueLabelSet* Clone() const override;
-  bool Add(ScoreValueLabel* label) override;
-  bool Remove(const ScoreValueLabel* label) override;
-  int Size() const override;
   const std::vector<ScoreValueLabel*>& GetAllValueLabels() const override;
   std::string GetLabelOfValue(const ScoreValue* value) const override;
-  bool Contains(const ScoreValue* value) const override;
   void Display(std::ostream& out) const override;
 
-  // The position of the first held label whose value equals `value`, by operator== or with the options of a
-  // string variable; -1 when there is none and for null.  Allocate nothing.
-  int Find(const ScoreValue* value) const;
+  using ValuedPartSet::Find;
+  // The same with the equality of a string variable's options.
   int FindEqual(const ScoreValue* value, bool noSpaceTrim, bool emptyStringOK) const;
   // Whether some label holds this very object.
   bool HoldsObject(const ScoreValue* value) const;
-  // The same for any set, through the index of one of this very class.
+  // Both for any set, through the index of one of this very class.
   static int Find(const ScoreValueLabelSet& set, const ScoreValue* value);
   static int FindEqual(const ScoreValueLabelSet& set, const ScoreValue* value, bool noSpaceTrim,
                        bool emptyStringOK);
   // Equal numbers stand for the same labels with the same values, whatever was done in between; 0 for labels
   // of which nothing can be said, because one was edited or is of a host's class.
-  std::uint64_t GetContentId() const { return fLabels.GetContentId(); }
-
- private:
-  IndexedList<ScoreValueLabel, ValueLbl> fLabels;
+  std::uint64_t GetContentId() const { return Parts().GetContentId(); }
 };
 
 }  // namespace KxVeyra_940

@@ -5,14 +5,13 @@
 
 #include <string>
 
-#include "data/HeldPart.h"
-#include "data/Owned.h"
+#include "data/ValuedParts.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueLabel.h"
 
 namespace KxVeyra_940 {
 
-class VEYRA_API ValueLbl : public ScoreValueLabel, public HeldPart {
+class VEYRA_API ValueLbl : public ValuedPart<ScoreValueLabel> {
  public:
   // Takes the value, which may be null: then the label cannot be compared.
   ValueLbl(ScoreValue* value, std::string label);
@@ -24,17 +23,10 @@ class VEYRA_API ValueLbl : public ScoreValueLabel, public HeldPart {
   bool SetValueLabel(ScoreValue* value, const std::string& label) override;
   bool SetLabel(const std::string& label) override;
   ScoreValueLabel* Clone() const override;
-  bool operator==(const ScoreValueLabel& label) const override;
-  bool operator>(const ScoreValueLabel& label) const override;
-  bool operator<(const ScoreValueLabel& label) const override;
-  bool operator<=(const ScoreValueLabel& label) const override;
-  bool operator>=(const ScoreValueLabel& label) const override;
   const std::string& GetLabel() const override;
-  ScoreValue* GetValue() const override;
   void Display(std::ostream& out) const override;
 
  private:
-  OwnedPart<ScoreValue> fValue;
   std::string fLabel;
 };
 

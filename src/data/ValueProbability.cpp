@@ -1,7 +1,5 @@
 #include "data/ValueProbability.h"
 
-#include <ostream>
-
 namespace KxVeyra_940 {
 
 namespace {
@@ -11,14 +9,13 @@ bool IsProbability(double number) { return number >= 0 && number <= 1; }
 }  // namespace
 
 ValueProbability::ValueProbability(ScoreValue* value, double probability)
-    : fValue(value), fProbability(probability) {}
+    : ValuedPart(value), fProbability(probability) {}
 
 ValueProbability::~ValueProbability() = default;
 
 bool ValueProbability::SetValueProbability(ScoreValue* value, double probability) {
   if (value == nullptr || !IsProbability(probability)) return false;
-  fValue.Replace(value);
-  Edited();
+  ReplaceValue(value);
   fProbability = probability;
   return true;
 }
@@ -31,32 +28,8 @@ bool ValueProbability::SetProbability(double probability) {
 
 ScoreValueProbability* ValueProbability::Clone() const { return new ValueProbability(*this); }
 
-bool ValueProbability::operator==(const ScoreValueProbability& other) const {
-  return *fValue == *other.GetValue();
-}
-
-bool ValueProbability::operator>(const ScoreValueProbability& other) const {
-  return *fValue > *other.GetValue();
-}
-
-bool ValueProbability::operator<(const ScoreValueProbability& other) const {
-  return *fValue < *other.GetValue();
-}
-
-bool ValueProbability::operator<=(const ScoreValueProbability& other) const {
-  return *fValue <= *other.GetValue();
-}
-
-bool ValueProbability::operator>=(const ScoreValueProbability& other) const {
-  return *fValue >= *other.GetValue();
-}
-
 double ValueProbability::GetProbability() const { return fProbability; }
 
-ScoreValue* ValueProbability::GetValue() const { return fValue.Get(); }
-
-void ValueProbability::Display(std::ostream& out) const {
-  out << "Value: " << (fValue ? fValue->GetString() : "NULL") << ";  Probability: " << fProbability << '\n';
-}
+void ValueProbability::Display(std::ostream& out) const { DisplayAs(out, "Probability", fProbability); }
 
 }  // namespace KxVeyra_940

@@ -6,14 +6,15 @@
 #ifndef VEYRA_DATA_VALUEPROBABILITYSET_H_
 #define VEYRA_DATA_VALUEPROBABILITYSET_H_
 
-#include "data/IndexedList.h"
 #include "data/ValueProbability.h"
+#include "data/ValuedParts.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValueProbability.h"
 
 namespace KxVeyra_940 {
 
-class VEYRA_API ValueProbabilitySet : public ScoreValueProbabilitySet {
+class VEYRA_API ValueProbabilitySet
+    : public ValuedPartSet<ScoreValueProbabilitySet, ScoreValueProbability, ValueProbability> {
  public:
   ValueProbabilitySet() = default;
   ValueProbabilitySet(const ValueProbabilitySet& other) = default;
@@ -21,19 +22,9 @@ class VEYRA_API ValueProbabilitySet : public ScoreValueProbabilitySet {
   ~ValueProbabilitySet() override;
 
   ScoreValueProbabilitySet* Clone() const override;
-  bool Add(ScoreValueProbability* probability) override;
-  bool Remove(const ScoreValueProbability* probability) override;
-  int Size() const override;
   const std::vector<ScoreValueProbability*>& GetAllValueProbabilities() const override;
   double GetProbabilityOfValue(const ScoreValue* value) const override;
-  bool Contains(const ScoreValue* value) const override;
   void Display(std::ostream& out) const override;
-
-  // The position of the first held entry whose value equals `value`; -1 when there is none and for null.
-  int Find(const ScoreValue* value) const;
-
- private:
-  IndexedList<ScoreValueProbability, ValueProbability> fEntries;
 };
 
 }  // namespace KxVeyra_940

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <random>
+#include <set>
 
 #include "AllocationCounter.h"
 #include "data/CountedValue.h"
@@ -129,6 +131,55 @@ TEST(CaseRecord, OwnsItsValues) {
   EXPECT_EQ(CountedValue::gLiving, 0);
   EXPECT_TRUE(record.SetValue("a", 5.0));
   EXPECT_EQ(dynamic_cast<const CountedValue*>(record.Get("a")), nullptr);
+}
+
+// Whatever is added where, no two slots share an object, none is deleted twice and none is lost.
+TEST(CaseRecord, AnObjectIsInOneSlotOnly) {
+  constexpr unsigned kSeed = 815;
+  std::mt19937 random(kSeed);
+  const NoneSurvives check;
+  CaseRecord record;
+  for (int step = 0; step < 20000; ++step) {
+    SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", step " << step);
+    const std::string name = "column " + std::to_string(random() % 50);
+    const int other = static_cast<int>(random() % 50);
+    switch (random() % 8) {
+      case 0:
+        record.SetValue(name, 1.0);
+        break;
+      case 1:
+        if (random() % 2 == 0) record.SetValue(name, "text");
+        break;
+      case 2: {
+        record.Remove(name);
+        record.SetValue(name, 2.0);
+        ScoreValue* const parked = record.Get(name);
+        record.Remove(name);  // which keeps the object for the next number
+        record.Add("elsewhere", parked);
+        EXPECT_TRUE(parked == nullptr || record.Get("elsewhere") != parked);
+        break;
+      }
+      case 3:
+        record.Add(name, record.Get(other));
+        break;
+      case 4:
+        record.Add(name, nullptr);
+        break;
+      case 5:
+        if (random() % 20 == 0) record = CaseRecord(record);
+        break;
+      default:
+        record.Add(name, new CountedValue(3));
+    }
+    std::set<const ScoreValue*> objects;
+    int counted = 0;
+    for (const ScoreValue* value : record.GetAllValues()) {
+      if (value == nullptr) continue;
+      ASSERT_TRUE(objects.insert(value).second);
+      if (dynamic_cast<const CountedValue*>(value) != nullptr) ++counted;
+    }
+    ASSERT_EQ(CountedValue::gLiving, counted);
+  }
 }
 
 TEST(CaseRecord, AllocatesNothingOnceWarm) {

@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
+#include <random>
+#include <vector>
 
 #include "data/CountedValue.h"
 #include "data/DateTimeValue.h"
@@ -188,6 +192,86 @@ TEST(MissingValueSet, CoversWhatAScanOfAllRangesWould) {
   MissingValueSet assigned;
   assigned = set;
   expectScans(assigned);
+}
+
+// Ends crowded together, so that the tolerance of equality, ends in the wrong order and ends that no number
+// equals all matter.
+double RandomEnd(std::mt19937& random) {
+  const double bases[] = {0.0,
+                          1.0,
+                          1.0,
+                          -1.0,
+                          2.0,
+                          1e-320,
+                          5e-324,
+                          1e300,
+                          -kInfinity,
+                          kInfinity,
+                          std::nan(""),
+                          NumericValue::gSysmisValue,
+                          std::numeric_limits<double>::max()};
+  const double base = bases[random() % std::size(bases)];
+  return random() % 2 == 0 ? base : base * (1 + (static_cast<double>(random() % 801) - 400) * 1e-16);
+}
+
+ScoreValue* RandomBound(std::mt19937& random) {
+  if (random() % 10 == 0) return new StringValue(random() % 2 == 0 ? "a" : "b");
+  if (random() % 10 == 0) return new DateTimeValue(RandomEnd(random), DateTimeValue::kDateVal);
+  return new NumericValue(RandomEnd(random));
+}
+
+std::unique_ptr<Range> RandomRange(std::mt19937& random) {
+  const bool low = random() % 2 == 0, high = random() % 2 == 0;
+  switch (random() % 3) {
+    case 0:
+      return std::make_unique<Range>(RandomBound(random));
+    case 1:
+      return std::make_unique<Range>(RandomEnd(random), RandomEnd(random), low, high);
+    default:
+      return std::make_unique<Range>(RandomBound(random), RandomBound(random), low, high);
+  }
+}
+
+TEST(MissingValueSet, RangesComeAndGo) {
+  constexpr unsigned kSeed = 97;
+  std::mt19937 random(kSeed);
+  for (int round = 0; round < 60; ++round) {
+    MissingValueSet set;
+    std::vector<const ScoreValueRange*> expected;  // held, in order
+    const auto isHeld = [&](const ScoreValueRange& range) {
+      return std::ranges::find_if(expected, [&](const ScoreValueRange* held) { return *held == range; });
+    };
+    for (int step = 0; step < 200; ++step) {
+      SCOPED_TRACE(testing::Message() << "seed " << kSeed << ", round " << round << ", step " << step);
+      std::unique_ptr<Range> range = RandomRange(random);
+      const auto equal = isHeld(*range);
+      ASSERT_EQ(set.Contains(range.get()), equal != expected.end());
+      if (!expected.empty() && random() % 3 == 0) {
+        const auto gone = random() % 4 == 0
+                              ? expected.begin()
+                              : expected.begin() + static_cast<long>(random() % expected.size());
+        ASSERT_TRUE(set.Remove(*gone));
+        expected.erase(gone);
+      } else if (set.Add(range.get())) {
+        ASSERT_EQ(equal, expected.end());
+        expected.push_back(range.release());
+      } else {
+        ASSERT_NE(equal, expected.end());
+      }
+      const auto held = set.GetMissingValues();
+      ASSERT_TRUE(std::ranges::equal(held, expected));
+      for (int probe = 0; probe < 10; ++probe) {
+        const std::unique_ptr<ScoreValue> value(RandomBound(random));
+        ASSERT_EQ(set.Covers(value.get()),
+                  std::ranges::any_of(expected, [&](auto* one) { return one->IsInRange(value.get()); }))
+            << value->GetString();
+      }
+    }
+    const MissingValueSet copy(set);
+    ASSERT_EQ(copy.Size(), static_cast<int>(expected.size()));
+    for (const ScoreValueRange* range : expected)
+      EXPECT_EQ(copy.Contains(range), isHeld(*range) != expected.end());
+  }
 }
 
 TEST(MissingValueSet, Displays) {

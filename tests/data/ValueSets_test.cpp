@@ -180,6 +180,17 @@ TEST(ValueLabelSet, FindsWhatAScanFinds) {
   for (int round = 0; round < 400; ++round) {
     ValueLabelSet built;
     for (unsigned long n = random() % 120; n > 0; --n) built.Add(new ValueLbl(RandomValue(random), "label"));
+    // Some go, among them the first and the last, and some come afterwards.
+    for (unsigned long n = round % 4 < 2 ? random() % 100 : 0; n > 0 && built.Size() > 0; --n) {
+      const auto& labels = built.GetAllValueLabels();
+      const std::size_t place = random() % 4 == 0 ? 0 : random() % labels.size();
+      const auto first = built.Find(labels[place]->GetValue());
+      std::vector<ScoreValueLabel*> rest = labels;
+      if (first >= 0) rest.erase(rest.begin() + first);
+      ASSERT_EQ(built.Remove(labels[place]), first >= 0);
+      ASSERT_EQ(labels, rest);
+      if (random() % 4 == 0) built.Add(new ValueLbl(RandomValue(random), "later"));
+    }
     if (round % 2 != 0) EditSome(built, random);
     const ValueLabelSet copy(built);
     ValueLabelSet assigned;
