@@ -69,10 +69,10 @@ void ValueIndex::Append(const ScoreValue& first, const ScoreValue& second) {
 void ValueIndex::Link(std::uint64_t key) {
   const int position = Size();
   fNext.push_back(-1);
-  const auto [chain, isNew] = fChains.try_emplace(key, Chain{position, position});
-  if (isNew) return;
-  fNext[static_cast<std::size_t>(chain->second.last)] = position;
-  chain->second.last = position;
+  Chain* const chain = fChains.Find(key);
+  if (chain == nullptr) return fChains.Add({key, position, position});
+  fNext[static_cast<std::size_t>(chain->last)] = position;
+  chain->last = position;
 }
 
 bool ValueIndex::Remove(int position, const ScoreValue* value) {
@@ -84,25 +84,27 @@ bool ValueIndex::Remove(int position, const ScoreValue& first, const ScoreValue&
 }
 
 bool ValueIndex::Unlink(int position, std::uint64_t key) {
-  const auto found = fChains.find(key);
-  if (found == fChains.end()) return false;
-  Chain& chain = found->second;
+  Chain* const chain = fChains.Find(key);
+  if (chain == nullptr) return false;
   int before = -1;
-  int link = chain.first;
+  int link = chain->first;
   while (link >= 0 && link != position) {
     before = link;
     link = fNext[static_cast<std::size_t>(link)];
   }
   if (link < 0) return false;
   const int after = fNext[static_cast<std::size_t>(position)];
-  (before < 0 ? chain.first : fNext[static_cast<std::size_t>(before)]) = after;
-  if (after < 0) chain.last = before;
-  if (chain.first < 0) fChains.erase(found);
+  if (before < 0 && after < 0) {
+    fChains.Erase(key);
+    return true;
+  }
+  (before < 0 ? chain->first : fNext[static_cast<std::size_t>(before)]) = after;
+  if (after < 0) chain->last = before;
   return true;
 }
 
 void ValueIndex::Clear() {
-  fChains.clear();
+  fChains.Clear();
   fNext.clear();
 }
 

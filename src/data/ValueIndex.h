@@ -10,9 +10,9 @@
 #define VEYRA_DATA_VALUEINDEX_H_
 
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
+#include "data/FlatTable.h"
 #include "veyra/Export.h"
 #include "veyra/ScoreValue.h"
 
@@ -55,8 +55,11 @@ class VEYRA_API ValueIndex {
   };
   // One chain of positions, in ascending order.
   struct Chain {
-    int first;
-    int last;
+    std::uint64_t key = 0;
+    int first = -1;
+    int last = -1;
+    bool IsEmpty() const { return first < 0; }
+    std::uint64_t Key() const { return key; }
   };
 
   static Keys KeysOf(const ScoreValue& value);
@@ -77,14 +80,14 @@ class VEYRA_API ValueIndex {
 
   template <class Matches>
   int FirstInBucket(std::uint64_t key, Matches& matches) const {
-    const auto chain = fChains.find(key);
-    if (chain == fChains.end()) return -1;
-    int position = chain->second.first;
+    const Chain* const chain = fChains.Find(key);
+    if (chain == nullptr) return -1;
+    int position = chain->first;
     while (position >= 0 && !matches(position)) position = fNext[static_cast<std::size_t>(position)];
     return position;
   }
 
-  std::unordered_map<std::uint64_t, Chain> fChains;
+  FlatTable<Chain> fChains;
   std::vector<int> fNext;  // by position; -1 ends a chain
 };
 
