@@ -19,7 +19,11 @@ class CoveredNumbers {
   struct Interval {
     double low;
     double high;
-    friend auto operator<=>(const Interval&, const Interval&) = default;
+
+    bool operator==(const Interval&) const = default;
+    bool operator<(const Interval& other) const {
+      return low != other.low ? low < other.low : high < other.high;
+    }
   };
 
   void Add(const Interval& interval);
