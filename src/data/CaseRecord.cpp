@@ -1,6 +1,7 @@
 #include "data/CaseRecord.h"
 
 #include <algorithm>
+#include <memory>
 #include <ostream>
 #include <typeinfo>
 
@@ -98,7 +99,9 @@ ScoreValue* CaseRecord::Refill(std::size_t slot, ScoreValue::ValueType type) {
     fSlots.Replace(slot, fParked.Release(slot));
   } else {
     Put(fParked, slot, nullptr);
-    Put(fSlots, slot, new Value);
+    auto made = std::make_unique<Value>();
+    fHeld.Insert(made.get());
+    fSlots.Replace(slot, made.release());
   }
   return fSlots.At(slot);
 }

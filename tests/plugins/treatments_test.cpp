@@ -1,6 +1,8 @@
 // What becomes of missing, invalid and extreme values: every combination of the mining schema's treatments,
 // against the order that the documentation gives.
 
+#include <cmath>
+#include <limits>
 #include <optional>
 
 #include "plugins/Scoring.h"
@@ -64,28 +66,29 @@ std::string Document(const Treatments& treatments, const char* predictor) {
 
 // Slow and plain: one step after the other.
 std::string Expected(const Treatments& treatments, const std::string& cell, bool isDerived) {
+  constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
   const bool isText = cell == "abc";
-  std::optional<double> value;
-  if (!cell.empty() && !isText) value = std::stod(cell);
+  const double given = cell.empty() || isText ? kNone : std::stod(cell);
   const bool isMissing = cell.empty() || cell == "-1";
-  const bool isInvalid = !isMissing && (isText || cell == "5" || *value < 0 || *value > 10);
-  if (isMissing) value.reset();
+  const bool isInvalid = !isMissing && (isText || cell == "5" || given < 0 || given > 10);
+  double value = isMissing ? kNone : given;
   if (isInvalid) {
     if (treatments.invalid == "returnInvalid") return "missing";
-    if (treatments.invalid == "asMissing") value.reset();
-    if (treatments.invalid == "asValue") value = treatments.ownValue;
+    if (treatments.invalid == "asMissing") value = kNone;
+    if (treatments.invalid == "asValue") value = treatments.ownValue.value_or(kNone);
   }
-  if (value.has_value() && (*value < 3 || *value > 9)) {
-    if (treatments.outliers == "asExtremeValues") value = *value < 3 ? 3 : 9;
-    if (treatments.outliers == "asMissingValues") value.reset();
+  if (value < 3 || value > 9) {
+    const double bound = value < 3 ? 3 : 9;
+    if (treatments.outliers == "asExtremeValues") value = bound;
+    if (treatments.outliers == "asMissingValues") value = kNone;
   }
-  if (!value.has_value()) {
+  if (std::isnan(value)) {
     if (treatments.missing == "returnInvalid") return "missing";
-    value = treatments.replacement;
+    value = treatments.replacement.value_or(kNone);
   }
   // Derived fields see what the dictionary calls missing.
-  if (!value.has_value() && cell == "-1" && isDerived) return cell;
-  return NumericValue(value.value_or(42)).GetString();
+  if (std::isnan(value) && cell == "-1" && isDerived) return cell;
+  return NumericValue(std::isnan(value) ? 42 : value).GetString();
 }
 
 // A value of 11 was scored as it stood, in spite of its own treatment, when it was also beyond the bounds.
